@@ -1,0 +1,49 @@
+# One target per folder. Sources are listed, never globbed; headers belong to the list.
+#
+#   quillon_library(<name> [QT] SOURCES <file>... [LINK <target>...])
+#   quillon_test(<name> [QT] SOURCES <file>... [LINK <target>...])
+
+include_guard(GLOBAL)
+include(GoogleTest)
+
+set(CMAKE_CXX_STANDARD 20)
+set(CMAKE_CXX_STANDARD_REQUIRED ON)
+set(CMAKE_CXX_EXTENSIONS OFF)
+set(CMAKE_C_STANDARD 11)
+set(CMAKE_POSITION_INDEPENDENT_CODE ON)
+set(CMAKE_CXX_VISIBILITY_PRESET hidden)
+set(CMAKE_EXPORT_COMPILE_COMMANDS ON)
+set(CMAKE_RUNTIME_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
+
+add_library(quillon-options INTERFACE)
+target_include_directories(quillon-options INTERFACE ${PROJECT_SOURCE_DIR}/src)
+target_compile_options(quillon-options INTERFACE
+  -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
+
+function(quillon_library name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
+  add_library(quillon-${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(quillon-${name} PUBLIC ${ARG_LINK} PRIVATE quillon-options)
+  target_include_directories(quillon-${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  if(ARG_QT)
+    set_target_properties(quillon-${name} PROPERTIES AUTOMOC ON AUTORCC ON)
+  endif()
+endfunction()
+
+# Every test case is a ctest entry and so a process of its own, with a time limit.
+function(quillon_test name)
+  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
+  add_executable(${name} ${ARG_SOURCES})
+  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_link_libraries(${name} PRIVATE quillon-options ${ARG_LINK} GTest::gmock)
+  if(ARG_QT)
+    set_target_properties(${name} PROPERTIES AUTOMOC ON)
+    target_link_libraries(${name} PRIVATE quillon-testing-qt)
+  else()
+    target_link_libraries(${name} PRIVATE quillon-testing)
+  endif()
+  gtest_discover_tests(${name}
+    DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT 60)
+endfunction()
