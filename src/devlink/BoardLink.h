@@ -1,0 +1,20 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "devlink/DeviceTable.h"
+#include "devlink/ExchangeGate.h"
+#include "devlink/HidLibrary.h"
+
+namespace quillon {
+
+// All that a page needs to talk to a board: the one library of the process, the boards that it
+// found, and the gate that keeps exchanges apart. Made once, by the program's start.
+struct BoardLink {
+  explicit BoardLink(HidLibrary& the_library) : library(the_library) {}
+
+  HidLibrary& library;
+  DeviceTable table;
+  ExchangeGate gate;
+};
+
+}  // namespace quillon

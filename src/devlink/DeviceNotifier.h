@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <string_view>
+
+namespace quillon {
+
+// Whether an event of the operating system is about a board of the vendor that came or went. The
+// numbers are those of KVUSB_EVENT_... and KVUSB_DEVICE_INTERFACE; the path names the device
+// interface, and its vendor id ("VID_4C7E") counts in either case.
+bool IsBoardChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
+
+// A source of hot-plug events. Start() registers for them; every event is handed on, on the thread
+// that called Start(), with the arguments of IsBoardChange().
+class DeviceNotifier {
+ public:
+  using Handler =
+      std::function<void(std::uint32_t event, std::uint32_t device_type, std::string_view path)>;
+
+  DeviceNotifier() = default;
+  DeviceNotifier(const DeviceNotifier&) = delete;
+  DeviceNotifier& operator=(const DeviceNotifier&) = delete;
+  virtual ~DeviceNotifier() = default;
+
+  // False when the system refused the registration. A source that has nothing to register with is
+  // no failure.
+  [[nodiscard]] virtual bool Start(Handler handler) = 0;
+};
+
+}  // namespace quillon

@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <vector>
+
+#include "kvusb/kvusb.h"
+
+namespace quillon {
+
+// The boards found by the last detection, in the order in which they were found, and which of them
+// is current: the one that all pages talk to. A HID library writes the records itself and is not
+// told how many fit, so behind the last one lies a margin that nobody uses.
+class DeviceTable {
+ public:
+  static constexpr std::uint32_t kRoom = 1024;
+  static constexpr std::uint32_t kMargin = 256;
+
+  DeviceTable() : records_(kRoom + kMargin), types_(kRoom) {}
+
+  std::uint32_t Count() const { return count_; }
+  bool IsEmpty() const { return count_ == 0; }
+
+  // Index of the selected board; 0 after a detection, and without boards.
+  std::uint32_t Current() const { return current_; }
+  // An index that no board has is ignored.
+  void SetCurrent(std::uint32_t index);
+
+  // `index` is below kRoom; the record of an index past the count is blank or a former board's.
+  DeviceRecord& Record(std::uint32_t index) { return records_[index]; }
+  const DeviceRecord& Record(std::uint32_t index) const { return records_[index]; }
+  DeviceRecord& CurrentRecord() { return records_[current_]; }
+  const DeviceRecord& CurrentRecord() const { return records_[current_]; }
+  std::uint32_t Type(std::uint32_t index) const { return types_[index]; }
+  std::uint32_t CurrentType() const { return types_[current_]; }
+
+  // All boards found, for closing them.
+  std::span<DeviceRecord> Boards() { return {records_.data(), count_}; }
+  // Where the next boards go: room and margin.
+  std::span<DeviceRecord> Free() { return std::span(records_).subspan(count_); }
+
+  // Forgets all boards.
+  void Clear();
+
+  // Takes up to `found` boards of one type from Free() and returns how many fitted. Their version
+  // and firmware flag are the ones of boards that have not answered the identity query.
+  std::uint32_t Append(std::uint32_t found, std::uint32_t type);
+
+ private:
+  std::vector<DeviceRecord> records_;
+  std::vector<std::uint32_t> types_;
+  std::uint32_t count_ = 0;
+  std::uint32_t current_ = 0;
+};
+
+}  // namespace quillon

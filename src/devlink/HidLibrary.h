@@ -1,0 +1,56 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string>
+
+#include "devlink/HidPacket.h"
+#include "kvusb/kvusb.h"
+
+namespace quillon {
+
+// A HID access library as the program sees it; kvusb.h says what each call does and returns.
+// The seam behind which tests put transcripts, faults and simulated boards.
+class HidLibrary {
+ public:
+  HidLibrary() = default;
+  HidLibrary(const HidLibrary&) = delete;
+  HidLibrary& operator=(const HidLibrary&) = delete;
+  virtual ~HidLibrary() = default;
+
+  // `count` is what the library reports, which may be more than `free` holds.
+  virtual std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                                 std::uint32_t type) = 0;
+  virtual std::int32_t WriteData(DeviceRecord& record,
+                                 std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) = 0;
+  virtual std::int32_t ReadData(DeviceRecord& record,
+                                std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) = 0;
+  virtual std::int32_t CloseDevices(std::span<DeviceRecord> records) = 0;
+
+  // The optional functions. A library without them has no events and no problems to tell.
+  virtual bool SetDeviceChangeHandler(DeviceChangeHandler /*handler*/, void* /*context*/) {
+    return false;
+  }
+  virtual std::string DescribeProblem(const DeviceRecord* /*record*/) { return {}; }
+};
+
+// Stands in where no library could be loaded: finds no board, and closes none with success.
+class NoLibrary : public HidLibrary {
+ public:
+  std::int32_t DetectHID(std::uint32_t& /*count*/, std::span<DeviceRecord> /*free*/,
+                         std::uint32_t /*type*/) override {
+    return 0;
+  }
+  std::int32_t WriteData(DeviceRecord& /*record*/,
+                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> /*packet*/) override {
+    return KVUSB_WRITE_FAILED;
+  }
+  std::int32_t ReadData(DeviceRecord& /*record*/,
+                        std::span<std::uint8_t, KVUSB_PACKET_BYTES> /*packet*/) override {
+    return KVUSB_READ_FAILED;
+  }
+  std::int32_t CloseDevices(std::span<DeviceRecord> /*records*/) override { return 1; }
+};
+
+}  // namespace quillon

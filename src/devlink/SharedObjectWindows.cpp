@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#include <windows.h>
+
+#include <system_error>
+
+#include "devlink/SharedObject.h"
+
+namespace quillon {
+
+SharedObject::SharedObject(const std::filesystem::path& file)
+    : handle_(LoadLibraryW(file.c_str())) {
+  if (handle_ != nullptr) return;
+  error_ = std::system_category().message(static_cast<int>(GetLastError()));
+}
+
+SharedObject::~SharedObject() {
+  if (handle_ != nullptr) FreeLibrary(static_cast<HMODULE>(handle_));
+}
+
+void (*SharedObject::FindAddress(const char* name) const)() {
+  return reinterpret_cast<void (*)()>(GetProcAddress(static_cast<HMODULE>(handle_), name));
+}
+
+}  // namespace quillon
