@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/CGridHeader.h"
+
+#include <QPainter>
+
+#include "widgets/Tone.h"
+
+namespace quillon {
+namespace {
+
+constexpr int kMargin = 7;
+
+}  // namespace
+
+CGridHeader::CGridHeader(Qt::Orientation orientation, QWidget* parent)
+    : QHeaderView(orientation, parent) {
+  setSectionsClickable(false);
+  setHighlightSections(false);
+}
+
+void CGridHeader::paintSection(QPainter* painter, const QRect& rect, int section) const {
+  const QVariant given = model()->headerData(section, orientation(), Qt::BackgroundRole);
+  const QColor ground = given.isValid() ? ToneFor(given.value<QBrush>().color().rgb(), palette())
+                                        : palette().color(QPalette::Button);
+  painter->fillRect(rect, ground);
+  const QColor line = IsDark(palette()) ? ground.lighter(150) : ground.darker(125);
+  painter->setPen(line);
+  painter->drawLine(rect.bottomLeft(), rect.bottomRight());
+  painter->drawLine(rect.topRight(), rect.bottomRight());
+  // A given tone belongs to the cells, whose text is readable on it; a button's text need not be.
+  painter->setPen(palette().color(given.isValid() ? QPalette::Text : QPalette::ButtonText));
+  const QString title = model()->headerData(section, orientation()).toString().trimmed();
+  const bool columns = orientation() == Qt::Horizontal;
+  const QRect room = rect.adjusted(columns ? 2 : kMargin, 0, -2, 0);
+  painter->drawText(room, Qt::AlignVCenter | (columns ? Qt::AlignHCenter : Qt::AlignLeft),
+                    fontMetrics().elidedText(title, Qt::ElideRight, room.width()));
+}
+
+QSize CGridHeader::sectionSizeFromContents(int section) const {
+  const QString title = model()->headerData(section, orientation()).toString();
+  return {fontMetrics().horizontalAdvance(title) + 2 * kMargin, fontMetrics().height() + 8};
+}
+
+}  // namespace quillon

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QBasicTimer>
+#include <QRgb>
+#include <QWidget>
+
+namespace quillon {
+
+enum class LedStyle { Round = 3001, Square = 3002 };
+
+// A small lamp. Its colours mean something and are painted exactly, whatever the palette. A timer
+// runs only while the lamp blinks.
+class CStatusLed : public QWidget {
+  Q_OBJECT
+
+ public:
+  // The name is what a screen reader says; its description follows as lit, dark or blinking.
+  CStatusLed(const QString& name, LedStyle style, QWidget* parent = nullptr);
+
+  void SetColours(QRgb on, QRgb off);
+  void SetLit(bool lit);
+  bool IsLit() const { return lit_; }
+  // Each period in milliseconds inverts the lamp; 0 or less stops it as it is.
+  void SetBlinkPeriod(int milliseconds);
+  bool IsBlinking() const { return timer_.isActive(); }
+
+  QSize sizeHint() const override;
+  QSize minimumSizeHint() const override { return sizeHint(); }
+
+ protected:
+  void timerEvent(QTimerEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void Describe();
+
+  LedStyle style_;
+  QRgb on_;
+  QRgb off_;
+  bool lit_ = false;
+  QBasicTimer timer_;
+};
+
+}  // namespace quillon
