@@ -6,6 +6,7 @@
 #include <QListView>
 #include <QScreen>
 #include <QScrollBar>
+#include <QStyledItemDelegate>
 #include <algorithm>
 
 namespace quillon {
@@ -13,11 +14,37 @@ namespace {
 
 constexpr int kMostRows = 12;
 
+// Entries as high as the grid's rows, and their text under the cell's.
+class RoomyItems : public QStyledItemDelegate {
+ public:
+  using QStyledItemDelegate::QStyledItemDelegate;
+  QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override {
+    const QSize bare = QStyledItemDelegate::sizeHint(option, index);
+    return {bare.width() + 2 * kIndent, std::max(bare.height(), option.fontMetrics.height() + 6)};
+  }
+  void paint(QPainter* painter, const QStyleOptionViewItem& option,
+             const QModelIndex& index) const override {
+    QStyleOptionViewItem item = option;
+    initStyleOption(&item, index);
+    const QString text = std::exchange(item.text, QString());
+    const QStyle* style = item.widget->style();
+    style->drawControl(QStyle::CE_ItemViewItem, &item, painter, item.widget);
+    const bool current = item.state & QStyle::State_Selected;
+    style->drawItemText(painter, item.rect.adjusted(kIndent, 0, 0, 0),
+                        Qt::AlignLeft | Qt::AlignVCenter, item.palette, true, text,
+                        current ? QPalette::HighlightedText : QPalette::Text);
+  }
+
+ private:
+  static constexpr int kIndent = 5;
+};
+
 }  // namespace
 
 CChoiceList::CChoiceList(QWidget* parent) : QFrame(parent, Qt::Popup), list_(new QListView(this)) {
   setFrameShape(QFrame::StyledPanel);
   list_->setModel(&choices_);
+  list_->setItemDelegate(new RoomyItems(list_));
   list_->setFrameShape(QFrame::NoFrame);
   list_->setEditTriggers(QAbstractItemView::NoEditTriggers);
   list_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);

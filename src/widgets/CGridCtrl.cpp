@@ -22,10 +22,7 @@ constexpr int kHintRows = 16;
 }  // namespace
 
 CGridCtrl::CGridCtrl(QWidget* parent)
-    : QTableView(parent),
-      model_(new GridModel(this)),
-      delegate_(new GridDelegate(*model_, this)),
-      choices_(new CChoiceList(this)) {
+    : QTableView(parent), model_(new GridModel(this)), delegate_(new GridDelegate(*model_, this)) {
   setHorizontalHeader(new CGridHeader(Qt::Horizontal, this));
   setVerticalHeader(new CGridHeader(Qt::Vertical, this));
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -42,16 +39,12 @@ CGridCtrl::CGridCtrl(QWidget* parent)
     if (click_keys_ & (Qt::ShiftModifier | Qt::ControlModifier)) return;  // selects
     Click(GridModel::RowOf(index), GridModel::ColumnOf(index));
   });
-  connect(choices_, &CChoiceList::Chosen, this, [this](const QString& text) {
-    const QModelIndex index = currentIndex();
-    if (index.isValid()) Enter(GridModel::RowOf(index), GridModel::ColumnOf(index), text);
-  });
 }
 
 CGridCtrl::~CGridCtrl() = default;
 
 void CGridCtrl::Resize(int rows, int columns) {
-  choices_->hide();
+  CloseChoices();
   model_->Resize(rows, columns);
 }
 
@@ -135,12 +128,11 @@ void CGridCtrl::FitColumns() {
     const QString* measured = nullptr;
     for (int row = 1; row < Rows(); ++row) {
       const GridCell& cell = model_->Cell(row, column);
+      width = std::max(width, delegate_->WidthOf(cell, fontMetrics()));
       // Long lists are shared by the cells of a column: measure each once.
-      const bool known = !cell.choices.isEmpty() && cell.choices.constData() == measured;
-      measured = cell.choices.isEmpty() ? nullptr : cell.choices.constData();
-      GridCell alone = cell;
-      if (known) alone.choices.clear();
-      width = std::max(width, delegate_->WidthOf(alone, *this));
+      if (cell.choices.isEmpty() || cell.choices.constData() == measured) continue;
+      measured = cell.choices.constData();
+      width = std::max(width, delegate_->WidthOfChoices(cell, fontMetrics()));
     }
     setColumnWidth(column - 1, width + 1);
   }
@@ -180,9 +172,9 @@ void CGridCtrl::Enter(int row, int column, const QString& text) {
 }
 
 void CGridCtrl::FinishEdit() {
-  choices_->hide();
+  CloseChoices();
   QLineEdit* editor = delegate_->Editor();
-  if (editor == nullptr) return;
+  if (editor == nullptr || state() != EditingState) return;
   commitData(editor);
   closeEditor(editor, QAbstractItemDelegate::NoHint);
 }
@@ -194,10 +186,24 @@ void CGridCtrl::Open(int row, int column) {
   const QModelIndex index = model_->IndexOf(row, column);
   setCurrentIndex(index);
   scrollTo(index);
+  if (choices_ == nullptr) MakeChoices();
   const QRect rect = visualRect(index);
   choices_->setAccessibleName(index.data(Qt::AccessibleTextRole).toString());
   choices_->Open(cell.choices, cell.text,
                  QRect(viewport()->mapToGlobal(rect.topLeft()), rect.size()));
+}
+
+// Not before it is needed: most grids are never edited in a run of the program.
+void CGridCtrl::MakeChoices() {
+  choices_ = new CChoiceList(this);
+  connect(choices_, &CChoiceList::Chosen, this, [this](const QString& text) {
+    const QModelIndex index = currentIndex();
+    if (index.isValid()) Enter(GridModel::RowOf(index), GridModel::ColumnOf(index), text);
+  });
+}
+
+void CGridCtrl::CloseChoices() {
+  if (choices_ != nullptr) choices_->hide();
 }
 
 QSize CGridCtrl::sizeHint() const {
@@ -236,7 +242,7 @@ bool CGridCtrl::CellKey(const QKeyEvent& event) {
     const bool down = event.key() == Qt::Key_Down && keys == Qt::AltModifier;
     if (!down && !enter && !printable && event.key() != Qt::Key_F2) return false;
     Open(row, column);
-    if (printable && !enter) choices_->Search(event.text());
+    if (printable && choices_ != nullptr) choices_->Search(event.text());
     return true;
   }
   if (kind == CellKind::Number && enter) {
@@ -270,7 +276,7 @@ void CGridCtrl::changeEvent(QEvent* event) {
 }
 
 void CGridCtrl::hideEvent(QHideEvent* event) {
-  choices_->hide();
+  CloseChoices();
   QTableView::hideEvent(event);
 }
 

@@ -97,12 +97,14 @@ class CGridCtrl : public QTableView {
  private:
   bool CellKey(const QKeyEvent& event);
   void Open(int row, int column);
+  void MakeChoices();
+  void CloseChoices();
   void Copy() const;
   void FitRows();
 
   GridModel* model_;
   GridDelegate* delegate_;
-  CChoiceList* choices_;
+  CChoiceList* choices_ = nullptr;
   ClickHandler click_;
   EndEditHandler end_edit_;
   Qt::KeyboardModifiers click_keys_;

@@ -36,6 +36,15 @@ void CGridHeader::paintSection(QPainter* painter, const QRect& rect, int section
                     fontMetrics().elidedText(title, Qt::ElideRight, room.width()));
 }
 
+// Flat too where there are no more titles.
+void CGridHeader::paintEvent(QPaintEvent* event) {
+  QHeaderView::paintEvent(event);
+  QRect rest = viewport()->rect();
+  const int used = length() - offset();
+  orientation() == Qt::Horizontal ? rest.setLeft(used) : rest.setTop(used);
+  if (rest.isValid()) QPainter(viewport()).fillRect(rest, palette().color(QPalette::Button));
+}
+
 QSize CGridHeader::sectionSizeFromContents(int section) const {
   const QString title = model()->headerData(section, orientation()).toString();
   return {fontMetrics().horizontalAdvance(title) + 2 * kMargin, fontMetrics().height() + 8};

@@ -15,6 +15,7 @@ class CGridHeader : public QHeaderView {
 
  protected:
   void paintSection(QPainter* painter, const QRect& rect, int section) const override;
+  void paintEvent(QPaintEvent* event) override;
   // The width counts the blanks around a title, which pages use to make room.
   QSize sectionSizeFromContents(int section) const override;
 };

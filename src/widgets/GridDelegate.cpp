@@ -66,22 +66,23 @@ void GridDelegate::Forget() {
   toggles_.clear();
 }
 
-int GridDelegate::WidthOf(const GridCell& cell, const QWidget& view) const {
+int GridDelegate::WidthOf(const GridCell& cell, const QFontMetrics& metrics) const {
   if (!cell.enabled) return 0;
   if (IsToggle(cell.kind)) return kImage + 2 * kMargin;
-  const QFontMetrics metrics = view.fontMetrics();
   int width = metrics.horizontalAdvance(cell.text);
-  if (cell.kind == CellKind::Combo) {
-    for (const QString& choice : cell.choices) {
-      width = std::max(width, metrics.horizontalAdvance(choice));
-    }
-    width += kArrowRoom;
-  }
   if (cell.kind == CellKind::Number) {
     width = std::max({width, metrics.horizontalAdvance(QString::number(cell.minimum)),
                       metrics.horizontalAdvance(QString::number(cell.maximum))});
   }
-  return width + 2 * kMargin;
+  return width + 2 * kMargin + (cell.kind == CellKind::Combo ? kArrowRoom : 0);
+}
+
+int GridDelegate::WidthOfChoices(const GridCell& cell, const QFontMetrics& metrics) const {
+  int width = 0;
+  for (const QString& choice : cell.choices) {
+    width = std::max(width, metrics.horizontalAdvance(choice));
+  }
+  return width + 2 * kMargin + kArrowRoom;
 }
 
 void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
@@ -104,7 +105,7 @@ void GridDelegate::PaintGround(QPainter* painter, const QStyleOptionViewItem& op
   QColor ground = cell.background ? Tone(*cell.background, option.palette)
                                   : option.palette.color(QPalette::Base);
   if (!cell.enabled) {
-    ground = Mixed(ground, option.palette.color(QPalette::Active, QPalette::Text), 0.08);
+    ground = Mixed(ground, option.palette.color(QPalette::Active, QPalette::Text), 0.05);
   }
   // The current cell keeps its colour and has the frame; a selection is for copying.
   if ((option.state & QStyle::State_Selected) && !(option.state & QStyle::State_HasFocus)) {
@@ -156,6 +157,10 @@ QPixmap GridDelegate::DrawToggle(const QStyleOptionViewItem& option, CellKind ki
   box.initFrom(option.widget);
   box.state = (enabled ? QStyle::State_Enabled : QStyle::State_None) |
               (on ? QStyle::State_On : QStyle::State_Off);
+  if (IsDark(box.palette)) {
+    // Styles outline a box in a shade darker than the window, which nobody sees on a dark ground.
+    box.palette.setColor(QPalette::Window, box.palette.color(QPalette::Text));
+  }
   box.rect = style->subElementRect(
       round ? QStyle::SE_RadioButtonIndicator : QStyle::SE_CheckBoxIndicator, &box, option.widget);
   box.rect.moveTo(0, 0);

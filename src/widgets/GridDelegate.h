@@ -33,8 +33,10 @@ class GridDelegate : public QStyledItemDelegate {
   // Forgets what was painted ahead; for a new palette or style.
   void Forget();
 
-  // Width that shows the cell whole: its text and choices, or its box.
-  int WidthOf(const GridCell& cell, const QWidget& view) const;
+  // Width that shows the cell whole: its text, the bounds of its number, its arrow or box; and that
+  // of the widest of its choices.
+  int WidthOf(const GridCell& cell, const QFontMetrics& metrics) const;
+  int WidthOfChoices(const GridCell& cell, const QFontMetrics& metrics) const;
 
   QLineEdit* Editor() const { return editor_; }
   std::optional<GridEntry> TakeEntry() { return std::exchange(entry_, {}); }
