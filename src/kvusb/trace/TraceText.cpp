@@ -201,6 +201,7 @@ std::variant<std::vector<TraceEntry>, std::string> ParseTrace(std::string_view t
       entries.back().boards.push_back(*board);
       --boards;
     } else if (auto entry = ParseCall(line, boards)) {
+      entry->line = number;
       entries.push_back(std::move(*entry));
     } else {
       return "Line " + std::to_string(number) + " is no call: " + line;

@@ -38,6 +38,7 @@ struct TraceEntry {
   std::int32_t result = 0;
   TracePacket packet{};
   std::vector<DeviceRecord> boards{};
+  int line = 0;  // where ParseTrace() found the call, counted from 1
 
   // A read that failed delivered nothing.
   bool HasPacket() const;

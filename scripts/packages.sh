@@ -1,0 +1,91 @@
+# SPDX-License-Identifier: MIT
+#
+# What the commands of ./dev need, and how it comes onto the machine. Sourced by ./dev.
+
+# Debian 12's packages, by what needs them. Recommended packages are not installed, so a list names
+# all that its programs need to run.
+declare -rA kPackages=(
+  [build]='g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev'
+  [qt]='qt6-base-dev fonts-dejavu-core'
+  [wayland]='qt6-wayland'
+  [screen]='xvfb xauth'
+  [lint]='clang-format-14 clang-tidy-16'
+  [bench]='libbenchmark-dev libxcb1-dev'
+  [icons]='librsvg2-bin'
+)
+
+# The programs that show the same on a distribution whose package names we do not know.
+declare -rA kPrograms=(
+  [build]='g++ cmake ninja ccache'
+  [qt]='qmake6'
+  [wayland]=''
+  [screen]='xvfb-run xauth'
+  [lint]='clang-format-14 clang-tidy-16'
+  [bench]=''
+  [icons]='rsvg-convert'
+)
+
+is_debian() {
+  [[ -r /etc/os-release ]] || return 1
+  local words
+  words=" $(. /etc/os-release && echo "${ID:-} ${ID_LIKE:-}") "
+  [[ $words == *' debian '* ]] && command -v apt-get dpkg-query >/dev/null
+}
+
+# ensure_packages <group>...: returns when the packages of these groups are there, else stops.
+ensure_packages() {
+  local group packages=() programs=()
+  for group in "$@"; do
+    read -ra packages <<<"${packages[*]-} ${kPackages[$group]}"
+    read -ra programs <<<"${programs[*]-} ${kPrograms[$group]}"
+  done
+  if is_debian; then
+    install_packages "${packages[@]}"
+  else
+    require_programs "${packages[*]}" "${programs[@]}"
+  fi
+}
+
+install_packages() {
+  local missing
+  missing=$(printf '%s\n' "$@" | LC_ALL=C sort -u | LC_ALL=C comm -23 - <(installed_packages "$@"))
+  [[ -n $missing ]] || return 0
+  read -ra missing <<<"${missing//$'\n'/ }"
+  echo "Installing ${missing[*]}"
+  apt_get update
+  apt_get install --yes --no-install-recommends "${missing[@]}" || {
+    echo "dev: apt-get could not install: ${missing[*]}" >&2
+    exit 1
+  }
+}
+
+installed_packages() {
+  dpkg-query --show --showformat '${db:Status-Status} ${Package}\n' "$@" 2>/dev/null |
+    sed -n 's/^installed //p' | LC_ALL=C sort -u
+}
+
+apt_get() {
+  local as_root=()
+  if [[ $EUID -ne 0 ]]; then
+    command -v sudo >/dev/null || {
+      echo "dev: installing packages needs root or sudo; missing are: ${missing[*]}" >&2
+      exit 1
+    }
+    as_root=(sudo)
+  fi
+  "${as_root[@]}" env DEBIAN_FRONTEND=noninteractive apt-get --quiet \
+    -o DPkg::Lock::Timeout=120 -o Dpkg::Use-Pty=0 "$@" </dev/null
+}
+
+require_programs() {
+  local packages=$1 program missing=()
+  shift
+  for program in "$@"; do
+    command -v "$program" >/dev/null || missing+=("$program")
+  done
+  [[ ${#missing[@]} -gt 0 ]] || return 0
+  echo "dev: this is no Debian, so install what is missing yourself: ${missing[*]}" >&2
+  echo "The packages that this command needs are, by their Debian 12 names:" >&2
+  printf '  %s\n' $packages >&2
+  exit 1
+}

@@ -1,0 +1,85 @@
+#!/usr/bin/env bash
+# SPDX-License-Identifier: MIT
+#
+# tidy.sh <file.cpp>...: clang-tidy over these files, several at a time. A file that passed leaves a
+# stamp in build/lint/ and is skipped as long as it, every header of the project that it reaches, its
+# way of being compiled and the checks stay the same.
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+readonly kStamps=build/lint kDatabase=build/dev/compile_commands.json
+mkdir -p $kStamps
+
+# Prints "file header..." per argument: the headers below src/ that it includes, directly or not.
+headers_reached() {
+  find src tools bench -name '*.h' 2>/dev/null | awk '
+    function read_includes(path,    line, name) {
+      if (path in includes) return
+      includes[path] = ""
+      while ((getline line < path) > 0) {
+        if (line !~ /^[ \t]*#[ \t]*include[ \t]*"/) continue
+        split(line, part, "\"")
+        name = "src/" part[2]
+        if (name in header) includes[path] = includes[path] " " name
+      }
+      close(path)
+    }
+    function reach(path,    names, n, i) {
+      read_includes(path)
+      n = split(includes[path], names, " ")
+      for (i = 1; i <= n; ++i) {
+        if (names[i] in seen) continue
+        seen[names[i]] = 1
+        found = found " " names[i]
+        reach(names[i])
+      }
+    }
+    { header[$0] = 1 }
+    END {
+      for (f = 1; f < ARGC; ++f) {
+        split("", seen)
+        found = ""
+        reach(files[f])
+        print files[f] found
+      }
+    }
+    BEGIN { for (f = 1; f < ARGC; ++f) { files[f] = ARGV[f]; ARGV[f] = "" } }
+  ' "$@"
+}
+
+stamp_of() {
+  local file=$1
+  shift
+  {
+    sha256sum .clang-tidy "$file" "$@"
+    grep -F -- "-c $PWD/$file" $kDatabase || echo "not compiled"
+  } | sha256sum | cut -c 1-64
+}
+
+# One file; its output only if there is something to say.
+check_one() {
+  local file=$1 stamp=$2 output
+  if output=$(clang-tidy-16 --quiet -p build/dev "$file" 2>&1); then
+    : >"$stamp"
+  else
+    grep -v ' warnings generated' <<<"$output"
+    return 1
+  fi
+}
+
+if [[ ${1:-} == --one ]]; then
+  check_one "$2" "$3"
+  exit
+fi
+
+headers_reached "$@" | while read -r file headers; do
+  # shellcheck disable=SC2086  # a list of paths without spaces
+  stamp=$kStamps/${file//\//_}-$(stamp_of "$file" $headers)
+  if [[ -f $stamp ]]; then
+    touch "$stamp"
+  else
+    echo "$file $stamp"
+  fi
+done | xargs -r -L 1 -P "$(nproc)" scripts/tidy.sh --one
+
+# Stamps of files as they were long ago.
+find $kStamps -type f -mtime +30 -delete

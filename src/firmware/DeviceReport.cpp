@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "firmware/DeviceReport.h"
+
+#include "devlink/DeviceText.h"
+#include "firmware/RequiredVersions.h"
+#include "firmware/VersionWord.h"
+
+namespace quillon {
+namespace {
+
+std::string VersionLines(const DeviceRecord& record, std::uint32_t type) {
+  if (type != KVUSB_TYPE_LOADER) {
+    return "  Flash Version : " + VersionText(record.version) + "\r\n";
+  }
+  const bool known = record.queried_version != 0 && record.firmware_present != 0;
+  return "  Loader Version : " + VersionText(record.version) + "\r\n" +
+         "  Flash Version : " + (known ? VersionText(record.queried_version) : "N/A") + "\r\n";
+}
+
+}  // namespace
+
+DeviceReport ReportOnDevice(const DeviceRecord& record, std::uint32_t type,
+                            std::uint32_t device_mode) {
+  DeviceReport report;
+  report.serial_number = ShownText(record.serial_number);
+  // The product id is dotted like a version on purpose: 0x0910 reads 9.10 on the boards' labels.
+  report.text = "Device : " + ShownText(record.product_text) + "\r\n\r\n" +
+                "  Manufacturer : " + TextOrNothing(record.manufacturer) + "\r\n" +
+                "  Product ID : " + VersionText(record.product_id) + "\r\n" +
+                VersionLines(record, type) +  //
+                "  Device Serial Num. : " + report.serial_number + "\r\n";
+
+  report.flash_mode_active = type != device_mode;
+  report.firmware_present = record.firmware_present != 0;
+  const std::uint32_t required = LookupRequiredVersion(record.product_id) & 0xFFF0;
+  const std::uint32_t release =
+      ReleaseOf(report.flash_mode_active ? record.queried_version : record.version);
+  // Older and newer releases alike can be looked at, but not configured.
+  report.pages_enabled = !report.flash_mode_active && release == required;
+
+  if (release < required || !report.firmware_present) {
+    report.fit = FirmwareFit::kTooOld;
+    report.text += "\r\n  WARNING: Firmware update required!\r\n";
+  } else if (release != required) {
+    report.fit = FirmwareFit::kTooNew;
+  }
+  return report;
+}
+
+std::string EmptyDeviceReport() {
+  return "No devices detected. \r\n\r\n"
+         "  Manufacturer : \r\n"
+         "  Product ID : \r\n"
+         "  Device Version Num.: \r\n"
+         "  Device Serial Num. : \r\n";
+}
+
+}  // namespace quillon

@@ -1,0 +1,65 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTabWidget>
+#include <functional>
+#include <vector>
+
+#include "pages/common/FamilyTraits.h"
+#include "pages/common/PageContext.h"
+
+namespace quillon {
+
+class CDeviceConfigPage;
+class CSettingsPage;
+
+// The tabs of one board family: "Device Configuration" first, then the settings pages, which stay
+// disabled until the report on a board finds that its firmware suits. Made at the start of the
+// program and kept; what a tab holds is built when it is first needed.
+class CPageSet : public QTabWidget {
+  Q_OBJECT
+
+ public:
+  CPageSet(PageContext context, const FamilyTraits& traits, QWidget* parent);
+
+  // Shows the set for the current board, with a fresh report on it.
+  void ShowBoard();
+
+  // The device-wide defaults: every page gets its defaults and is sent, also after one has failed;
+  // one message at the end if any did.
+  void LoadDeviceDefaults();
+
+  // All lamps dark and still.
+  void ResetIndicators();
+
+  // The pages from the second tab on as the family's traits say for a board in this state.
+  void EnablePages(bool flash_mode_active, bool firmware_suits);
+
+  // A page, built if it has not been; null for a tab whose page does not exist yet. `index` counts
+  // tabs from 0.
+  CSettingsPage* Page(int index);
+
+ Q_SIGNALS:
+  void RefreshRequested();
+
+ protected:
+  using Factory = std::function<CSettingsPage*()>;
+
+  // Adds the next tab. Without a factory the tab is laid out and says that it is still to come.
+  void AddPage(const char* icon, const QString& title, Factory factory = {});
+
+ private:
+  struct Slot {
+    Factory factory;
+    CSettingsPage* page = nullptr;
+  };
+
+  void SetPageEnabled(int index, bool enabled);
+
+  PageContext context_;
+  const FamilyTraits& traits_;
+  CDeviceConfigPage* config_;
+  std::vector<Slot> slots_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,139 @@
+// SPDX-License-Identifier: MIT
+#include "pages/common/CSettingsPage.h"
+
+#include <QBoxLayout>
+#include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
+
+#include "devlink/Exchange.h"
+#include "res/Icons.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon {
+namespace {
+
+constexpr int kBlinkMilliseconds = 250;
+constexpr int kButtonIconSize = 32;
+
+QString DefaultsQuestion() {
+  return QStringLiteral("Are you sure you want to load the\r\ndefault settings for this page?");
+}
+
+CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) {
+  auto* const lamp = new CStatusLed(name, LedStyle::Round);
+  lamp->SetColours(on, off);
+  layout->addWidget(lamp);
+  layout->addWidget(new QLabel(name));
+  return lamp;
+}
+
+}  // namespace
+
+CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget* parent)
+    : QWidget(parent), context_(context) {
+  auto* const layout = new QVBoxLayout(this);
+  auto* const group = new QGroupBox(title);
+  body_ = new QVBoxLayout(group);
+  layout->addWidget(group, 1);
+  auto* const row = new QHBoxLayout;
+  layout->addLayout(row);
+  AddButtonRow(row);
+}
+
+void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
+  const auto add = [&](const char* icon, const QString& name, const QString& caption,
+                       const QString& tip, auto handler) {
+    auto* const button = new QPushButton(Icon(icon), QString());
+    button->setIconSize({kButtonIconSize, kButtonIconSize});
+    button->setObjectName(name);
+    button->setAccessibleName(name);
+    button->setAccessibleDescription(caption);
+    button->setToolTip(tip);
+    connect(button, &QPushButton::clicked, this, handler);
+    auto* const label = new QLabel(caption);
+    label->setToolTip(tip);
+    layout->addWidget(button);
+    layout->addWidget(label);
+    layout->addSpacing(12);
+  };
+  add("retrieve", tr("Retrieve"), tr("Retrieve device settings."),
+      tr("Reads this page's settings from the board. What was edited here is replaced."),
+      &CSettingsPage::Retrieve);
+  add("update", tr("Update"), tr("Update device with new settings."),
+      tr("Writes this page's settings to the board, which keeps them."), &CSettingsPage::Update);
+  add("defaults", tr("Defaults"), tr("Load page defaults."),
+      tr("Fills this page with factory settings. The board keeps its own until Update."),
+      &CSettingsPage::Defaults);
+  layout->addStretch(1);
+  busy_ = AddLamp(layout, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
+  error_ = AddLamp(layout, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+}
+
+void CSettingsPage::Retrieve() {
+  const auto hold = context_.link.gate.TryEnter();
+  if (!hold) return;
+  ShowError(false);
+  ShowBusy(true);
+  if (!RetrieveRoutine()) ShowError(true);
+  ShowBusy(false);
+}
+
+void CSettingsPage::Update() {
+  const auto hold = context_.link.gate.TryEnter();
+  if (!hold) return;
+  for (auto* const grid : findChildren<CGridCtrl*>()) grid->FinishEdit();
+  ShowError(false);
+  ShowBusy(true);
+  static_cast<void>(StoreOnBoard());
+  ShowBusy(false);
+}
+
+void CSettingsPage::Defaults() {
+  const auto hold = context_.link.gate.TryEnter();
+  if (!hold) return;
+  if (context_.prompts.AskYesNo(this, DefaultsQuestion(), QStringLiteral("Load Defaults"))) {
+    DefaultsRoutine();
+  }
+}
+
+bool CSettingsPage::StoreOnBoard() {
+  const bool stored = UpdateRoutine();
+  ShowError(!stored);
+  return stored;
+}
+
+void CSettingsPage::ResetIndicators() {
+  ShowBusy(false);
+  ShowError(false);
+  update();
+}
+
+bool CSettingsPage::QueryCurrent(std::span<std::uint8_t> packet) {
+  auto& [library, table, gate] = context_.link;
+  const std::uint8_t command = packet[kCommandByte];
+  return !table.IsEmpty() && QueryBlock(library, table.CurrentRecord(), packet) &&
+         packet[kEchoByte] == command;
+}
+
+bool CSettingsPage::SendCurrent(std::span<std::uint8_t> packet) {
+  auto& [library, table, gate] = context_.link;
+  const std::uint8_t command = packet[kCommandByte];
+  return !table.IsEmpty() && SendBlock(library, table.CurrentRecord(), packet) &&
+         packet[kEchoByte] == command;
+}
+
+void CSettingsPage::ShowBusy(bool busy) {
+  busy_->SetLit(busy);
+  busy_->SetBlinkPeriod(busy ? kBlinkMilliseconds : 0);
+  // Nothing else paints while an exchange blocks the thread.
+  if (busy) busy_->repaint();
+}
+
+void CSettingsPage::ShowError(bool error) {
+  error_->SetLit(error);
+  error_->SetBlinkPeriod(error ? kBlinkMilliseconds : 0);
+}
+
+}  // namespace quillon

@@ -1,0 +1,28 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QString>
+
+class QWidget;
+
+namespace quillon {
+
+// What is asked of or told to the user in a box of its own. The seam behind which tests answer.
+class UserPrompts {
+ public:
+  enum class Icon { kNone, kInformation, kQuestion, kExclamation, kError };
+
+  UserPrompts() = default;
+  UserPrompts(const UserPrompts&) = delete;
+  UserPrompts& operator=(const UserPrompts&) = delete;
+  virtual ~UserPrompts() = default;
+
+  // A message with an OK button; returns when it is closed.
+  virtual void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) = 0;
+
+  // A question with the buttons Yes and No. Closing the box means No.
+  [[nodiscard]] virtual bool AskYesNo(QWidget* parent, const QString& text,
+                                      const QString& caption) = 0;
+};
+
+}  // namespace quillon
