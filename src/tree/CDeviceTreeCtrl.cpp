@@ -1,0 +1,177 @@
+// SPDX-License-Identifier: MIT
+#include "tree/CDeviceTreeCtrl.h"
+
+#include <QContextMenuEvent>
+#include <QHeaderView>
+#include <QMenu>
+#include <QMouseEvent>
+#include <QScopedValueRollback>
+#include <QTimer>
+#include <optional>
+
+#include "devlink/BoardFamily.h"
+#include "res/Icons.h"
+
+namespace quillon {
+
+CDeviceTreeCtrl::CDeviceTreeCtrl(BoardLink& link, QWidget* parent)
+    : QTreeView(parent), link_(link) {
+  setModel(&model_);
+  setAccessibleName(QStringLiteral("Devices"));
+  setHeaderHidden(true);
+  setRootIsDecorated(true);
+  setUniformRowHeights(true);
+  setIconSize(QSize(16, 16));
+  setSelectionMode(SingleSelection);
+  setEditTriggers(NoEditTriggers);
+  // Long labels are scrolled to, not cut. Measuring what is in view is enough, and does not slow
+  // down with the number of boards.
+  header()->setStretchLastSection(false);
+  header()->setSectionResizeMode(QHeaderView::ResizeToContents);
+  header()->setResizeContentsPrecision(0);
+}
+
+void CDeviceTreeCtrl::SetToolReady(DeviceTool tool, bool ready) {
+  if (ready) {
+    unready_.erase(tool);
+  } else {
+    unready_.insert(tool);
+  }
+}
+
+void CDeviceTreeCtrl::Rebuild() {
+  const std::vector<NodeList> nodes = ReadNodes();
+  model_.Rebuild(link_.table, nodes);
+  for (int root = 0; root < model_.rowCount(); ++root) expand(model_.index(root, 0));
+  Highlight(model_.IndexOfBoard(link_.table.Current()));
+  emit BoardSelected();
+}
+
+// Reads the nodes of every node I/O system and leaves the board to select as the current one.
+std::vector<NodeList> CDeviceTreeCtrl::ReadNodes() {
+  DeviceTable& table = link_.table;
+  if (!DeviceTreeModel::Lists(table)) return {};
+  std::vector<NodeList> nodes(table.Count());
+  std::optional<std::uint32_t> selected;
+  for (std::uint32_t i = 0; i < table.Count(); ++i) {
+    if (i == table.Current()) selected = i;
+    if (table.Record(i).product_id != kNodeSystemProduct) continue;
+    table.SetCurrent(i);
+    if (read_nodes_) nodes[i] = read_nodes_();
+    // Intended: not the former current board. Users know that a rebuild goes back to the first
+    // board when a node I/O system stands before the one that they had selected.
+    table.SetCurrent(0);
+  }
+  table.SetCurrent(selected.value_or(0));
+  return nodes;
+}
+
+// Moves the highlight without a choice being made by it.
+void CDeviceTreeCtrl::Highlight(const QModelIndex& item) {
+  const QScopedValueRollback quiet(highlighting_, true);
+  setCurrentIndex(item);
+  chosen_ = item;
+}
+
+void CDeviceTreeCtrl::selectionChanged(const QItemSelection& selected,
+                                       const QItemSelection& deselected) {
+  QTreeView::selectionChanged(selected, deselected);
+  if (highlighting_ || selected.isEmpty()) return;
+  if (link_.gate.IsOpen()) {
+    Choose(selected.indexes().first());
+  } else {
+    // Not here: the view is still busy moving to the item.
+    QTimer::singleShot(0, this, [this] { Highlight(chosen_); });
+  }
+}
+
+void CDeviceTreeCtrl::Choose(const QModelIndex& item) {
+  chosen_ = item;
+  const TreeItemKind kind = model_.Kind(item);
+  const std::uint32_t item_data = item.data(DeviceTreeModel::kItemDataRole).toUInt();
+  if (IsBoard(kind)) {
+    link_.table.SetCurrent(item_data - 1);
+    model_.MarkBoard(link_.table.Current());
+    emit BoardSelected();
+  } else if (kind == TreeItemKind::kPort) {
+    emit PortSelected(static_cast<int>(item_data));
+  }
+}
+
+void CDeviceTreeCtrl::mousePressEvent(QMouseEvent* event) {
+  // What the right button selects is the context menu's to decide.
+  if (event->button() != Qt::RightButton) QTreeView::mousePressEvent(event);
+}
+
+void CDeviceTreeCtrl::contextMenuEvent(QContextMenuEvent* event) {
+  event->accept();
+  if (!link_.gate.IsOpen()) return;
+  if (event->reason() == QContextMenuEvent::Keyboard) {
+    const QModelIndex at = currentIndex();
+    scrollTo(at);
+    OpenMenu(at, viewport()->mapToGlobal(visualRect(at).bottomLeft()));
+    return;
+  }
+  const QPersistentModelIndex at = indexAt(event->pos());
+  if (at.isValid() && !IsNonDetected(model_.Kind(at))) setCurrentIndex(at);
+  OpenMenu(at, event->globalPos());
+}
+
+void CDeviceTreeCtrl::OpenMenu(const QModelIndex& at, const QPoint& position) {
+  std::optional<DeviceTool> tool;
+  if (const auto hold = link_.gate.TryEnter()) {
+    const auto menu = MakeMenu(at);
+    if (const QAction* chosen = menu->exec(position)) {
+      tool = static_cast<DeviceTool>(chosen->data().toInt());
+    }
+  }
+  if (tool) Run(*tool);
+}
+
+std::unique_ptr<QMenu> CDeviceTreeCtrl::MakeMenu(const QModelIndex& at) {
+  auto menu = std::make_unique<QMenu>(QStringLiteral("Device Tools"), this);
+  menu->setAccessibleName(menu->title());
+  menu->setToolTipsVisible(true);
+  const auto kind = at.isValid() ? std::optional(model_.Kind(at)) : std::nullopt;
+  for (const DeviceToolEntry& entry : DeviceToolEntries()) {
+    if (entry.tool == DeviceTool::kExpandAll) menu->addSeparator();
+    const bool ready = !unready_.contains(entry.tool);
+    const bool offered = IsOffered(entry, kind);
+    QAction* action = menu->addAction(Icon(entry.icon), QString::fromUtf8(entry.text));
+    action->setData(static_cast<int>(entry.tool));
+    action->setEnabled(ready && offered);
+    action->setToolTip(QString::fromUtf8(!ready     ? "Comes with a later version."
+                                         : !offered ? entry.elsewhere
+                                                    : entry.purpose));
+    action->setStatusTip(action->toolTip());
+  }
+  return menu;
+}
+
+void CDeviceTreeCtrl::Run(DeviceTool tool) {
+  switch (tool) {
+    case DeviceTool::kRefresh:
+      emit RefreshRequested();
+      break;
+    case DeviceTool::kRestartFlash:
+      emit RestartRequested(true);
+      break;
+    case DeviceTool::kRestartDevice:
+      emit RestartRequested(false);
+      break;
+    case DeviceTool::kLoadDefaults:
+      emit LoadDefaultsRequested();
+      break;
+    case DeviceTool::kCheckUpdate:
+      emit FirmwareCheckRequested();
+      break;
+    case DeviceTool::kExpandAll:
+      expandAll();
+      break;
+    case DeviceTool::kCollapseAll:
+      collapseAll();
+      break;
+  }
+}
+
+}  // namespace quillon

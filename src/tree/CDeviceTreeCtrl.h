@@ -1,0 +1,79 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPersistentModelIndex>
+#include <QTreeView>
+#include <functional>
+#include <memory>
+#include <set>
+#include <vector>
+
+#include "devlink/BoardLink.h"
+#include "tree/DeviceTools.h"
+#include "tree/DeviceTreeModel.h"
+
+class QMenu;
+
+namespace quillon {
+
+// The tree of detected boards on the left of the main window, and its context menu. Choosing a
+// board makes it the table's current one. While something holds the gate, neither a choice nor the
+// menu is possible: the board that an exchange talks to does not change under it.
+class CDeviceTreeCtrl : public QTreeView {
+  Q_OBJECT
+
+ public:
+  // Reads the node list of the table's current board, a node I/O system.
+  using NodeReader = std::function<NodeList()>;
+
+  explicit CDeviceTreeCtrl(BoardLink& link, QWidget* parent = nullptr);
+
+  // Without a reader no board has nodes.
+  void SetNodeReader(NodeReader reader) { read_nodes_ = std::move(reader); }
+
+  // Enables an entry whose work exists, where its item allows it. Both restarts and the firmware
+  // check are not ready from the start.
+  void SetToolReady(DeviceTool tool, bool ready);
+
+  // Builds the tree anew from the table, with its boards in view and their nodes folded up, selects
+  // a board and emits BoardSelected() once, without a board too. The caller may hold the gate.
+  void Rebuild();
+
+  // The context menu for an item (or none); an action's data() is its DeviceTool as an int.
+  std::unique_ptr<QMenu> MakeMenu(const QModelIndex& at);
+
+  // Does what an entry of the menu says.
+  void Run(DeviceTool tool);
+
+ signals:
+  // The table's current board was chosen; after a rebuild perhaps none.
+  void BoardSelected();
+  // A port, counted from 1, was chosen. The table's current board is not changed.
+  void PortSelected(int port);
+
+  void RefreshRequested();
+  void RestartRequested(bool to_flash_mode);
+  void LoadDefaultsRequested();
+  void FirmwareCheckRequested();
+
+ protected:
+  void mousePressEvent(QMouseEvent* event) override;
+  void contextMenuEvent(QContextMenuEvent* event) override;
+  void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+
+ private:
+  std::vector<NodeList> ReadNodes();
+  void Highlight(const QModelIndex& item);
+  void Choose(const QModelIndex& item);
+  void OpenMenu(const QModelIndex& at, const QPoint& position);
+
+  BoardLink& link_;
+  DeviceTreeModel model_;
+  NodeReader read_nodes_;
+  std::set<DeviceTool> unready_{DeviceTool::kRestartFlash, DeviceTool::kRestartDevice,
+                                DeviceTool::kCheckUpdate};
+  QPersistentModelIndex chosen_;  // what the highlight goes back to after a refused choice
+  bool highlighting_ = false;
+};
+
+}  // namespace quillon
