@@ -1,0 +1,188 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QAbstractItemModelTester>
+#include <QFont>
+#include <QPixmap>
+#include <QSignalSpy>
+#include <string>
+
+#include "res/Icons.h"
+#include "tree/DeviceTreeModel.h"
+#include "tree/TreeTable.h"
+
+namespace quillon {
+namespace {
+
+using quillon::testing::AddBoard;
+using ::testing::ElementsAre;
+
+// The tree as lines: a step inwards is two blanks, "=n" is the item data.
+std::vector<std::string> Lines(const QAbstractItemModel& model, const QModelIndex& parent = {},
+                               const std::string& indent = {}) {
+  std::vector<std::string> lines;
+  for (int row = 0; row < model.rowCount(parent); ++row) {
+    const QModelIndex item = model.index(row, 0, parent);
+    const QVariant data = item.data(DeviceTreeModel::kItemDataRole);
+    lines.push_back(indent + item.data().toString().toStdString() +
+                    (data.isValid() ? " =" + data.toString().toStdString() : ""));
+    for (const std::string& line : Lines(model, item, indent + "  ")) lines.push_back(line);
+  }
+  return lines;
+}
+
+bool IsBold(const QModelIndex& item) {
+  return qvariant_cast<QFont>(item.data(Qt::FontRole)).bold();
+}
+
+// A model that is checked for consistency whenever it changes.
+struct Tree {
+  DeviceTable table;
+  DeviceTreeModel model;
+  QAbstractItemModelTester tester{&model, QAbstractItemModelTester::FailureReportingMode::Fatal};
+};
+
+TEST(DeviceTreeModel, ShowsAPlaceholderUnderARootWithoutBoards) {
+  const auto nothing = ElementsAre("Flash Mode", "  Non Detected", "Device Mode", "  Non Detected");
+  Tree tree;
+  EXPECT_THAT(Lines(tree.model), nothing) << "before the first detection";
+
+  AddBoard(tree.table, 2, 0x0910, "Stick", "7");
+  tree.model.Rebuild(tree.table);
+  EXPECT_THAT(Lines(tree.model),
+              ElementsAre("Flash Mode", "  Non Detected", "Device Mode", "  Stick : 7 =1"));
+
+  tree.table.Clear();
+  tree.model.Rebuild(tree.table);
+  EXPECT_THAT(Lines(tree.model), nothing);
+
+  AddBoard(tree.table, 0, 0x0910);
+  AddBoard(tree.table, 2, 0x0910);
+  tree.model.Rebuild(tree.table);
+  EXPECT_THAT(Lines(tree.model), nothing) << "a first type of 0 ends the list";
+}
+
+TEST(DeviceTreeModel, ListsBoardsInTableOrderUnderTheModeOfTheirType) {
+  Tree tree;
+  AddBoard(tree.table, 2, 0x0910, "A", "1");
+  AddBoard(tree.table, 1, 0x0920, "B", "2");
+  AddBoard(tree.table, 9, 0x0920, "C", "3");
+  AddBoard(tree.table, 3, 0x1500, "D", "4");
+  AddBoard(tree.table, 1, 0x1000, "E", "5");
+  AddBoard(tree.table, 0, 0x1000, "F", "6");
+  tree.model.Rebuild(tree.table);
+  EXPECT_THAT(Lines(tree.model), ElementsAre("Flash Mode", "  B : 2 =2", "  E : 5 =5",  //
+                                             "Device Mode", "  A : 1 =1", "  Non Detected =3",
+                                             "  D : 4 =4", "  Non Detected =6"));
+}
+
+TEST(DeviceTreeModel, ListsThePresentNodesWithTheirPorts) {
+  Tree tree;
+  AddBoard(tree.table, 3, 0x0800, "First", "1");
+  AddBoard(tree.table, 2, 0x0910, "Stick", "2");
+  AddBoard(tree.table, 3, 0x0800, "Last", "3");
+  NodeList first(12), last(20, false);
+  first[0] = first[2] = true;
+  last[11] = last[12] = true;  // only twelve nodes are known
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{first, {}, last});
+  EXPECT_THAT(Lines(tree.model),
+              ElementsAre("Flash Mode", "  Non Detected", "Device Mode",  //
+                          "  First : 1 =1", "    Node 1", "      Port A =1", "      Port B =2",
+                          "    Node 3", "      Port E =5", "      Port F =6",  //
+                          "  Stick : 2 =2", "  Last : 3 =3",                   //
+                          "    Node 12", "      Port W =23", "      Port X =24"));
+
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{{false, true}});
+  EXPECT_THAT(Lines(tree.model), ElementsAre("Flash Mode", "  Non Detected", "Device Mode",  //
+                                             "  First : 1 =1", "    Node 2", "      Port C =3",
+                                             "      Port D =4", "  Stick : 2 =2", "  Last : 3 =3"));
+
+  // More lists than boards: the table was emptied meanwhile.
+  tree.table.Clear();
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{first, last});
+  EXPECT_EQ(Lines(tree.model).size(), 4U);
+}
+
+TEST(DeviceTreeModel, ShowsNoRawTextOfABoard) {
+  Tree tree;
+  AddBoard(tree.table, 2, 0x0910, std::string(260, '\xFF'), std::string(20, '9'));
+  AddBoard(tree.table, 2, 0x0910, "<b>Bell\a</b>\nline", "");
+  tree.model.Rebuild(tree.table);
+  const QModelIndex root = tree.model.index(1, 0);
+  const QModelIndex unending = tree.model.index(0, 0, root), markup = tree.model.index(1, 0, root);
+  EXPECT_EQ(unending.data().toString(), QString::fromUtf8("\uFFFD : 99999999999999999999"));
+  EXPECT_EQ(markup.data().toString(), QString::fromUtf8("<b>Bell\uFFFD</b>\uFFFDline : "));
+  EXPECT_EQ(markup.data(Qt::ToolTipRole).toString(), "Product id 0x0910, in Device Mode");
+}
+
+TEST(DeviceTreeModel, DescribesBoardsAndNothingElse) {
+  Tree tree;
+  AddBoard(tree.table, 1, 0x000A);
+  AddBoard(tree.table, 3, 0x0800);
+  AddBoard(tree.table, 8, 0xBEEF);
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{{}, {true}});
+  const auto tip = [](const QModelIndex& item) {
+    return item.data(Qt::ToolTipRole).toString().toStdString();
+  };
+  const QModelIndex system = tree.model.IndexOfBoard(1);
+  EXPECT_EQ(tip(tree.model.IndexOfBoard(0)), "Product id 0x000A, in Flash Mode (current board)");
+  EXPECT_EQ(tip(system), "Product id 0x0800, in Device Mode");
+  EXPECT_EQ(tip(tree.model.IndexOfBoard(2)), "Product id 0xBEEF, in an unknown mode");
+  EXPECT_EQ(tip(tree.model.index(0, 0)), "");
+  EXPECT_EQ(tip(tree.model.index(0, 0, system)), "");
+}
+
+TEST(DeviceTreeModel, DrawsEveryKindOfItemWithItsOwnImage) {
+  Tree tree;
+  const auto shows = [](const QModelIndex& item, const char* name) {
+    const QImage image = qvariant_cast<QIcon>(item.data(Qt::DecorationRole)).pixmap(16).toImage();
+    return !image.isNull() && image == Icon(name).pixmap(16).toImage();
+  };
+  EXPECT_TRUE(shows(tree.model.index(0, 0, tree.model.index(0, 0)), "tree-none"));
+
+  AddBoard(tree.table, 3, 0x0800);
+  AddBoard(tree.table, 1, 0x0910);
+  AddBoard(tree.table, 7, 0x0910);
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{{true}});
+  const QModelIndex system = tree.model.index(0, 0, tree.model.index(1, 0));
+  const QModelIndex node = tree.model.index(0, 0, system);
+  EXPECT_TRUE(shows(tree.model.index(0, 0), "tree-flash-root"));
+  EXPECT_TRUE(shows(tree.model.index(1, 0), "tree-device-root"));
+  EXPECT_TRUE(shows(tree.model.IndexOfBoard(1), "tree-flash-board"));
+  EXPECT_TRUE(shows(tree.model.IndexOfBoard(2), "tree-none"));
+  EXPECT_TRUE(shows(system, "tree-device-board"));
+  EXPECT_TRUE(shows(node, "tree-node"));
+  EXPECT_TRUE(shows(tree.model.index(1, 0, node), "tree-port"));
+}
+
+TEST(DeviceTreeModel, MarksTheCurrentBoardAlone) {
+  Tree tree;
+  AddBoard(tree.table, 2, 0x0910);
+  AddBoard(tree.table, 1, 0x0910);
+  AddBoard(tree.table, 3, 0x0800);
+  tree.table.SetCurrent(1);
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{{}, {}, {true, true}});
+  const auto bold = [&] {
+    std::vector<std::string> items;
+    for (std::uint32_t i = 0; i < 3; ++i) {
+      if (IsBold(tree.model.IndexOfBoard(i))) items.push_back(std::to_string(i));
+    }
+    return items;
+  };
+  EXPECT_THAT(bold(), ElementsAre("1"));
+  // Node 2 and port 2 carry numbers that are a board's index, too.
+  EXPECT_FALSE(IsBold(tree.model.index(1, 0, tree.model.IndexOfBoard(2))));
+
+  QSignalSpy changes(&tree.model, &QAbstractItemModel::dataChanged);
+  tree.model.MarkBoard(2);
+  EXPECT_THAT(bold(), ElementsAre("2"));
+  ASSERT_EQ(changes.size(), 2);
+  EXPECT_EQ(changes[0][0].toModelIndex(), tree.model.IndexOfBoard(1));
+  EXPECT_EQ(changes[1][0].toModelIndex(), tree.model.IndexOfBoard(2));
+
+  tree.model.MarkBoard(DeviceTreeModel::kNoBoard);
+  EXPECT_THAT(bold(), ElementsAre());
+}
+
+}  // namespace
+}  // namespace quillon
