@@ -43,8 +43,7 @@ CSettingsPage* CPageSet::Page(int index) {
 void CPageSet::ShowBoard() { config_->ShowDeviceInfo(); }
 
 void CPageSet::LoadDeviceDefaults() {
-  const auto hold = context_.link.gate.TryEnter();
-  if (!hold) return;
+  const auto hold = context_.link.gate.Enter();
   bool failed = false;
   for (int index = 1; index < count(); ++index) {
     CSettingsPage* const page = Page(index);
