@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/GridDelegate.h"
 
+#include <QCoreApplication>
 #include <QIntValidator>
 #include <QPainter>
 #include <QStyle>
@@ -208,6 +209,11 @@ void GridDelegate::setModelData(QWidget*, QAbstractItemModel*, const QModelIndex
 void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                         const QModelIndex&) const {
   editor->setGeometry(option.rect);
+}
+
+bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
+  if (event->type() != QEvent::Wheel) return QStyledItemDelegate::eventFilter(editor, event);
+  return QCoreApplication::sendEvent(editor->parent(), event);
 }
 
 }  // namespace quillon
