@@ -201,7 +201,6 @@ void GridDelegate::setEditorData(QWidget*, const QModelIndex& index) const {
 
 void GridDelegate::setModelData(QWidget*, QAbstractItemModel*, const QModelIndex& index) const {
   if (!editor_ || !editor_->isModified() || !editor_->hasAcceptableInput()) return;
-  editor_->setModified(false);
   entry_ = {GridModel::RowOf(index), GridModel::ColumnOf(index),
             QString::number(editor_->text().toInt())};
 }
