@@ -181,12 +181,12 @@ TEST(Exchange, AnEmptyRangeSucceedsWithoutAnExchange) {
   TranscriptLibrary library("");
   constexpr std::uint8_t kStarts[]{72, 73, 255};
   for (const std::uint8_t start : kStarts) {
-    Buffer buffer = Request(131, {0, 64, start, 72, 0x11, 1});
+    Buffer buffer = Request(131, {0x55, 64, start, 72, 0x11, 1});
     EXPECT_TRUE(QueryBlock(library, record, buffer));
-    EXPECT_EQ(buffer, Request(131, {0, 64, start, 0, 0x11, 1}));
+    EXPECT_EQ(buffer, Request(131, {0x55, 64, start, 0, 0x11, 1}));
     buffer[3] = 72;
     EXPECT_TRUE(SendBlock(library, record, buffer));
-    EXPECT_EQ(buffer, Request(131, {0, 64, start, 0, 0x11, 1}));
+    EXPECT_EQ(buffer, Request(131, {0x55, 64, start, 0, 0x11, 1}));
   }
 }
 

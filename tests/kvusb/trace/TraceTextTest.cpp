@@ -23,6 +23,11 @@ constexpr std::string_view kGolden =
     "0.600000 detect 3 -> 0\n"
     "4.180733 write 1 -> -2 : 00 3f 08 47 11 *\n"
     "4.182841 read 1 -> 0 : *\n"
+    "4.182842 read 1 -> 2 : 11 "
+    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+    "00 "
+    "00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 00 "
+    "a5\n"
     "4.182842 read 1 -> 1\n"
     "12345.000000 read 1023 -> 4\n"
     "12345.000001 close 4294967295 -> 0\n";
@@ -36,6 +41,12 @@ DeviceRecord Board(std::uint16_t product, std::uint16_t version, const char* pro
   std::strcpy(record.manufacturer, maker);
   std::strcpy(record.serial_number, serial);
   return record;
+}
+
+TracePacket FullPacket() {
+  TracePacket packet{0x11};
+  packet[64] = 0xA5;
+  return packet;
 }
 
 const std::vector<TraceEntry>& GoldenEntries() {
@@ -56,13 +67,19 @@ const std::vector<TraceEntry>& GoldenEntries() {
        .packet = {0x00, 0x3F, 0x08, 0x47, 0x11},
        .line = 7},
       {.call = Call::kRead, .seconds = 4.182841, .argument = 1, .result = 0, .line = 8},
-      {.call = Call::kRead, .seconds = 4.182842, .argument = 1, .result = 1, .line = 9},
-      {.call = Call::kRead, .seconds = 12345, .argument = 1023, .result = 4, .line = 10},
+      {.call = Call::kRead,
+       .seconds = 4.182842,
+       .argument = 1,
+       .result = 2,
+       .packet = FullPacket(),
+       .line = 9},
+      {.call = Call::kRead, .seconds = 4.182842, .argument = 1, .result = 1, .line = 10},
+      {.call = Call::kRead, .seconds = 12345, .argument = 1023, .result = 4, .line = 11},
       {.call = Call::kClose,
        .seconds = 12345.000001,
        .argument = 0xFFFFFFFF,
        .result = 0,
-       .line = 11},
+       .line = 12},
   };
   return entries;
 }
