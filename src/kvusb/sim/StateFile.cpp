@@ -128,7 +128,8 @@ std::variant<BoardState, std::string> ParseState(const BoardSpec& spec, std::str
   const json document = ParseJson(text);
   const JsonFields fields(document, "The state");
   fields.Number("format", kFormat, kFormat);
-  fields.Number("product", spec.product, spec.product);
+  if (fields.Number("product", 0, 0xFFFF) != spec.product)
+    throw FormatError("The state is that of another product.");
   BoardState state = FactoryState(spec);
   state.serial = Serial(fields, "serial");
   if (fields.Has("next_serial")) state.next_serial = Serial(fields, "next_serial");
