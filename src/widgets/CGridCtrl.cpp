@@ -138,7 +138,10 @@ void CGridCtrl::FitColumns() {
   }
 }
 
-void CGridCtrl::Redraw() { model_->Redraw(); }
+void CGridCtrl::Redraw() {
+  model_->Redraw();
+  emit Redrawn();
+}
 
 void CGridCtrl::SetClickHandler(ClickHandler handler) { click_ = std::move(handler); }
 void CGridCtrl::SetEndEditHandler(EndEditHandler handler) { end_edit_ = std::move(handler); }

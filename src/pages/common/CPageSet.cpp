@@ -40,7 +40,12 @@ CSettingsPage* CPageSet::Page(int index) {
   return slot.page;
 }
 
-void CPageSet::ShowBoard() { config_->ShowDeviceInfo(); }
+void CPageSet::ShowBoard() {
+  for (const Slot& slot : slots_) {
+    if (slot.page != nullptr) slot.page->ShowOrigin();
+  }
+  config_->ShowDeviceInfo();
+}
 
 void CPageSet::LoadDeviceDefaults() {
   const auto hold = context_.link.gate.Enter();
