@@ -169,8 +169,8 @@ std::string SaveState(const fs::path& folder, const BoardSpec& spec, const Board
   std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
   stream << FormatState(spec, state);
   stream.close();
-  const std::string problem = "The state of board " + spec.id + " cannot be kept in " +
-                              file.string() + ", it lasts until the program ends.";
+  std::string problem = "The state of board " + spec.id + " cannot be kept in " + file.string() +
+                        ", it lasts until the program ends.";
   std::error_code error;
   if (!stream) {
     fs::remove(temporary, error);

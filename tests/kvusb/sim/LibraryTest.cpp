@@ -114,7 +114,7 @@ TEST_F(SimLibrary, KeepsSettingsInTheStateFolder) {
 }
 
 TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
-  const auto file = testing::OwnFolders::Root() / "rig.json";
+  const auto file = testing::OwnFolders::Root() / "r\u00FCg.json";
   for (const bool exists : {false, true}) {
     if (exists) std::ofstream(file) << R"({"boards": [{"id": "x"}]})";
     setenv("QUILLON_SIM_RIG", file.c_str(), 1);
@@ -125,9 +125,13 @@ TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
     EXPECT_NE(close_(0, table_.data()), 0);
     EXPECT_THAT(Problem(), AllOf(HasSubstr(file.string()),
                                  HasSubstr(exists ? "lacks \"product\"" : "No such file")));
-    char cut[12];
-    EXPECT_NE(describe_(nullptr, cut, sizeof cut), 0);
-    EXPECT_STREQ(cut, "The rig fil");
+    for (std::uint32_t size = 1; size < 100; ++size) {
+      std::string cut(size, '?');
+      EXPECT_NE(describe_(nullptr, cut.data(), size), 0);
+      const std::string text = cut.c_str();
+      EXPECT_LT(text.size(), size);
+      EXPECT_FALSE(text.ends_with('\xC3')) << "half a character";
+    }
     Unload();
   }
   unsetenv("QUILLON_SIM_RIG");

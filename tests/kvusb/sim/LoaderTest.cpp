@@ -33,6 +33,7 @@ TEST(SimLoader, AnUpdateGivesTheBoardItsNewVersion) {
   EXPECT_THAT(bench.Ask(Record(0x0000, {0x02, 0x82, 0x33})), ElementsAre(0));
   EXPECT_THAT(bench.Ask(kFinish), ElementsAre(1));
   EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0x02, 0x82, 1));
+  EXPECT_THAT(bench.Ask(Record(0, {9})), ElementsAre(kCommandFail)) << "finished";
   const Bytes& flash = bench.TheBoard().State().flash.bytes;
   ASSERT_EQ(flash.size(), 0x0104U);
   EXPECT_EQ(flash[2], 0x33);
