@@ -3,6 +3,7 @@
 
 #include <QContextMenuEvent>
 #include <QHeaderView>
+#include <QKeyEvent>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QScopedValueRollback>
@@ -103,18 +104,27 @@ void CDeviceTreeCtrl::mousePressEvent(QMouseEvent* event) {
   if (event->button() != Qt::RightButton) QTreeView::mousePressEvent(event);
 }
 
-void CDeviceTreeCtrl::contextMenuEvent(QContextMenuEvent* event) {
-  event->accept();
-  if (!link_.gate.IsOpen()) return;
-  if (event->reason() == QContextMenuEvent::Keyboard) {
-    const QModelIndex at = currentIndex();
-    scrollTo(at);
-    OpenMenu(at, viewport()->mapToGlobal(visualRect(at).bottomLeft()));
-    return;
+void CDeviceTreeCtrl::keyPressEvent(QKeyEvent* event) {
+  // Platforms make a context menu event of the menu key, not all of them of this one.
+  if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
+    OpenMenuAtHighlight();
+  } else {
+    QTreeView::keyPressEvent(event);
   }
+}
+
+void CDeviceTreeCtrl::contextMenuEvent(QContextMenuEvent* event) {
+  if (event->reason() == QContextMenuEvent::Keyboard) return OpenMenuAtHighlight();
+  if (!link_.gate.IsOpen()) return;
   const QPersistentModelIndex at = indexAt(event->pos());
   if (at.isValid() && !IsNonDetected(model_.Kind(at))) setCurrentIndex(at);
   OpenMenu(at, event->globalPos());
+}
+
+void CDeviceTreeCtrl::OpenMenuAtHighlight() {
+  const QModelIndex at = currentIndex();
+  scrollTo(at);
+  OpenMenu(at, viewport()->mapToGlobal(visualRect(at).bottomLeft()));
 }
 
 void CDeviceTreeCtrl::OpenMenu(const QModelIndex& at, const QPoint& position) {

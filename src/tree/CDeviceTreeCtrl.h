@@ -58,6 +58,7 @@ class CDeviceTreeCtrl : public QTreeView {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
+  void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
 
@@ -65,6 +66,7 @@ class CDeviceTreeCtrl : public QTreeView {
   std::vector<NodeList> ReadNodes();
   void Highlight(const QModelIndex& item);
   void Choose(const QModelIndex& item);
+  void OpenMenuAtHighlight();
   void OpenMenu(const QModelIndex& at, const QPoint& position);
 
   BoardLink& link_;

@@ -55,16 +55,9 @@ class DeviceTreeCtrl : public ::testing::Test {
     QTest::mouseClick(tree.viewport(), Qt::LeftButton, {}, tree.visualRect(item).center());
   }
 
-  // Right-clicks as a user does. While the menu is open, `look` sees it; then it is closed.
-  // Returns whether there was one.
-  bool RightClick(const QModelIndex& item, const std::function<void(QMenu&)>& look = {}) {
-    const QPoint place = tree.visualRect(item).center();
-    QTest::mousePress(tree.viewport(), Qt::RightButton, {}, place);
-    return SendMenuEvent(*tree.viewport(), QContextMenuEvent::Mouse, place, look);
-  }
-
-  bool SendMenuEvent(QWidget& to, QContextMenuEvent::Reason reason, const QPoint& place,
-                     const std::function<void(QMenu&)>& look) {
+  // What opens the menu is a nested event loop: while the menu is open, `look` sees it, then it is
+  // closed. Returns whether there was one.
+  static bool SeesMenu(const std::function<void()>& open, const std::function<void(QMenu&)>& look) {
     bool opened = false;
     QTimer visitor;
     visitor.setSingleShot(true);
@@ -76,10 +69,24 @@ class DeviceTreeCtrl : public ::testing::Test {
       menu->close();
     });
     visitor.start(0);
-    QContextMenuEvent event(reason, place, to.mapToGlobal(place));
-    QApplication::sendEvent(&to, &event);
+    open();
     QApplication::processEvents();
     return opened;
+  }
+
+  bool RightClick(const QPoint& place, const std::function<void(QMenu&)>& look = {}) {
+    return SeesMenu(
+        [&] {
+          QTest::mousePress(tree.viewport(), Qt::RightButton, {}, place);
+          QContextMenuEvent event(QContextMenuEvent::Mouse, place,
+                                  tree.viewport()->mapToGlobal(place));
+          QApplication::sendEvent(tree.viewport(), &event);
+        },
+        look);
+  }
+
+  bool RightClick(const QModelIndex& item, const std::function<void(QMenu&)>& look = {}) {
+    return RightClick(tree.visualRect(item).center(), look);
   }
 
   static QAction* Entry(const QMenu& menu, DeviceTool tool) {
@@ -313,14 +320,27 @@ TEST_F(DeviceTreeCtrl, HandsARightClickedItemToTheSelection) {
   EXPECT_EQ(tree.currentIndex(), Port());
   EXPECT_EQ(ports.size(), 1);
 
-  EXPECT_TRUE(SendMenuEvent(tree, QContextMenuEvent::Keyboard, {}, [](QMenu& menu) {
-    EXPECT_TRUE(Entry(menu, DeviceTool::kLoadDefaults)->isEnabled()) << "at the highlighted port";
-  }));
-  EXPECT_TRUE(SendMenuEvent(
-      *tree.viewport(), QContextMenuEvent::Mouse, QPoint(5, 590),
-      [](QMenu& menu) { EXPECT_FALSE(Entry(menu, DeviceTool::kLoadDefaults)->isEnabled()); }))
-      << "below all items";
+  EXPECT_TRUE(RightClick(QPoint(5, 590), [](QMenu& menu) {
+    EXPECT_FALSE(Entry(menu, DeviceTool::kLoadDefaults)->isEnabled());
+  })) << "below all items";
   EXPECT_EQ(tree.currentIndex(), Port());
+}
+
+TEST_F(DeviceTreeCtrl, OpensTheMenuByKeyboardAtTheHighlight) {
+  FillAllKinds();
+  const auto look = [](QMenu& menu) {
+    EXPECT_TRUE(Entry(menu, DeviceTool::kLoadDefaults)->isEnabled());
+  };
+  const auto by_event = [&] {
+    QContextMenuEvent event(QContextMenuEvent::Keyboard, QPoint(), QPoint());
+    QApplication::sendEvent(&tree, &event);
+  };
+  const auto by_key = [&] { QTest::keyClick(&tree, Qt::Key_F10, Qt::ShiftModifier); };
+  EXPECT_TRUE(SeesMenu(by_event, look));
+  EXPECT_TRUE(SeesMenu(by_key, look));
+  const auto hold = link.gate.Enter();
+  EXPECT_FALSE(SeesMenu(by_event, look));
+  EXPECT_FALSE(SeesMenu(by_key, look));
 }
 
 TEST_F(DeviceTreeCtrl, HoldsTheGateWhileTheMenuIsOpenAndNotForTheChosenTool) {
