@@ -14,22 +14,26 @@ else
   mapfile -t files < <(source_files)
 fi
 
-step() { printf -- '-- %s\n' "$*"; }
+# step <title> <command> [argument...]; all steps run, so that one lint tells everything.
+step() {
+  local title=$1
+  shift
+  echo "-- $title"
+  "$@" && return
+  echo "-- $title: FAILED" >&2
+  failed=1
+}
 
-step "clang-format, ${#files[@]} files"
-clang-format-14 --dry-run --Werror "${files[@]}" || failed=1
+step "clang-format, ${#files[@]} files" clang-format-14 --dry-run --Werror "${files[@]}"
 
 # The tests are left out: what the analysis finds there is the test library's macros.
 mapfile -t analysed < <(printf '%s\n' "${files[@]}" | grep -E '^(src|tools|bench)/.*\.cpp$')
-step "clang-tidy, ${#analysed[@]} files"
 if [[ ${#analysed[@]} -gt 0 ]]; then
-  scripts/tidy.sh "${analysed[@]}" || failed=1
+  step "clang-tidy, ${#analysed[@]} files" scripts/tidy.sh "${analysed[@]}"
 fi
 
-step "include directions"
-scripts/check_includes.sh || failed=1
-step "orphan tests"
-scripts/check_orphan_tests.sh || failed=1
+step "include directions" scripts/check_includes.sh
+step "orphan tests" scripts/check_orphan_tests.sh
 
-[[ $failed -eq 0 ]] && echo "Nothing to complain about." || echo "lint: see above." >&2
+[[ $failed -eq 1 ]] || echo "Nothing to complain about."
 exit $failed

@@ -6,12 +6,12 @@
 # way of being compiled and the checks stay the same.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
-readonly kStamps=build/lint kDatabase=build/dev/compile_commands.json
-mkdir -p $kStamps
+. scripts/sources.sh
+readonly kStamps=build/lint kDatabase=build/lint/compile_commands.json
 
 # Prints "file header..." per argument: the headers below src/ that it includes, directly or not.
 headers_reached() {
-  find src tools bench -name '*.h' 2>/dev/null | awk '
+  source_files | grep '\.h$' | awk '
     function read_includes(path,    line, name) {
       if (path in includes) return
       includes[path] = ""
@@ -58,7 +58,7 @@ stamp_of() {
 # One file; its output only if there is something to say.
 check_one() {
   local file=$1 stamp=$2 output
-  if output=$(clang-tidy-16 --quiet -p build/dev "$file" 2>&1); then
+  if output=$(clang-tidy-16 --quiet -p build/lint "$file" 2>&1); then
     : >"$stamp"
   else
     grep -v ' warnings generated' <<<"$output"
@@ -71,6 +71,12 @@ if [[ ${1:-} == --one ]]; then
   exit
 fi
 
+# The compiler's precompiled headers are of no use to another one, and without them a missing include
+# shows.
+mkdir -p $kStamps
+sed -e 's/ -Winvalid-pch//' -e 's/ -include [^ ]*cmake_pch\.hxx//' build/dev/compile_commands.json \
+  >$kDatabase
+
 headers_reached "$@" | while read -r file headers; do
   # shellcheck disable=SC2086  # a list of paths without spaces
   stamp=$kStamps/${file//\//_}-$(stamp_of "$file" $headers)
@@ -82,4 +88,4 @@ headers_reached "$@" | while read -r file headers; do
 done | xargs -r -L 1 -P "$(nproc)" scripts/tidy.sh --one
 
 # Stamps of files as they were long ago.
-find $kStamps -type f -mtime +30 -delete
+find $kStamps -name '*.cpp-*' -mtime +30 -delete

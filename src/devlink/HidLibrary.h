@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <utility>
 
 #include "devlink/HidPacket.h"
 #include "kvusb/kvusb.h"
@@ -38,6 +39,9 @@ class HidLibrary {
 // Stands in where no library could be loaded: finds no board, and closes none with success.
 class NoLibrary : public HidLibrary {
  public:
+  // `reason` says, as a sentence, why there is no library.
+  explicit NoLibrary(std::string reason = {}) : reason_(std::move(reason)) {}
+
   std::int32_t DetectHID(std::uint32_t& /*count*/, std::span<DeviceRecord> /*free*/,
                          std::uint32_t /*type*/) override {
     return 0;
@@ -51,6 +55,10 @@ class NoLibrary : public HidLibrary {
     return KVUSB_READ_FAILED;
   }
   std::int32_t CloseDevices(std::span<DeviceRecord> /*records*/) override { return 1; }
+  std::string DescribeProblem(const DeviceRecord* /*record*/) override { return reason_; }
+
+ private:
+  std::string reason_;
 };
 
 }  // namespace quillon

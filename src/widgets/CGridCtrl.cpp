@@ -138,7 +138,10 @@ void CGridCtrl::FitColumns() {
   }
 }
 
-void CGridCtrl::Redraw() { model_->Redraw(); }
+void CGridCtrl::Redraw() {
+  model_->Redraw();
+  emit Redrawn();
+}
 
 void CGridCtrl::SetClickHandler(ClickHandler handler) { click_ = std::move(handler); }
 void CGridCtrl::SetEndEditHandler(EndEditHandler handler) { end_edit_ = std::move(handler); }
@@ -246,12 +249,21 @@ bool CGridCtrl::CellKey(const QKeyEvent& event) {
     return true;
   }
   if (kind == CellKind::Number && enter) {
-    edit(index);
+    if (state() != EditingState) edit(index);  // else the editor's own, on its way to the dialog
     return true;
   }
   // Only what a number can begin with may open its editor.
   const bool digit = printable && (event.text().at(0).isDigit() || event.text() == u"-");
   return printable && !(kind == CellKind::Number && digit);
+}
+
+void CGridCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
+  const QModelIndex index = indexAt(event->position().toPoint());
+  if (index.isValid() && (index.flags() & Qt::ItemIsEditable)) {
+    QTableView::mouseDoubleClickEvent(event);
+  } else {
+    mousePressEvent(event);  // so that two quick clicks on a box are two
+  }
 }
 
 void CGridCtrl::mouseReleaseEvent(QMouseEvent* event) {

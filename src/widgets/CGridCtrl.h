@@ -87,8 +87,13 @@ class CGridCtrl : public QTableView {
   QSize sizeHint() const override;
   void keyboardSearch(const QString&) override {}
 
+ signals:
+  // After every Redraw(), and so after every change that shows.
+  void Redrawn();
+
  protected:
   void keyPressEvent(QKeyEvent* event) override;
+  void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   void changeEvent(QEvent* event) override;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "widgets/GridDelegate.h"
 
+#include <QCoreApplication>
 #include <QIntValidator>
 #include <QPainter>
 #include <QStyle>
@@ -200,7 +201,6 @@ void GridDelegate::setEditorData(QWidget*, const QModelIndex& index) const {
 
 void GridDelegate::setModelData(QWidget*, QAbstractItemModel*, const QModelIndex& index) const {
   if (!editor_ || !editor_->isModified() || !editor_->hasAcceptableInput()) return;
-  editor_->setModified(false);
   entry_ = {GridModel::RowOf(index), GridModel::ColumnOf(index),
             QString::number(editor_->text().toInt())};
 }
@@ -208,6 +208,11 @@ void GridDelegate::setModelData(QWidget*, QAbstractItemModel*, const QModelIndex
 void GridDelegate::updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                                         const QModelIndex&) const {
   editor->setGeometry(option.rect);
+}
+
+bool GridDelegate::eventFilter(QObject* editor, QEvent* event) {
+  if (event->type() != QEvent::Wheel) return QStyledItemDelegate::eventFilter(editor, event);
+  return QCoreApplication::sendEvent(editor->parent(), event);
 }
 
 }  // namespace quillon

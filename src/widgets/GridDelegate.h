@@ -50,6 +50,8 @@ class GridDelegate : public QStyledItemDelegate {
                     const QModelIndex& index) const override;
   void updateEditorGeometry(QWidget* editor, const QStyleOptionViewItem& option,
                             const QModelIndex& index) const override;
+  // The wheel scrolls the grid over an open editor too.
+  bool eventFilter(QObject* editor, QEvent* event) override;
 
  private:
   void PaintGround(QPainter* painter, const QStyleOptionViewItem& option,

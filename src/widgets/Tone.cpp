@@ -20,7 +20,8 @@ double Luminance(const QColor& colour) {
 }
 
 double Contrast(const QColor& one, const QColor& other) {
-  const auto [dark, light] = std::minmax(Luminance(one), Luminance(other));
+  const auto [dark, light] =
+      std::minmax({Luminance(one), Luminance(other)});  // values, not references
   return (light + 0.05) / (dark + 0.05);
 }
 

@@ -20,13 +20,13 @@ namespace quillon::sim {
 
 struct BusOptions {
   // Where the boards keep their state; without it they forget all when the bus goes.
-  std::optional<std::filesystem::path> state_folder;
+  std::optional<std::filesystem::path> state_folder = std::nullopt;
   // Of one exchange, half of it for the write. With 0 nothing takes time: neither a stalled answer,
   // nor an erase, nor a restart.
   std::chrono::microseconds latency{2000};
   // The clock and the wait. Tests give their own; without them the machine's.
-  std::function<std::chrono::microseconds()> now;
-  std::function<void(std::chrono::microseconds)> sleep;
+  std::function<std::chrono::microseconds()> now = {};
+  std::function<void(std::chrono::microseconds)> sleep = {};
 };
 
 // The simulated boards behind the four functions of kvusb.h, as a class. The methods have the

@@ -24,11 +24,11 @@ enum class FaultKind {
 // a match may be narrowed to a command, and for node commands to a function and a node.
 struct Fault {
   FaultKind kind = FaultKind::kReadFails;
-  std::optional<std::uint8_t> command;
-  std::optional<std::uint8_t> function;  // byte 6
-  std::optional<std::uint8_t> node;      // byte 7, counted from 0
-  unsigned nth = 1;                      // the first match that goes wrong, counted from 1
-  unsigned times = 1;                    // how many go wrong; 0 for all from there on
+  std::optional<std::uint8_t> command = std::nullopt;
+  std::optional<std::uint8_t> function = std::nullopt;  // byte 6
+  std::optional<std::uint8_t> node = std::nullopt;      // byte 7, counted from 0
+  unsigned nth = 1;    // the first match that goes wrong, counted from 1
+  unsigned times = 1;  // how many go wrong; 0 for all from there on
   std::uint8_t value = kRefused;
 };
 

@@ -128,7 +128,8 @@ std::variant<BoardState, std::string> ParseState(const BoardSpec& spec, std::str
   const json document = ParseJson(text);
   const JsonFields fields(document, "The state");
   fields.Number("format", kFormat, kFormat);
-  fields.Number("product", spec.product, spec.product);
+  if (fields.Number("product", 0, 0xFFFF) != spec.product)
+    throw FormatError("The state is that of another product.");
   BoardState state = FactoryState(spec);
   state.serial = Serial(fields, "serial");
   if (fields.Has("next_serial")) state.next_serial = Serial(fields, "next_serial");
@@ -168,8 +169,8 @@ std::string SaveState(const fs::path& folder, const BoardSpec& spec, const Board
   std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
   stream << FormatState(spec, state);
   stream.close();
-  const std::string problem = "The state of board " + spec.id + " cannot be kept in " +
-                              file.string() + ", it lasts until the program ends.";
+  std::string problem = "The state of board " + spec.id + " cannot be kept in " + file.string() +
+                        ", it lasts until the program ends.";
   std::error_code error;
   if (!stream) {
     fs::remove(temporary, error);

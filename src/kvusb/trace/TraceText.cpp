@@ -21,6 +21,22 @@ std::string Hex(unsigned value, int digits) {
   return text;
 }
 
+// Not by printf: a locale must not put a comma where a reader expects the point.
+std::string Seconds(double value) {
+  std::array<char, 32> text{};
+  const auto [end, error] =
+      std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, 6);
+  return error == std::errc() ? std::string(text.begin(), end) : "0";
+}
+
+std::optional<double> ParseSeconds(std::string_view word) {
+  double value = 0;
+  const char* const last = word.data() + word.size();
+  const auto [end, error] = std::from_chars(word.data(), last, value, std::chars_format::fixed);
+  if (error != std::errc() || end != last) return std::nullopt;
+  return value;
+}
+
 std::string Quoted(std::span<const char> field) {
   std::string out = "\"";
   for (const char c : field) {
@@ -135,7 +151,7 @@ std::optional<TraceEntry> ParseCall(const std::string& line, std::size_t& boards
   TraceEntry entry;
   auto word = in.Word();
   if (word) {
-    if (const auto seconds = LineReader::ParseWord<unsigned>(word->substr(0, word->find('.')))) {
+    if (const auto seconds = ParseSeconds(*word)) {
       entry.seconds = *seconds;
       word = in.Word();
     }
@@ -170,9 +186,7 @@ bool TraceEntry::HasPacket() const {
 }
 
 std::string FormatTraceEntry(const TraceEntry& entry) {
-  char seconds[32];
-  std::snprintf(seconds, sizeof seconds, "%.6f ", entry.seconds);
-  std::string out = seconds;
+  std::string out = Seconds(entry.seconds) + " ";
   out += kCallNames[static_cast<std::size_t>(entry.call)];
   out += " " + std::to_string(entry.argument) + " -> " + std::to_string(entry.result);
   if (entry.HasPacket()) out += " : " + FormatPacket(entry.packet);
@@ -194,6 +208,7 @@ std::variant<std::vector<TraceEntry>, std::string> ParseTrace(std::string_view t
   std::size_t boards = 0;
   for (int number = 1; std::getline(in, line); ++number) {
     line.erase(0, line.find_first_not_of(" \t"));
+    line.erase(line.find_last_not_of(" \t\r") + 1);
     if (line.empty() || line[0] == '#' || line + "\n" == kTraceHeading) continue;
     if (boards > 0) {
       const auto board = ParseBoard(line);

@@ -40,11 +40,15 @@ CSettingsPage* CPageSet::Page(int index) {
   return slot.page;
 }
 
-void CPageSet::ShowBoard() { config_->ShowDeviceInfo(); }
+void CPageSet::ShowBoard() {
+  for (const Slot& slot : slots_) {
+    if (slot.page != nullptr) slot.page->ShowOrigin();
+  }
+  config_->ShowDeviceInfo();
+}
 
 void CPageSet::LoadDeviceDefaults() {
-  const auto hold = context_.link.gate.TryEnter();
-  if (!hold) return;
+  const auto hold = context_.link.gate.Enter();
   bool failed = false;
   for (int index = 1; index < count(); ++index) {
     CSettingsPage* const page = Page(index);

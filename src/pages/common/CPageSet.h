@@ -26,7 +26,7 @@ class CPageSet : public QTabWidget {
   void ShowBoard();
 
   // The device-wide defaults: every page gets its defaults and is sent, also after one has failed;
-  // one message at the end if any did.
+  // one message at the end if any did. The caller keeps other exchanges away.
   void LoadDeviceDefaults();
 
   // All lamps dark and still.

@@ -6,7 +6,9 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include "devlink/DeviceText.h"
 #include "devlink/Exchange.h"
+#include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
 #include "widgets/CStatusLed.h"
@@ -32,14 +34,20 @@ CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) 
 }  // namespace
 
 CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget* parent)
-    : QWidget(parent), context_(context) {
+    : QWidget(parent), context_(context), marks_(new EditMarks(this)) {
   auto* const layout = new QVBoxLayout(this);
   auto* const group = new QGroupBox(title);
   body_ = new QVBoxLayout(group);
   layout->addWidget(group, 1);
+  origin_line_ = new QLabel;
+  origin_line_->setTextFormat(Qt::PlainText);
+  origin_line_->setAccessibleName(tr("Where the values come from"));
+  layout->addWidget(origin_line_);
   auto* const row = new QHBoxLayout;
   layout->addLayout(row);
   AddButtonRow(row);
+  connect(marks_, &EditMarks::Changed, this, &CSettingsPage::ShowOrigin);
+  ShowOrigin();
 }
 
 void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
@@ -76,7 +84,13 @@ void CSettingsPage::Retrieve() {
   if (!hold) return;
   ShowError(false);
   ShowBusy(true);
-  if (!RetrieveRoutine()) ShowError(true);
+  accepted_blocks_ = 0;
+  if (RetrieveRoutine()) {
+    SetOrigin(Origin::kRetrieved);
+  } else {
+    ShowError(true);
+    if (accepted_blocks_ > 0) SetOrigin(Origin::kPartlyRetrieved);
+  }
   ShowBusy(false);
 }
 
@@ -101,6 +115,7 @@ void CSettingsPage::Defaults() {
 bool CSettingsPage::StoreOnBoard() {
   const bool stored = UpdateRoutine();
   ShowError(!stored);
+  if (stored) SetOrigin(Origin::kStored);
   return stored;
 }
 
@@ -108,6 +123,38 @@ void CSettingsPage::ResetIndicators() {
   ShowBusy(false);
   ShowError(false);
   update();
+}
+
+void CSettingsPage::SetOrigin(Origin origin) {
+  origin_ = origin;
+  origin_board_ = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
+  // After half a retrieve the edits are still edits of what was there before.
+  if (origin != Origin::kPartlyRetrieved) marks_->TakeBaseline();
+  ShowOrigin();
+}
+
+void CSettingsPage::ShowOrigin() {
+  QString line;
+  switch (origin_) {
+    case Origin::kNone:
+      line = tr("Not retrieved from the board yet.");
+      break;
+    case Origin::kRetrieved:
+      line = tr("Retrieved from %1.").arg(origin_board_);
+      break;
+    case Origin::kPartlyRetrieved:
+      line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_board_);
+      break;
+    case Origin::kStored:
+      line = tr("Stored in %1.").arg(origin_board_);
+      break;
+  }
+  const auto current = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
+  if (origin_ != Origin::kNone && origin_board_ != current) {
+    line += QLatin1Char(' ') + tr("That is not the board selected now.");
+  }
+  if (marks_->AnyEdited()) line += QLatin1Char(' ') + tr("Edited since.");
+  origin_line_->setText(line);
 }
 
 bool CSettingsPage::QueryCurrent(std::span<std::uint8_t> packet) {

@@ -9,10 +9,12 @@
 #include "pages/common/PageContext.h"
 
 class QBoxLayout;
+class QLabel;
 
 namespace quillon {
 
 class CStatusLed;
+class EditMarks;
 
 // A page of settings: the frame around Retrieve, Update and Defaults with the lamps, the buttons
 // and the exchanges. A page class adds its controls to Body() and says in three routines how they
@@ -39,6 +41,9 @@ class CSettingsPage : public QWidget {
   // Lamps dark and still, as after a detection.
   void ResetIndicators();
 
+  // Says where the page's values come from, seen from the board that is current now.
+  void ShowOrigin();
+
  protected:
   // Reads the blocks into the shadow and fills the controls. False, with the controls as far as
   // they came, at the first exchange that failed.
@@ -51,6 +56,8 @@ class CSettingsPage : public QWidget {
   // Where a page's controls go.
   QBoxLayout* Body() const { return body_; }
   const PageContext& Context() const { return context_; }
+  // Every control that holds a setting is tracked here, so that edits show.
+  EditMarks& Marks() const { return *marks_; }
 
   // Sends a command without payload and takes the block from the answer's data, if it echoes the
   // command.
@@ -60,6 +67,7 @@ class CSettingsPage : public QWidget {
     packet[kCommandByte] = command;
     if (!QueryCurrent(packet)) return false;
     block.Read(std::span(packet).template subspan<kDataByte, Block::kSize>());
+    NoteAccepted();
     return true;
   }
 
@@ -73,11 +81,18 @@ class CSettingsPage : public QWidget {
     return SendCurrent(packet);
   }
 
+  // A routine that reads a block in another way calls this for each that it took over.
+  void NoteAccepted() { ++accepted_blocks_; }
+
   // The exchanges with the current board, with the check of the echo. They fail without a board.
   [[nodiscard]] bool QueryCurrent(std::span<std::uint8_t> packet);
   [[nodiscard]] bool SendCurrent(std::span<std::uint8_t> packet);
 
  private:
+  // What the values of the page are.
+  enum class Origin { kNone, kRetrieved, kPartlyRetrieved, kStored };
+
+  void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
   void ShowError(bool error);
   void AddButtonRow(QBoxLayout* layout);
@@ -86,6 +101,11 @@ class CSettingsPage : public QWidget {
   QBoxLayout* body_ = nullptr;
   CStatusLed* busy_ = nullptr;
   CStatusLed* error_ = nullptr;
+  QLabel* origin_line_ = nullptr;
+  EditMarks* marks_;
+  int accepted_blocks_ = 0;
+  Origin origin_ = Origin::kNone;
+  QString origin_board_;
 };
 
 }  // namespace quillon

@@ -4,6 +4,7 @@
 #include <QBoxLayout>
 
 #include "pages/common/ChannelGrid.h"
+#include "pages/common/EditMarks.h"
 
 namespace quillon {
 namespace {
@@ -153,6 +154,7 @@ CAnalogChannelsPage::CAnalogChannelsPage(PageContext context, AnalogInputs input
       [this](int row, int column) { return RowsAt(row).TakeEdit(row, column); });
   DefaultsRoutine();
   grid_->FitColumns();
+  Marks().Track(grid_);
 }
 
 bool CAnalogChannelsPage::RetrieveRoutine() {

@@ -1,0 +1,27 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QTabWidget>
+
+class QLabel;
+
+namespace quillon {
+
+// What the right side shows when no board's pages are: one tab "Quillon".
+class CHomePage : public QTabWidget {
+  Q_OBJECT
+
+ public:
+  explicit CHomePage(QWidget* parent = nullptr);
+
+  // Says what there is to choose from, or what to do when there is nothing.
+  void ShowBoardCount(std::uint32_t count);
+
+ Q_SIGNALS:
+  void RefreshRequested();
+
+ private:
+  QLabel* hint_;
+};
+
+}  // namespace quillon

@@ -1,0 +1,244 @@
+// SPDX-License-Identifier: MIT
+#include "app/CMainDialog.h"
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QSplitter>
+#include <QStackedWidget>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "app/CAboutDlg.h"
+#include "app/CHomePage.h"
+#include "app/MainMenu.h"
+#include "app/Profile.h"
+#include "devlink/Detection.h"
+#include "pages/digital/CDigitalPageSets.h"
+#include "pages/joystick/CJoystickPageSet.h"
+#include "pages/nodes/CNodePageSets.h"
+#include "res/Icons.h"
+#include "tree/CDeviceTreeCtrl.h"
+
+namespace quillon {
+namespace {
+
+// Firmware first, so that a board that works is the one selected.
+constexpr std::uint32_t kDetectionOrder[]{KVUSB_TYPE_FIRMWARE, KVUSB_TYPE_LOADER,
+                                          KVUSB_TYPE_FIRMWARE_ID};
+
+// The products whose defaults can be loaded from the tree; a family's other product id cannot.
+BoardFamily FamilyWithDefaults(std::uint16_t product_id) {
+  switch (product_id) {
+    case 0x0910:
+    case 0x0920:
+    case 0x0710:
+    case 0x0510:
+    case 0x0520:
+    case 0x1500:
+    case 0x0800:
+      return FamilyOf(product_id);
+    default:
+      return BoardFamily::kNone;
+  }
+}
+
+}  // namespace
+
+CMainDialog::CMainDialog(const MainServices& services)
+    : services_(services),
+      tree_(new CDeviceTreeCtrl(services.link)),
+      pages_(new QStackedWidget),
+      problem_(new QLabel) {
+  setWindowTitle(QStringLiteral("Quillon"));
+  setWindowIcon(Icon("app"));
+  auto* const splitter = new QSplitter;
+  splitter->addWidget(tree_);
+  splitter->addWidget(pages_);
+  splitter->setStretchFactor(1, 1);
+  splitter->setChildrenCollapsible(false);
+  problem_->setWordWrap(true);
+  problem_->setTextFormat(Qt::PlainText);
+  problem_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  problem_->setFrameShape(QFrame::StyledPanel);
+  problem_->setMargin(6);
+  problem_->setAccessibleName(tr("What keeps boards from working"));
+  problem_->hide();
+  auto* const body = new QWidget;
+  auto* const layout = new QVBoxLayout(body);
+  layout->addWidget(problem_);
+  layout->addWidget(splitter, 1);
+  setCentralWidget(body);
+
+  CreateMenu();
+  AddAboutToSystemMenu();
+  CreatePageSets();
+  connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
+  connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
+  connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
+  services_.link.gate.SetAction([this] {
+    QMetaObject::invokeMethod(
+        this,
+        [this] {
+          // Somebody may have entered since; then it waits for them in turn.
+          if (services_.link.gate.IsOpen()) {
+            Redetect();
+          } else {
+            services_.link.gate.Request();
+          }
+        },
+        Qt::QueuedConnection);
+  });
+  // Wide enough for the boards' names and for all tabs of the family with the most.
+  const int character = fontMetrics().averageCharWidth();
+  splitter->setSizes({character * 58, character * 148});
+  resize(character * 210, fontMetrics().lineSpacing() * 44);
+}
+
+void CMainDialog::CreateMenu() {
+  const MainMenuHandlers handlers{
+      .exit = [this] { close(); },
+      .toggle_auto_update =
+          [this](bool on) {
+            auto_update_ = on ? 1 : 0;
+            services_.profile.SetAutoUpdate(auto_update_);
+          },
+      .about = [this] { ShowAbout(); },
+  };
+  FillMainMenu(*menuBar(), handlers, services_.profile.AutoUpdate() != 0);
+}
+
+void CMainDialog::CreatePageSets() {
+  const PageContext context{services_.link, services_.prompts};
+  const auto add = [&](BoardFamily family, CPageSet* set) {
+    page_sets_[family] = set;
+    pages_->addWidget(set);
+    connect(set, &CPageSet::RefreshRequested, this, &CMainDialog::Redetect);
+  };
+  add(BoardFamily::kJoystick, new CJoystickPageSet(context, JoystickFamily::kFull));
+  add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
+  add(BoardFamily::kInputBanks, new CDigitalInputBankPageSet(context));
+  add(BoardFamily::kNodeSystem, new CNodeSystemPageSet(context));
+  pages_->addWidget(new CNodePortPageSet);
+  add(BoardFamily::kScanMatrix, new CJoystickPageSet(context, JoystickFamily::kScanMatrix));
+  add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, JoystickFamily::kSmall));
+  add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
+  home_ = new CHomePage;
+  connect(home_, &CHomePage::RefreshRequested, this, &CMainDialog::Redetect);
+  pages_->addWidget(home_);
+  nothing_ = new QWidget;
+  pages_->addWidget(nothing_);
+  pages_->setCurrentWidget(home_);
+}
+
+void CMainDialog::Initialise() {
+  if (std::exchange(initialised_, true)) return;
+  Redetect();
+  const bool registered = services_.notifier.Start(
+      [this](std::uint32_t event, std::uint32_t device_type, std::string_view path) {
+        OnDeviceChange(event, device_type, path);
+      });
+  if (!registered) return;
+  auto_connect_ = services_.profile.AutoConnect();
+  auto_update_ = services_.profile.AutoUpdate();
+}
+
+void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,
+                                 std::string_view path) {
+  if (IsBoardChange(event, device_type, path)) services_.link.gate.Request();
+}
+
+void CMainDialog::Redetect() {
+  const auto hold = services_.link.gate.TryEnter();
+  if (!hold) return;
+  CloseAllBoards();
+  services_.link.table.Clear();
+  tree_->Rebuild();
+  repaint();
+  services_.settle();
+  DetectAllTypes();
+  for (const auto& [family, set] : page_sets_) set->ResetIndicators();
+  tree_->Rebuild();
+}
+
+void CMainDialog::DetectAllTypes() {
+  auto& [library, table, gate] = services_.link;
+  std::uint64_t reported = 0;
+  for (const std::uint32_t type : kDetectionOrder) {
+    reported += DetectBoards(library, table, type).reported;
+  }
+  QString problem = QString::fromStdString(library.DescribeProblem(nullptr));
+  if (reported > table.Count()) {
+    if (!problem.isEmpty()) problem += QLatin1Char('\n');
+    problem += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "
+                  "not shown.")
+                   .arg(reported)
+                   .arg(DeviceTable::kRoom);
+  }
+  ShowProblem(problem);
+}
+
+void CMainDialog::CloseAllBoards() {
+  if (CloseBoards(services_.link.library, services_.link.table)) return;
+  services_.prompts.Message(this,
+                            QStringLiteral("An error occured while attempting to close device!"),
+                            QStringLiteral("Close Device Failed"), UserPrompts::Icon::kExclamation);
+}
+
+void CMainDialog::SelectFamilyPages() {
+  const DeviceTable& table = services_.link.table;
+  const BoardFamily family = FamilyOf(table.CurrentRecord().product_id);
+  const auto set = page_sets_.find(family);
+  if (set != page_sets_.end()) {
+    pages_->setCurrentWidget(set->second);
+    set->second->ShowBoard();
+    return;
+  }
+  home_->ShowBoardCount(table.Count());
+  pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? nothing_ : home_);
+}
+
+CPageSet* CMainDialog::ShownPageSet() const {
+  return qobject_cast<CPageSet*>(pages_->currentWidget());
+}
+
+// One hold from the question to the rebuilt tree: a board that comes or goes meanwhile must not put
+// another one in the place of the one that the user said Yes for.
+void CMainDialog::LoadDefaultSettings() {
+  const auto hold = services_.link.gate.TryEnter();
+  if (!hold) return;
+  if (services_.prompts.AskYesNo(
+          this,
+          QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
+          QStringLiteral("Load Defaults"))) {
+    const auto product_id = services_.link.table.CurrentRecord().product_id;
+    const auto set = page_sets_.find(FamilyWithDefaults(product_id));
+    if (set != page_sets_.end()) set->second->LoadDeviceDefaults();
+  }
+  tree_->Rebuild();
+}
+
+void CMainDialog::ShowProblem(const QString& problem) {
+  problem_->setText(problem);
+  problem_->setVisible(!problem.isEmpty());
+}
+
+void CMainDialog::ShowAbout() {
+  const auto hold = services_.link.gate.TryEnter();
+  if (hold) CAboutDlg(this).exec();
+}
+
+void CMainDialog::paintEvent(QPaintEvent* event) {
+  QMainWindow::paintEvent(event);
+  if (!initialised_) QTimer::singleShot(0, this, &CMainDialog::Initialise);
+}
+
+void CMainDialog::closeEvent(QCloseEvent* event) {
+  if (!services_.link.gate.IsOpen()) {
+    event->ignore();
+    return;
+  }
+  CloseAllBoards();
+  event->accept();
+}
+
+}  // namespace quillon

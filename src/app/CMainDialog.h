@@ -1,0 +1,84 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QMainWindow>
+#include <functional>
+#include <map>
+
+#include "devlink/BoardFamily.h"
+#include "devlink/DeviceNotifier.h"
+#include "pages/common/PageContext.h"
+
+class QLabel;
+class QStackedWidget;
+
+namespace quillon {
+
+class CDeviceTreeCtrl;
+class CHomePage;
+class CPageSet;
+class Profile;
+
+// What the main window stands on. All of it outlives the window.
+struct MainServices {
+  BoardLink& link;
+  UserPrompts& prompts;
+  DeviceNotifier& notifier;
+  Profile& profile;
+  // Waits for boards that have just come to be ready to be found.
+  std::function<void()> settle;
+};
+
+// The main window: the tree of boards on the left, the pages of the current one on the right.
+class CMainDialog : public QMainWindow {
+  Q_OBJECT
+
+ public:
+  explicit CMainDialog(const MainServices& services);
+
+  // The first detection, the registration for hot-plug events, the options. Runs by itself once the
+  // window has been painted, so that the user sees a window during the wait. Does it once.
+  void Initialise();
+
+  // Closes all boards and finds them anew; board 0 is current then. Does nothing while something
+  // else holds the gate.
+  void Redetect();
+
+  // A hot-plug event; those of our boards lead to a detection as soon as the gate is open.
+  void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
+
+  // The pages shown for the current board; null while the home page or nothing is.
+  CPageSet* ShownPageSet() const;
+  CDeviceTreeCtrl& Tree() const { return *tree_; }
+
+ protected:
+  void paintEvent(QPaintEvent* event) override;
+  void closeEvent(QCloseEvent* event) override;
+#ifdef _WIN32
+  bool nativeEvent(const QByteArray& type, void* message, qintptr* result) override;
+#endif
+
+ private:
+  void CreateMenu();
+  void CreatePageSets();
+  void AddAboutToSystemMenu();
+  void CloseAllBoards();
+  void DetectAllTypes();
+  void SelectFamilyPages();
+  void LoadDefaultSettings();
+  void ShowProblem(const QString& problem);
+  void ShowAbout();
+
+  MainServices services_;
+  CDeviceTreeCtrl* tree_;
+  QStackedWidget* pages_;
+  QLabel* problem_;
+  CHomePage* home_ = nullptr;
+  QWidget* nothing_ = nullptr;
+  std::map<BoardFamily, CPageSet*> page_sets_;
+  bool initialised_ = false;
+  int auto_connect_ = 1;
+  int auto_update_ = 1;
+};
+
+}  // namespace quillon

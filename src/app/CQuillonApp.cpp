@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#include "app/CQuillonApp.h"
+
+#include <QThread>
+
+#include "app/CMainDialog.h"
+#include "app/LibraryNotifier.h"
+#include "app/MessageBoxes.h"
+#include "app/OpenedLibrary.h"
+#include "app/Profile.h"
+#include "app/SingleInstance.h"
+
+namespace quillon {
+namespace {
+
+constexpr unsigned long kSettleMilliseconds = 500;
+
+}  // namespace
+
+CQuillonApp::CQuillonApp(int& argc, char** argv) : QApplication(argc, argv) {
+  setApplicationName(QStringLiteral("Quillon"));
+  setApplicationVersion(QStringLiteral(QUILLON_VERSION));
+  setDesktopFileName(QStringLiteral("quillon"));
+}
+
+int CQuillonApp::Run() {
+  const SingleInstance instance;
+  if (instance.IsTaken()) {
+    ExchangeGate gate;
+    MessageBoxes(gate).Message(nullptr, QStringLiteral("Application already running!"),
+                               QStringLiteral("Quillon"), UserPrompts::Icon::kNone);
+    return 0;
+  }
+  OpenedLibrary opened(applicationDirPath());
+  BoardLink link(opened.Library());
+  MessageBoxes prompts(link.gate);
+  if (!opened.Problem().isEmpty()) {
+    prompts.Message(nullptr, opened.Problem(), QStringLiteral("Quillon"),
+                    UserPrompts::Icon::kExclamation);
+  }
+  LibraryNotifier notifier(opened.Library());
+  Profile profile;
+  CMainDialog dialog(
+      {link, prompts, notifier, profile, [] { QThread::msleep(kSettleMilliseconds); }});
+  dialog.show();
+  return exec();
+}
+
+}  // namespace quillon

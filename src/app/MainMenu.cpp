@@ -1,0 +1,58 @@
+// SPDX-License-Identifier: MIT
+#include "app/MainMenu.h"
+
+#include <QMenuBar>
+
+#include "pages/common/Vendor.h"
+
+namespace quillon {
+namespace {
+
+QAction* AddEntry(QMenu& menu, const char* text, int command, const std::function<void()>& handler,
+                  const QString& why_disabled = LaterVersion()) {
+  QAction* const action = menu.addAction(QString::fromLatin1(text));
+  action->setData(command);
+  if (handler) {
+    QObject::connect(action, &QAction::triggered, &menu, [handler] { handler(); });
+  } else {
+    action->setEnabled(false);
+    action->setToolTip(why_disabled);
+  }
+  return action;
+}
+
+QMenu& AddMenu(QMenuBar& bar, const char* title) {
+  QMenu* const menu = bar.addMenu(QString::fromLatin1(title));
+  menu->setToolTipsVisible(true);
+  return *menu;
+}
+
+}  // namespace
+
+void FillMainMenu(QMenuBar& bar, const MainMenuHandlers& handlers, bool auto_update) {
+  const QString no_files =
+      QObject::tr("Settings live in the board: retrieve and update them on its pages.");
+  QMenu& file = AddMenu(bar, "&File");
+  AddEntry(file, "&Load...", 61452, {}, no_files);
+  AddEntry(file, "&Save", 57603, {}, no_files);
+  AddEntry(file, "S&ave as...", 32782, {}, no_files);
+  file.addSeparator();
+  AddEntry(file, "&Exit", 57665, handlers.exit);
+
+  QMenu& tools = AddMenu(bar, "&Tools");
+  AddEntry(tools, "&Software version check", 32778, {});
+  AddEntry(tools, "&Firmware version check", 32779, {});
+
+  QMenu& options = AddMenu(bar, "Options");
+  QAction* const check = AddEntry(options, "Check for updates on startup", 32796, [] {});
+  check->setCheckable(true);
+  check->setChecked(auto_update);
+  QObject::connect(check, &QAction::toggled, &options, handlers.toggle_auto_update);
+
+  QMenu& help = AddMenu(bar, "&Help");
+  AddEntry(help, "&Help Topics", 57667, {});
+  help.addSeparator();
+  AddEntry(help, "&About...", 100, handlers.about);
+}
+
+}  // namespace quillon

@@ -1,0 +1,22 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "devlink/ExchangeGate.h"
+#include "pages/common/UserPrompts.h"
+
+namespace quillon {
+
+// The real prompts: message boxes of the desktop. Each holds the gate while it is open.
+class MessageBoxes : public UserPrompts {
+ public:
+  // The gate outlives the object.
+  explicit MessageBoxes(ExchangeGate& gate) : gate_(gate) {}
+
+  void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
+  bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
+
+ private:
+  ExchangeGate& gate_;
+};
+
+}  // namespace quillon

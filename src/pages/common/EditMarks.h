@@ -1,0 +1,57 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <functional>
+#include <vector>
+
+class QCheckBox;
+class QComboBox;
+class QSpinBox;
+
+namespace quillon {
+
+class CGridCtrl;
+
+// Marks the controls of a page whose value differs from a baseline: what was last retrieved from a
+// board or stored in one. A mark goes when the value is set back. Apart from the page's settings
+// blocks, which a failed update has already changed.
+class EditMarks : public QObject {
+  Q_OBJECT
+
+ public:
+  explicit EditMarks(QObject* parent);
+
+  // The controls that are watched. A grid counts with all its data cells.
+  void Track(CGridCtrl* grid);
+  void Track(QSpinBox* box);
+  void Track(QCheckBox* box);
+  void Track(QComboBox* box);
+
+  // Takes what the controls show as the baseline; before the first call nothing is marked.
+  void TakeBaseline();
+
+  bool AnyEdited() const;
+
+ Q_SIGNALS:
+  // After every change of a tracked control.
+  void Changed();
+
+ private:
+  // One thing that is compared: reads its value now, and shows or hides its mark.
+  struct Item {
+    std::function<QString()> read;
+    std::function<void(bool edited)> show;
+    QString baseline{};
+    bool edited = false;
+  };
+
+  void TrackControl(QWidget* control, std::function<QString()> read);
+  void Compare();
+
+  std::vector<Item> items_;
+  std::vector<CGridCtrl*> grids_;
+  bool has_baseline_ = false;
+};
+
+}  // namespace quillon

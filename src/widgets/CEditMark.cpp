@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#include "widgets/CEditMark.h"
+
+#include <QEvent>
+#include <QPainter>
+
+namespace quillon {
+
+CEditMark::CEditMark(QWidget* control) : QWidget(control) {
+  setAttribute(Qt::WA_TransparentForMouseEvents);
+  setFixedSize(kSize, kSize);
+  control->installEventFilter(this);
+  MoveToCorner();
+  hide();
+}
+
+bool CEditMark::eventFilter(QObject* watched, QEvent* event) {
+  if (event->type() == QEvent::Resize) MoveToCorner();
+  return QWidget::eventFilter(watched, event);
+}
+
+void CEditMark::paintEvent(QPaintEvent* /*event*/) {
+  QPainter painter(this);
+  painter.setPen(Qt::NoPen);
+  painter.setBrush(palette().highlight());
+  const QPoint triangle[] = {{kSize, 0}, {0, 0}, {kSize, kSize}};
+  painter.drawPolygon(triangle, 3);
+}
+
+void CEditMark::MoveToCorner() { move(parentWidget()->width() - kSize, 0); }
+
+}  // namespace quillon

@@ -1,0 +1,26 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QWidget>
+
+namespace quillon {
+
+// The small corner that marks an edited control, as the grid's cells have one. Lies over its
+// control's top right corner, follows its size and lets the mouse through.
+class CEditMark : public QWidget {
+  Q_OBJECT
+
+ public:
+  static constexpr int kSize = 6;
+
+  explicit CEditMark(QWidget* control);
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+  void paintEvent(QPaintEvent* event) override;
+
+ private:
+  void MoveToCorner();
+};
+
+}  // namespace quillon
