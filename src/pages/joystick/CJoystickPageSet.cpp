@@ -2,6 +2,7 @@
 #include "pages/joystick/CJoystickPageSet.h"
 
 #include "pages/joystick/CAnalogChannelsPage.h"
+#include "pages/joystick/CAxisTweakPage.h"
 
 namespace quillon {
 namespace {
@@ -29,7 +30,9 @@ CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, Q
   } else if (family == JoystickFamily::kSmall) {
     AddPage("tab-analog", tr("Analog Channels"));
   }
-  if (!scan_matrix) AddPage("tab-axis", tr("Axis Tweaking"));
+  if (!scan_matrix) {
+    AddPage("tab-axis", tr("Axis Tweaking"), [context] { return new CAxisTweakPage(context); });
+  }
   AddPage("tab-digital", tr("Digital Channels"));
   if (!scan_matrix) AddPage("tab-hat", tr("HAT Channels"));
   if (family != JoystickFamily::kSmall) AddPage("tab-expansion", tr("Expansion Port"));
