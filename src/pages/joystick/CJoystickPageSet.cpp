@@ -3,6 +3,7 @@
 
 #include "pages/joystick/CAnalogChannelsPage.h"
 #include "pages/joystick/CAxisTweakPage.h"
+#include "pages/joystick/CExpansionPortPage.h"
 
 namespace quillon {
 namespace {
@@ -35,7 +36,12 @@ CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, Q
   }
   AddPage("tab-digital", tr("Digital Channels"));
   if (!scan_matrix) AddPage("tab-hat", tr("HAT Channels"));
-  if (family != JoystickFamily::kSmall) AddPage("tab-expansion", tr("Expansion Port"));
+  if (family != JoystickFamily::kSmall) {
+    const auto modules =
+        scan_matrix ? ExpansionModules::kOfScanMatrix : ExpansionModules::kOfFullController;
+    AddPage("tab-expansion", tr("Expansion Port"),
+            [=] { return new CExpansionPortPage(context, modules); });
+  }
 }
 
 }  // namespace quillon
