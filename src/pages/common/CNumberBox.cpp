@@ -40,7 +40,7 @@ QValidator::State CNumberBox::validate(QString& text, int& /*position*/) const {
 }
 
 void CNumberBox::fixup(QString& text) const {
-  text = locale().toString(text.isEmpty() ? 0 : limit_);
+  text = textFromValue(text.isEmpty() ? 0 : limit_);
 }
 
 QAbstractSpinBox::StepEnabled CNumberBox::stepEnabled() const {

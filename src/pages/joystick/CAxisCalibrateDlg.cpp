@@ -86,7 +86,8 @@ QWidget* CAxisCalibrateDlg::BuildValues() {
 }
 
 QWidget* CAxisCalibrateDlg::BuildButtons() {
-  auto* const buttons = new QDialogButtonBox;
+  // Only a button that stands in the dialog becomes its default.
+  auto* const buttons = new QDialogButtonBox(this);
   auto* const defaults =
       buttons->addButton(QStringLiteral("Defaults"), QDialogButtonBox::ResetRole);
   defaults->setToolTip(tr("Back to Automatic with the widest values. Sends nothing."));
