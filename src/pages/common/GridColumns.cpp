@@ -10,8 +10,8 @@ std::optional<QString> TextOf(const GridColumn& column, std::uint32_t code) {
   for (const Choice& choice : column.choices) {
     if (choice.code == code) return choice.text;
   }
-  if (column.kind == CellKind::Number) return QString::number(code);
-  if (column.kind != CellKind::Combo) return QString();
+  if (column.kind == CellKind::kNumber) return QString::number(code);
+  if (column.kind != CellKind::kCombo) return QString();
   if (column.describe.isEmpty()) return std::nullopt;
   return column.describe.arg(static_cast<int>(code) + column.describe_offset);
 }
@@ -44,9 +44,9 @@ void GridRows::BuildCells() {
     const QStringList texts = TextsOf(column.choices);
     for (int row = first_row_; HasRow(row); ++row) {
       grid_.SetEnabledCell(row, column.column, true);
-      if (column.kind == CellKind::Combo) {
+      if (column.kind == CellKind::kCombo) {
         grid_.SetCombo(row, column.column, texts);
-      } else if (column.kind == CellKind::Number) {
+      } else if (column.kind == CellKind::kNumber) {
         grid_.SetNumber(row, column.column, 0, static_cast<int>(column.field.Largest()));
       } else {
         grid_.SetKind(row, column.column, column.kind);
