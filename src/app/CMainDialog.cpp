@@ -123,6 +123,7 @@ void CMainDialog::CreatePageSets() {
   add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, JoystickFamily::kSmall));
   add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
   home_ = new CHomePage;
+  home_->setObjectName(QStringLiteral("home"));
   connect(home_, &CHomePage::RefreshRequested, this, &CMainDialog::Redetect);
   pages_->addWidget(home_);
   nothing_ = new QWidget;

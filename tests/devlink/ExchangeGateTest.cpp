@@ -14,8 +14,8 @@ TEST(ExchangeGate, LetsOneInAndLetsWhatBelongsToItNest) {
     EXPECT_FALSE(gate.TryEnter());
     { const auto box = gate.Enter(); }
     EXPECT_FALSE(gate.IsOpen()) << "the outer hold goes on";
-    auto moved = std::move(*outer);
-    outer.reset();
+    const auto moved = std::move(outer);
+    outer = std::nullopt;
     EXPECT_FALSE(gate.IsOpen()) << "a hold that was moved still holds";
   }
   EXPECT_TRUE(gate.IsOpen());

@@ -105,7 +105,7 @@ TEST(QueryBlock, IsCutIntoChunksOf63Bytes) {
   struct Case {
     const char* what;
     std::uint8_t length, start, end;
-    std::size_t buffer;
+    std::uint16_t buffer;
     std::vector<const char*> chunks;  // length, start and end byte of each request
     bool succeeds;
     int arrived;
@@ -143,7 +143,7 @@ TEST(QueryBlock, IsCutIntoChunksOf63Bytes) {
     EXPECT_EQ(QueryBlock(library, record, buffer), c.succeeds);
     EXPECT_EQ(buffer[0], c.succeeds ? 0x11 : 0);
     EXPECT_EQ(Part(buffer, 1, c.arrived), CountingBytes(c.start, c.arrived));
-    const int rest = static_cast<int>(c.buffer) - 1 - c.arrived;
+    const int rest = c.buffer - 1 - c.arrived;
     EXPECT_EQ(Part(buffer, 1 + c.arrived, rest), Part(before, 1 + c.arrived, rest));
   }
 }

@@ -23,7 +23,7 @@ std::string Hex(unsigned value, int digits) {
 
 // Not by printf: a locale must not put a comma where a reader expects the point.
 std::string Seconds(double value) {
-  std::array<char, 32> text;
+  std::array<char, 32> text{};
   const auto [end, error] =
       std::to_chars(text.begin(), text.end(), value, std::chars_format::fixed, 6);
   return error == std::errc() ? std::string(text.begin(), end) : "0";

@@ -32,14 +32,14 @@ constexpr std::string_view kGolden =
     "12345.000000 read 1023 -> 4\n"
     "12345.000001 close 4294967295 -> 0\n";
 
-DeviceRecord Board(std::uint16_t product, std::uint16_t version, const char* product_text,
-                   const char* maker, const char* serial) {
+DeviceRecord Board(std::uint16_t product, std::uint16_t version, std::string_view product_text,
+                   std::string_view maker, std::string_view serial) {
   DeviceRecord record{};
   record.product_id = product;
   record.version = version;
-  std::strcpy(record.product_text, product_text);
-  std::strcpy(record.manufacturer, maker);
-  std::strcpy(record.serial_number, serial);
+  product_text.copy(record.product_text, sizeof record.product_text);
+  maker.copy(record.manufacturer, sizeof record.manufacturer);
+  serial.copy(record.serial_number, sizeof record.serial_number);
   return record;
 }
 

@@ -1,0 +1,301 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "pages/joystick/CAnalogChannelsPage.h"
+#include "testing/OwnFolders.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+enum Column {
+  kOn = 1,
+  kX = 2,
+  kY,
+  kZ,
+  kRx,
+  kRy,
+  kRz,
+  kS1,
+  kS2,
+  kInvert,
+  kSpike,
+  kFilter,
+  kResolution,
+  kIncremental,
+  kCentering
+};
+
+// What a row shows: its toggles as the titles of those that are set, then the texts.
+std::string RowText(const CGridCtrl& grid, int row) {
+  std::string text = grid.Text(row, 0).toStdString() + ":";
+  for (int column = 1; column < grid.Columns(); ++column) {
+    if (!grid.IsEnabledCell(row, column)) continue;
+    const bool toggle = IsToggle(grid.Kind(row, column));
+    if (toggle && grid.Value(row, column) == 0) continue;
+    const QString word = toggle ? grid.Text(0, column) : grid.Text(row, column);
+    text += " " + word.trimmed().toStdString();
+    if (!toggle) text += "=" + std::to_string(grid.Value(row, column));
+  }
+  return text;
+}
+
+// Two blocks with every clamp, a value that no list offers, and all bits that nobody edits set in
+// the rows 2 and 10.
+constexpr const char* kRetrieve = R"(
+  write 0 -> 0 : 00 00 00 00 11 *
+  # filter|_|invert|spike|on, _|resolution, axes
+  read 0 -> 0 : 11 57 0b 01 fb ff 06 00 0b ff 52 fe 80 a1 02 40 01 00 00 51 03 00 51 0a 00 *
+  write 0 -> 0 : 00 00 00 00 15 *
+  # resolution|_|invert|incremental|on, _|button, axes
+  read 0 -> 0 : 15 b5 03 20 fb ff 10 00 10 ff c3 01 00 31 00 08 21 00 00 f7 1f 80 *
+)";
+
+}  // namespace
+
+TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  EXPECT_EQ(OriginOf(page), "Not retrieved from the board yet.");
+  Button(page, "Retrieve").click();
+
+  const CGridCtrl& grid = Grid(page);
+  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
+  EXPECT_EQ(RowText(grid, 2), "Analog 2: ON Y Z Spike 10=10 12 Bits=11");
+  EXPECT_EQ(RowText(grid, 3), "Analog 3: 0=0 12 Bits=11") << "off: its axis bits mean nothing";
+  EXPECT_EQ(RowText(grid, 4), "Analog 4: Spike 5=5 12 Bits=11");
+  EXPECT_EQ(RowText(grid, 5), "Analog 5: ON S1 10=10 4 Bits=3");
+  EXPECT_EQ(RowText(grid, 6), "Analog 6: ON 0=0 4 Bits=3");
+  EXPECT_EQ(RowText(grid, 9), "AE SSI 1: ON Rz Invert 12 Bits=11 Button 3=3");
+  EXPECT_EQ(RowText(grid, 10), "AE SSI 2: ON Ry 16 Bits=15 Incremental Button 31=31")
+      << "values that the lists do not offer are shown and kept";
+  EXPECT_EQ(RowText(grid, 11), "AE SSI 3: 4 Bits=3 Button 16=16") << "off";
+  EXPECT_EQ(RowText(grid, 12), "AE SSI 4: ON 13 Bits=12 Incremental Button 1=1");
+  EXPECT_EQ(RowText(grid, 15), "INC CH 1: ON S2 Invert 16 Bits=15 Button 31=31");
+  EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  EXPECT_FALSE(Lamp(page, "Busy").IsLit());
+  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001.");
+}
+
+TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  Button(page, "Retrieve").click();
+  library.Expect(R"(
+    write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
+    read 0 -> 0 : 0d *
+    write 0 -> 0 : 00 00 00 00 16 01 b5 03 20 fb ff 10 30 10 00 c2 01 00 31 00 08 30 00 00 f5 1f 80 *
+    read 0 -> 0 : 16 *
+  )");
+  Button(page, "Update").click();
+  EXPECT_FALSE(Lamp(page, "Error").IsLit());
+}
+
+TEST(AnalogChannels, StopsAtTheFirstFailureAndLightsTheErrorLamp) {
+  struct Case {
+    const char* name;
+    const char* button;
+    const char* exchanges;
+    const char* first_row;
+    const char* ninth_row;
+    const char* origin;
+  };
+  constexpr const char* kDefaultRow1 = "Analog 1: ON X 5=5 12 Bits=11";
+  constexpr const char* kDefaultRow9 = "AE SSI 1: 12 Bits=11 None=0";
+  constexpr const char* kNever = "Not retrieved from the board yet.";
+  const Case cases[]{
+      {"block A not read", "Retrieve", R"(
+         write 0 -> 0 : 00 00 00 00 11 *
+         read 0 -> 4)",
+       kDefaultRow1, kDefaultRow9, kNever},
+      {"block A answered with another command", "Retrieve", R"(
+         write 0 -> 0 : 00 00 00 00 11 *
+         read 0 -> 0 : 15 ff *)",
+       kDefaultRow1, kDefaultRow9, kNever},
+      {"block B not read", "Retrieve", R"(
+         write 0 -> 0 : 00 00 00 00 11 *
+         read 0 -> 0 : 11 47 09 02 *
+         write 0 -> 0 : 00 00 00 00 15 *
+         read 0 -> 1)",
+       "Analog 1: ON Y Invert Spike 4=4 10 Bits=9", kDefaultRow9,
+       "Retrieved in part only from Board : 001; the rest is older."},
+      {"block A not written", "Update", R"(
+         write 0 -> 1 : 00 00 00 00 0d 01 51 0b 01 51 0b 02 51 0b 04 51 0b 08 51 0b 10 51 0b 20 51 0b 40 51 0b 80 *)",
+       kDefaultRow1, kDefaultRow9, kNever},
+      {"block B refused", "Update", R"(
+         write 0 -> 0 : 00 00 00 00 0d 01 51 0b 01 51 0b 02 51 0b 04 51 0b 08 51 0b 10 51 0b 20 51 0b 40 51 0b 80 *
+         read 0 -> 0 : 0d *
+         write 0 -> 0 : 00 00 00 00 16 01 b0 00 00 b0 00 00 b0 00 00 b0 00 00 b0 00 00 b0 00 00 f0 *
+         read 0 -> 0 : ee *)",
+       kDefaultRow1, kDefaultRow9, kNever},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TranscriptLibrary library(c.exchanges);
+    PageBench bench(library);
+    CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+    Button(page, c.button).click();
+    EXPECT_TRUE(Lamp(page, "Error").IsLit());
+    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
+    EXPECT_FALSE(Lamp(page, "Busy").IsLit());
+    EXPECT_FALSE(Lamp(page, "Busy").IsBlinking());
+    EXPECT_EQ(RowText(Grid(page), 1), c.first_row);
+    EXPECT_EQ(RowText(Grid(page), 9), c.ninth_row);
+    EXPECT_EQ(OriginOf(page), c.origin);
+  }
+}
+
+TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  CGridCtrl& grid = Grid(page);
+
+  grid.Click(3, kX);
+  EXPECT_EQ(RowText(grid, 3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
+  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON 5=5 12 Bits=11");
+  grid.Click(9, kX);
+  EXPECT_EQ(RowText(grid, 9), "AE SSI 1: X 12 Bits=11 None=0") << "ON stays the user's";
+  EXPECT_EQ(RowText(grid, 3), "Analog 3: ON Z 5=5 12 Bits=11");
+  grid.Click(9, kX);
+  EXPECT_EQ(grid.Value(9, kX), 0U);
+
+  EXPECT_EQ(grid.Background(9, kOn), qRgb(191, 212, 227));
+  EXPECT_EQ(grid.Background(9, kSpike), qRgb(191, 212, 227));
+  EXPECT_EQ(grid.Background(3, kX), qRgb(240, 240, 240));
+  grid.Click(0, kX);
+  grid.Click(4, 0);
+  EXPECT_EQ(grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
+}
+
+TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  CGridCtrl& grid = Grid(page);
+  const struct {
+    int row, column;
+    const char* text;
+    std::uint32_t code;
+  } cases[]{{1, kFilter, "10", 10},           {8, kFilter, "0", 0},
+            {2, kResolution, "4 Bits", 3},    {9, kResolution, "13 Bits", 12},
+            {15, kResolution, "16 Bits", 15}, {9, kCentering, "Button 16", 16},
+            {15, kCentering, "Button 1", 1},  {9, kCentering, "None", 0}};
+  for (const auto& c : cases) {
+    grid.Enter(c.row, c.column, c.text);
+    EXPECT_EQ(grid.Value(c.row, c.column), c.code) << c.text;
+    EXPECT_EQ(grid.Text(c.row, c.column), c.text);
+  }
+}
+
+TEST(AnalogChannels, MarksEditsUntilTheyAreSetBackOrStored) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  CGridCtrl& grid = Grid(page);
+  grid.Click(1, kInvert);
+  EXPECT_FALSE(grid.IsMarked(1, kInvert)) << "nothing to compare with before a retrieve";
+  Button(page, "Retrieve").click();
+  grid.Click(1, kInvert);
+  EXPECT_TRUE(grid.IsMarked(1, kInvert));
+  EXPECT_FALSE(grid.IsMarked(1, kSpike));
+  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001. Edited since.");
+  grid.Click(1, kInvert);
+  EXPECT_FALSE(grid.IsMarked(1, kInvert));
+
+  // A failed update has changed the settings blocks; the edits are still edits.
+  grid.Click(1, kSpike);
+  library.Expect(R"(
+    write 0 -> 1 : 00 00 00 00 0d 01 55 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *)");
+  Button(page, "Update").click();
+  EXPECT_TRUE(grid.IsMarked(1, kSpike));
+  library.Expect(R"(
+    write 0 -> 0 : 00 00 00 00 0d 01 55 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
+    read 0 -> 0 : 0d *
+    write 0 -> 0 : 00 00 00 00 16 01 b5 03 20 fb ff 10 30 10 00 c2 01 00 31 00 08 30 00 00 f5 1f 80 *
+    read 0 -> 0 : 16 *)");
+  Button(page, "Update").click();
+  EXPECT_FALSE(grid.IsMarked(1, kSpike));
+  EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
+}
+
+TEST(AnalogChannels, LoadsDefaultsAfterAYesAndSendsNothing) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  CGridCtrl& grid = Grid(page);
+  Button(page, "Retrieve").click();
+  const char* question = "Are you sure you want to load the\r\ndefault settings for this page?";
+  bench.prompts.ExpectQuestion(question, "Load Defaults", false);
+  Button(page, "Defaults").click();
+  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11") << "after a No";
+  bench.prompts.ExpectQuestion(question, "Load Defaults", true);
+  Button(page, "Defaults").click();
+  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON X 5=5 12 Bits=11");
+  EXPECT_EQ(RowText(grid, 8), "Analog 8: ON S2 5=5 12 Bits=11");
+  EXPECT_EQ(RowText(grid, 10), "AE SSI 2: 12 Bits=11 None=0");
+  EXPECT_EQ(RowText(grid, 15), "INC CH 1: 16 Bits=15 None=0");
+}
+
+TEST(AnalogChannels, StartsNothingWhileSomethingElseIsUnderWay) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  const auto hold = bench.link.gate.Enter();
+  for (const char* name : {"Retrieve", "Update", "Defaults"}) Button(page, name).click();
+  EXPECT_FALSE(Lamp(page, "Error").IsLit());
+}
+
+TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
+  TranscriptLibrary library(R"(
+    write 0 -> 0 : 00 00 00 00 11 *
+    read 0 -> 0 : 11 57 0b 01 *
+    write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 00 03 00 00 03 00 00 03 00 00 03 00 00 03 00 00 03 00 00 03 *
+    read 0 -> 0 : 0d *)");
+  PageBench bench(library, 0x0920, 0x0120);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kAnalogOnly);
+  EXPECT_EQ(Grid(page).Rows(), 9);
+  EXPECT_EQ(Grid(page).Text(0, Grid(page).Columns() - 1), "Resolution");
+  Button(page, "Retrieve").click();
+  EXPECT_EQ(RowText(Grid(page), 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
+  Button(page, "Update").click();
+  EXPECT_FALSE(Lamp(page, "Error").IsLit());
+}
+
+TEST(AnalogChannels, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
+  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "boards", .latency = {}};
+  std::string edited_row;
+  {
+    sim::Bus bus(sim::DefaultRig(), options);
+    SimLibrary library(bus);
+    PageBench bench(library);
+    bench.Detect();
+    CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+    Button(page, "Retrieve").click();
+    ASSERT_FALSE(Lamp(page, "Error").IsLit());
+    Grid(page).Click(2, kRz);
+    Grid(page).Click(2, kSpike);
+    Grid(page).Enter(2, kFilter, "7");
+    Grid(page).Enter(2, kResolution, "9 Bits");
+    Grid(page).Enter(10, kCentering, "Button 12");
+    Button(page, "Update").click();
+    ASSERT_FALSE(Lamp(page, "Error").IsLit());
+    edited_row = RowText(Grid(page), 2);
+  }
+  sim::Bus bus(sim::DefaultRig(), options);
+  SimLibrary library(bus);
+  PageBench bench(library);
+  bench.Detect();
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  Button(page, "Retrieve").click();
+  EXPECT_EQ(RowText(Grid(page), 2), edited_row);
+  EXPECT_THAT(edited_row, ::testing::HasSubstr("Rz"));
+  EXPECT_EQ(Grid(page).Text(10, kCentering), "Button 12");
+}
+
+}  // namespace quillon::testing

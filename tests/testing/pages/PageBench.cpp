@@ -1,0 +1,59 @@
+// SPDX-License-Identifier: MIT
+#include "testing/pages/PageBench.h"
+
+#include <QLabel>
+#include <cstring>
+#include <stdexcept>
+
+#include "devlink/Detection.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+template <typename Control>
+Control& Named(const QWidget& page, const QString& name) {
+  for (auto* const control : page.findChildren<Control*>()) {
+    if (control->accessibleName() == name) return *control;
+  }
+  throw std::runtime_error("The page has no control " + name.toStdString());
+}
+
+}  // namespace
+
+PageBench::PageBench(HidLibrary& library, std::uint16_t product_id, std::uint16_t version)
+    : link(library) {
+  DeviceRecord& record = link.table.Free().front();
+  record.product_id = product_id;
+  record.version = version;
+  std::strcpy(record.product_text, "Board");
+  std::strcpy(record.serial_number, "001");
+  link.table.Append(1, KVUSB_TYPE_FIRMWARE);
+}
+
+void PageBench::Detect() {
+  link.table.Clear();
+  for (const std::uint32_t type :
+       {KVUSB_TYPE_FIRMWARE, KVUSB_TYPE_LOADER, KVUSB_TYPE_FIRMWARE_ID}) {
+    DetectBoards(link.library, link.table, type);
+  }
+}
+
+QPushButton& Button(const QWidget& page, const QString& name) {
+  return Named<QPushButton>(page, name);
+}
+
+CStatusLed& Lamp(const QWidget& page, const QString& name) { return Named<CStatusLed>(page, name); }
+
+CGridCtrl& Grid(const QWidget& page) {
+  auto* const grid = page.findChild<CGridCtrl*>();
+  if (grid == nullptr) throw std::runtime_error("The page has no grid");
+  return *grid;
+}
+
+QString OriginOf(const QWidget& page) {
+  return Named<QLabel>(page, QStringLiteral("Where the values come from")).text();
+}
+
+}  // namespace quillon::testing

@@ -1,0 +1,44 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QPushButton>
+
+#include "devlink/BoardLink.h"
+#include "pages/common/PageContext.h"
+#include "testing/pages/ScriptedPrompts.h"
+
+class QLabel;
+class QWidget;
+
+namespace quillon {
+class CGridCtrl;
+class CStatusLed;
+}  // namespace quillon
+
+namespace quillon::testing {
+
+// What a page under test stands on: a link to one board, which is current, and scripted prompts.
+class PageBench {
+ public:
+  // A board that only its record says something of, for transcripts. The library lives as long as
+  // the object does.
+  explicit PageBench(HidLibrary& library, std::uint16_t product_id = 0x0910,
+                     std::uint16_t version = 0x0282);
+
+  PageContext Context() { return {link, prompts}; }
+
+  // Takes the boards that the library finds instead, all three types in the program's order.
+  void Detect();
+
+  BoardLink link;
+  ScriptedPrompts prompts;
+};
+
+// Controls of a page, by the name that they have for a screen reader. A missing one ends the test.
+QPushButton& Button(const QWidget& page, const QString& name);
+CStatusLed& Lamp(const QWidget& page, const QString& name);
+CGridCtrl& Grid(const QWidget& page);
+// The line that says where the page's values come from.
+QString OriginOf(const QWidget& page);
+
+}  // namespace quillon::testing

@@ -1,0 +1,50 @@
+// SPDX-License-Identifier: MIT
+#include "testing/pages/ScriptedPrompts.h"
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+namespace quillon::testing {
+
+ScriptedPrompts::~ScriptedPrompts() {
+  for (const Prompt& prompt : expected_) ADD_FAILURE() << "Never came: " << prompt.text;
+}
+
+void ScriptedPrompts::ExpectMessage(const std::string& text, const std::string& caption,
+                                    Icon icon) {
+  expected_.push_back({text, caption, icon, false, false});
+}
+
+void ScriptedPrompts::ExpectQuestion(const std::string& text, const std::string& caption,
+                                     bool yes) {
+  expected_.push_back({text, caption, Icon::kQuestion, true, yes});
+}
+
+void ScriptedPrompts::Message(QWidget* /*parent*/, const QString& text, const QString& caption,
+                              Icon icon) {
+  const Prompt prompt = Next(text, caption, false);
+  EXPECT_EQ(prompt.icon, icon) << text.toStdString();
+}
+
+bool ScriptedPrompts::AskYesNo(QWidget* /*parent*/, const QString& text, const QString& caption) {
+  return Next(text, caption, true).yes;
+}
+
+ScriptedPrompts::Prompt ScriptedPrompts::Next(const QString& text, const QString& caption,
+                                              bool question) {
+  if (expected_.empty()) {
+    ADD_FAILURE() << "No test expects the prompt \"" << caption.toStdString()
+                  << "\": " << text.toStdString();
+    return {};
+  }
+  Prompt prompt = expected_.front();
+  expected_.pop_front();
+  EXPECT_EQ(prompt.text, text.toStdString());
+  EXPECT_EQ(prompt.caption, caption.toStdString());
+  EXPECT_EQ(prompt.question, question) << text.toStdString();
+  if (while_open_) std::exchange(while_open_, nullptr)();
+  return prompt;
+}
+
+}  // namespace quillon::testing

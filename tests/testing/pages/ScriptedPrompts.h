@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <string>
+
+#include "pages/common/UserPrompts.h"
+
+namespace quillon::testing {
+
+// Answers prompts as the test says, in order. A prompt that differs or that no test expects fails
+// the test, and so does one that never comes.
+class ScriptedPrompts : public UserPrompts {
+ public:
+  ~ScriptedPrompts() override;
+
+  void ExpectMessage(const std::string& text, const std::string& caption, Icon icon);
+  void ExpectQuestion(const std::string& text, const std::string& caption, bool yes);
+
+  // Runs while the next expected prompt is open, as an event of its event loop would.
+  void WhileOpen(std::function<void()> action) { while_open_ = std::move(action); }
+
+  void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
+  bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
+
+ private:
+  struct Prompt {
+    std::string text;
+    std::string caption;
+    Icon icon = Icon::kQuestion;
+    bool question = false;
+    bool yes = false;
+  };
+
+  Prompt Next(const QString& text, const QString& caption, bool question);
+
+  std::deque<Prompt> expected_;
+  std::function<void()> while_open_;
+};
+
+}  // namespace quillon::testing
