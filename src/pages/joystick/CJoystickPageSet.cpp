@@ -2,7 +2,9 @@
 #include "pages/joystick/CJoystickPageSet.h"
 
 #include "pages/joystick/CAnalogChannelsPage.h"
+#include "pages/joystick/CAxisTweakPage.h"
 #include "pages/joystick/CDigitalChannelsPage.h"
+#include "pages/joystick/CExpansionPortPage.h"
 #include "pages/joystick/CHatChannelsPage.h"
 #include "pages/joystick/CScanMatrixChannelsPage.h"
 
@@ -34,7 +36,7 @@ CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, Q
       return new CAnalogChannelsPage(
           context, full ? AnalogInputs::kWithEncoders : AnalogInputs::kAnalogOnly);
     });
-    AddPage("tab-axis", tr("Axis Tweaking"));
+    AddPage("tab-axis", tr("Axis Tweaking"), [context] { return new CAxisTweakPage(context); });
     AddPage("tab-digital", tr("Digital Channels"), [=] {
       return new CDigitalChannelsPage(context, full ? ScanMatrix::kNone : ScanMatrix::kSwitchable);
     });
@@ -42,7 +44,12 @@ CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, Q
       return new CHatChannelsPage(context, full ? HatUse::kWithOutputs : HatUse::kInputsOnly);
     });
   }
-  if (family != JoystickFamily::kSmall) AddPage("tab-expansion", tr("Expansion Port"));
+  if (family != JoystickFamily::kSmall) {
+    const auto modules =
+        full ? ExpansionModules::kOfFullController : ExpansionModules::kOfScanMatrix;
+    AddPage("tab-expansion", tr("Expansion Port"),
+            [=] { return new CExpansionPortPage(context, modules); });
+  }
 }
 
 }  // namespace quillon

@@ -166,11 +166,16 @@ TEST(DigitalChannels, AppliesThePairRules) {
 TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
   Bench bench("");
   bench.page.show();
-  const auto type = [&](const char* keys) {
+  const auto type = [&](const QString& digits) {
     bench.grid.setFocus();
     bench.grid.setCurrentIndex(bench.grid.model()->index(2, kPulse - 1));
-    QTest::keyClicks(&bench.grid, keys);
-    QTest::keyClick(bench.grid.findChild<QLineEdit*>(), Qt::Key_Return);
+    QTest::keyClicks(&bench.grid, digits.left(1));
+    auto* const editor = bench.grid.findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClicks(editor, digits.mid(1));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   };
   type("255");
   EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 255=255 None=0");
