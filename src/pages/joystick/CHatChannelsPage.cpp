@@ -16,41 +16,27 @@ enum DampingColumn { kDamping = 1, kDampingColumns };
 constexpr int kHat1 = 1;
 constexpr int kHat2 = 2;
 
-constexpr std::uint32_t kPov = 0;
-constexpr std::uint32_t kFalco = 4;
+enum Mode : std::uint32_t { kPov, kDigital, kOrbShifter, kIncremental, kFalco, kOrbDacs, kTarn };
+constexpr std::array<const char*, 7> kModeTexts{"POV",         "Digital", "ORB : Shifter Display",
+                                                "Incremental", "FALCO",   "ORB : 12-Bit DACs",
+                                                "TARN20-XY"};
+
+// What a mode cell shows for each code that a board reports. Not the inverse of what an update
+// sends, on purpose: boards report HAT 1's incremental input, stored as 3, as 2, and are shown
+// their DACs as the TARN.
+constexpr std::uint32_t kUnchanged = 0xFF;
+constexpr std::array<std::uint32_t, 8> kHat1Shown{kPov,   kDigital, kIncremental, kUnchanged,
+                                                  kFalco, kTarn,    kTarn,        kUnchanged};
+constexpr std::array<std::uint32_t, 8> kHat2Shown{kPov,   kDigital,   kOrbShifter, kUnchanged,
+                                                  kFalco, kUnchanged, kUnchanged,  kUnchanged};
+
 constexpr Field kDampingCode{0, 0, 2};
 constexpr std::uint32_t kMid = 2;
 
-// What the mode cells show for the code that a board reports. Not the inverse of what an update
-// sends, and intended: boards take 3 for HAT 1's "Incremental" and report it as 2, and "ORB :
-// 12-Bit DACs" (5) comes back as "TARN20-XY".
-constexpr std::uint32_t kUnchanged = 0xFF;
-constexpr std::array<std::uint32_t, 8> kHat1Shown{0, 1, 3, kUnchanged, 4, 6, 6, kUnchanged};
-constexpr std::array<std::uint32_t, 8> kHat2Shown{0,      1,          2,          kUnchanged,
-                                                  kFalco, kUnchanged, kUnchanged, kUnchanged};
-
-std::vector<Choice> InputModes() {
-  return {{QStringLiteral("POV"), kPov}, {QStringLiteral("Digital"), 1}};
-}
-
-std::vector<Choice> Hat1Modes() {
-  auto modes = InputModes();
-  modes.insert(modes.end(), {{QStringLiteral("Incremental"), 3},
-                             {QStringLiteral("FALCO"), kFalco},
-                             {QStringLiteral("ORB : 12-Bit DACs"), 5},
-                             {QStringLiteral("TARN20-XY"), 6}});
-  return modes;
-}
-
-std::vector<Choice> Hat2Modes() {
-  auto modes = InputModes();
-  modes.insert(modes.end(),
-               {{QStringLiteral("ORB : Shifter Display"), 2}, {QStringLiteral("FALCO"), kFalco}});
-  return modes;
-}
-
-std::vector<GridColumn> HatColumns(std::vector<Choice> modes, std::span<const std::uint32_t> shown,
-                                   const QString& mode_tip) {
+std::vector<GridColumn> HatColumns(std::initializer_list<Mode> modes,
+                                   std::span<const std::uint32_t> shown) {
+  std::vector<Choice> choices;
+  for (const Mode mode : modes) choices.push_back({QString(kModeTexts[mode]), mode});
   return {{.column = kOn,
            .title = QStringLiteral("ON"),
            .tip = QStringLiteral("Switches the HAT connector on. Default: on."),
@@ -59,24 +45,22 @@ std::vector<GridColumn> HatColumns(std::vector<Choice> modes, std::span<const st
            .standard = 1},
           {.column = kMode,
            .title = QStringLiteral("            Mode            "),
-           .tip = mode_tip,
+           .tip = QStringLiteral("A POV hat switch, four plain digital inputs, or what else the "
+                                 "connector can be. A FALCO takes both. Default: POV."),
            .kind = CellKind::Combo,
            .field = hat::kMode,
-           .choices = std::move(modes),
+           .choices = std::move(choices),
            .shown = shown}};
 }
 
-std::vector<GridColumn> FamilyColumns(HatUse use, int hat) {
-  if (use == HatUse::kInputsOnly) {
-    return HatColumns(InputModes(), {},
-                      QStringLiteral("A POV hat switch, or four plain digital inputs. "
-                                     "Default: POV."));
-  }
-  return HatColumns(hat == kHat1 ? Hat1Modes() : Hat2Modes(),
-                    hat == kHat1 ? kHat1Shown : kHat2Shown,
-                    QStringLiteral("A POV hat switch, four plain digital inputs, or the link to a "
-                                   "companion product. FALCO takes both connectors. "
-                                   "Default: POV."));
+std::vector<GridColumn> Hat1Columns(HatUse use) {
+  if (use == HatUse::kInputsOnly) return HatColumns({kPov, kDigital}, {});
+  return HatColumns({kPov, kDigital, kIncremental, kFalco, kOrbDacs, kTarn}, kHat1Shown);
+}
+
+std::vector<GridColumn> Hat2Columns(HatUse use) {
+  if (use == HatUse::kInputsOnly) return HatColumns({kPov, kDigital}, {});
+  return HatColumns({kPov, kDigital, kOrbShifter, kFalco}, kHat2Shown);
 }
 
 std::vector<GridColumn> DampingColumns() {
@@ -99,8 +83,8 @@ CHatChannelsPage::CHatChannelsPage(PageContext context, HatUse use, QWidget* par
     : CSettingsPage(context, tr("POV HAT Inputs Configuration"), parent),
       use_(use),
       hat_grid_(AddChannelGrid(Body(), tr("HAT channels"), kHat2 + 1, kHatColumns)),
-      hat1_row_(*hat_grid_, kHat1, block_.Words().first(1), FamilyColumns(use, kHat1)),
-      hat2_row_(*hat_grid_, kHat2, block_.Words().last(1), FamilyColumns(use, kHat2)) {
+      hat1_row_(*hat_grid_, kHat1, block_.Words().first(1), Hat1Columns(use)),
+      hat2_row_(*hat_grid_, kHat2, block_.Words().last(1), Hat2Columns(use)) {
   BuildHats();
   if (HasOutputs()) BuildDamping();
   DefaultsRoutine();

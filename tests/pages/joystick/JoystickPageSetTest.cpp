@@ -41,7 +41,7 @@ const std::vector<Family>& Families() {
        {"Device Configuration", "Analog Channels", "Axis Tweaking", "Digital Channels",
         "HAT Channels", "Expansion Port"},
        {0x0D, 0x16, 0x23, 0x0E, 0x0F, 0x10},
-       {{1, 0, 2, 7, nullptr},
+       {{1, 0, 2, 11, nullptr},
         {1, 0, 15, 13, "9 Bits"},
         {3, 0, 2, 4, "Rotary"},
         {3, 0, 15, 6, "GRAY 4X - A"},
@@ -94,10 +94,13 @@ std::vector<std::string> ShownBy(CJoystickPageSet& pages) {
   return shown;
 }
 
-void PressOnEveryPage(CJoystickPageSet& pages, const QString& button) {
+void PressOnEveryPage(CJoystickPageSet& pages, const QString& button, const char* origin) {
+  pages.EnablePages(false, true);
   for (int tab = 1; tab < pages.count(); ++tab) {
     Button(*pages.Page(tab), button).click();
     EXPECT_FALSE(Lamp(*pages.Page(tab), "Error").IsLit()) << button.toStdString() << ' ' << tab;
+    EXPECT_TRUE(OriginOf(*pages.Page(tab)).startsWith(origin))
+        << button.toStdString() << ' ' << tab;
   }
 }
 
@@ -165,13 +168,13 @@ TEST(JoystickPageSet, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
       if (family.family == JoystickFamily::kSmall) {
         pages.Page(3)->findChild<QCheckBox*>()->click();
       }
-      PressOnEveryPage(pages, "Update");
+      PressOnEveryPage(pages, "Update", "Stored in ");
       updated = ShownBy(pages);
     }
     SimProgram program(family.product_id, options);
     CJoystickPageSet pages(program.bench.Context(), family.family);
     EXPECT_EQ(ShownBy(pages), defaults) << "a new page shows the factory settings";
-    PressOnEveryPage(pages, "Retrieve");
+    PressOnEveryPage(pages, "Retrieve", "Retrieved from ");
     EXPECT_EQ(ShownBy(pages), updated);
     EXPECT_NE(updated, defaults);
   }
