@@ -203,11 +203,7 @@ GridRows& CAnalogChannelsPage::RowsAt(int row) {
 
 void CAnalogChannelsPage::OnClick(int row, int column) {
   grid_->HighlightRow(row, kClickedRow, kOtherRows);
-  if (column >= kFirstAxis && column <= kLastAxis) {
-    for (int other = 1; other < grid_->Rows(); ++other) {
-      if (other != row) grid_->SetValue(other, column, 0);
-    }
-  }
+  if (column >= kFirstAxis && column <= kLastAxis) ClearOtherRows(*grid_, row, column);
   grid_->Redraw();
 }
 

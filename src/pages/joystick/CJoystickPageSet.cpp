@@ -3,7 +3,10 @@
 
 #include "pages/joystick/CAnalogChannelsPage.h"
 #include "pages/joystick/CAxisTweakPage.h"
+#include "pages/joystick/CDigitalChannelsPage.h"
 #include "pages/joystick/CExpansionPortPage.h"
+#include "pages/joystick/CHatChannelsPage.h"
+#include "pages/joystick/CScanMatrixChannelsPage.h"
 
 namespace quillon {
 namespace {
@@ -24,21 +27,26 @@ const FamilyTraits& TraitsOf(JoystickFamily family) {
 
 CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, QWidget* parent)
     : CPageSet(context, TraitsOf(family), parent) {
-  const bool scan_matrix = family == JoystickFamily::kScanMatrix;
-  if (family == JoystickFamily::kFull) {
-    AddPage("tab-analog", tr("Analog Channels"),
-            [context] { return new CAnalogChannelsPage(context, AnalogInputs::kWithEncoders); });
-  } else if (family == JoystickFamily::kSmall) {
-    AddPage("tab-analog", tr("Analog Channels"));
-  }
-  if (!scan_matrix) {
+  const bool full = family == JoystickFamily::kFull;
+  if (family == JoystickFamily::kScanMatrix) {
+    AddPage("tab-digital", tr("Digital Channels"),
+            [context] { return new CScanMatrixChannelsPage(context); });
+  } else {
+    AddPage("tab-analog", tr("Analog Channels"), [=] {
+      return new CAnalogChannelsPage(
+          context, full ? AnalogInputs::kWithEncoders : AnalogInputs::kAnalogOnly);
+    });
     AddPage("tab-axis", tr("Axis Tweaking"), [context] { return new CAxisTweakPage(context); });
+    AddPage("tab-digital", tr("Digital Channels"), [=] {
+      return new CDigitalChannelsPage(context, full ? ScanMatrix::kNone : ScanMatrix::kSwitchable);
+    });
+    AddPage("tab-hat", tr("HAT Channels"), [=] {
+      return new CHatChannelsPage(context, full ? HatUse::kWithOutputs : HatUse::kInputsOnly);
+    });
   }
-  AddPage("tab-digital", tr("Digital Channels"));
-  if (!scan_matrix) AddPage("tab-hat", tr("HAT Channels"));
   if (family != JoystickFamily::kSmall) {
     const auto modules =
-        scan_matrix ? ExpansionModules::kOfScanMatrix : ExpansionModules::kOfFullController;
+        full ? ExpansionModules::kOfFullController : ExpansionModules::kOfScanMatrix;
     AddPage("tab-expansion", tr("Expansion Port"),
             [=] { return new CExpansionPortPage(context, modules); });
   }

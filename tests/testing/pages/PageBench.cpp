@@ -41,6 +41,19 @@ CGridCtrl& Grid(const QWidget& page) {
   return *grid;
 }
 
+std::string RowText(const CGridCtrl& grid, int row) {
+  std::string text = grid.Text(row, 0).toStdString() + ":";
+  for (int column = 1; column < grid.Columns(); ++column) {
+    if (!grid.IsEnabledCell(row, column)) continue;
+    const bool toggle = IsToggle(grid.Kind(row, column));
+    if (toggle && grid.Value(row, column) == 0) continue;
+    const QString word = toggle ? grid.Text(0, column) : grid.Text(row, column);
+    text += " " + word.trimmed().toStdString();
+    if (!toggle) text += "=" + std::to_string(grid.Value(row, column));
+  }
+  return text;
+}
+
 QString OriginOf(const QWidget& page) {
   return Named<QLabel>(page, QStringLiteral("Where the values come from")).text();
 }

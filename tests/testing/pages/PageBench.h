@@ -45,6 +45,8 @@ Control& Named(const QWidget& page, const QString& name) {
 QPushButton& Button(const QWidget& page, const QString& name);
 CStatusLed& Lamp(const QWidget& page, const QString& name);
 CGridCtrl& Grid(const QWidget& page);
+// What a row shows: its toggles as the titles of those that are set, then texts and codes.
+std::string RowText(const CGridCtrl& grid, int row);
 // The line that says where the page's values come from.
 QString OriginOf(const QWidget& page);
 
