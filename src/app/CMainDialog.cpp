@@ -88,10 +88,10 @@ CMainDialog::CMainDialog(const MainServices& services)
         },
         Qt::QueuedConnection);
   });
-  // Wide enough for the boards' names and for all tabs of the family with the most.
+  // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
-  splitter->setSizes({character * 58, character * 148});
-  resize(character * 210, fontMetrics().lineSpacing() * 44);
+  splitter->setSizes({character * 66, character * 148});
+  resize(character * 218, fontMetrics().lineSpacing() * 44);
 }
 
 void CMainDialog::CreateMenu() {
@@ -123,6 +123,7 @@ void CMainDialog::CreatePageSets() {
   add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, JoystickFamily::kSmall));
   add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
   home_ = new CHomePage;
+  home_->setObjectName(QStringLiteral("home"));
   connect(home_, &CHomePage::RefreshRequested, this, &CMainDialog::Redetect);
   pages_->addWidget(home_);
   nothing_ = new QWidget;

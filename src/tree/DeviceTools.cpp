@@ -11,23 +11,23 @@ constexpr unsigned kDeviceBoards = Place(TreeItemKind::kDeviceBoard);
 constexpr unsigned kPorts = Place(TreeItemKind::kPort);
 
 constexpr DeviceToolEntry kEntries[] = {
-    {DeviceTool::kRefresh, "Refresh device list", "refresh",
-     "Closes all boards and looks for them again.", kEveryPlace, ""},
-    {DeviceTool::kRestartFlash, "Restart in Flash Mode", "restart-flash",
-     "Restarts the board into its firmware loader.", kDeviceBoards | kPorts,
+    {DeviceTool::kRefresh, kEveryPlace, "Refresh device list", "refresh",
+     "Closes all boards and looks for them again.", ""},
+    {DeviceTool::kRestartFlash, kDeviceBoards | kPorts, "Restart in Flash Mode", "restart-flash",
+     "Restarts the board into its firmware loader.",
      "Only for a board in Device Mode and for a port."},
-    {DeviceTool::kRestartDevice, "Restart in Device Mode", "restart-device",
-     "Restarts the board into its firmware.", kFlashBoards, "Only for a board in Flash Mode."},
-    {DeviceTool::kLoadDefaults, "Load default settings", "load-defaults",
+    {DeviceTool::kRestartDevice, kFlashBoards, "Restart in Device Mode", "restart-device",
+     "Restarts the board into its firmware.", "Only for a board in Flash Mode."},
+    {DeviceTool::kLoadDefaults, kDeviceBoards | kPorts, "Load default settings", "load-defaults",
      "Replaces the settings in the board by its defaults, after a confirmation.",
-     kDeviceBoards | kPorts, "Only for a board in Device Mode and for a port."},
-    {DeviceTool::kCheckUpdate, "Check for firmware update", "check-update",
-     "Looks for a newer firmware for the board.", kFlashBoards | kDeviceBoards | kPorts,
+     "Only for a board in Device Mode and for a port."},
+    {DeviceTool::kCheckUpdate, kFlashBoards | kDeviceBoards | kPorts, "Check for firmware update",
+     "check-update", "Looks for a newer firmware for the board.",
      "Only for a board and for a port."},
-    {DeviceTool::kExpandAll, "Expand all", "expand", "Shows all items of the tree.", kEveryPlace,
+    {DeviceTool::kExpandAll, kEveryPlace, "Expand all", "expand", "Shows all items of the tree.",
      ""},
-    {DeviceTool::kCollapseAll, "Collapse all", "collapse", "Hides all items but the two modes.",
-     kEveryPlace, ""},
+    {DeviceTool::kCollapseAll, kEveryPlace, "Collapse all", "collapse",
+     "Hides all items but the two modes.", ""},
 };
 
 }  // namespace

@@ -22,10 +22,10 @@ enum class DeviceTool : int {
 // One entry: how it reads, and at which items of the tree it is enabled.
 struct DeviceToolEntry {
   DeviceTool tool;
+  unsigned places;  // a set of item kinds, bit by bit; kEveryPlace: anywhere
   const char* text;
   const char* icon;
   const char* purpose;    // what it does to the board
-  unsigned places;        // a set of item kinds, bit by bit; kEveryPlace: anywhere
   const char* elsewhere;  // why it is disabled at any other item
 };
 

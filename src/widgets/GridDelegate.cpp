@@ -16,7 +16,7 @@ namespace {
 constexpr int kMargin = 6;
 constexpr int kImage = 16;
 constexpr int kArrowRoom = 16;
-constexpr int kMark = 6;
+constexpr int kMark = 8;
 
 void PaintArrow(QPainter* painter, const QRect& rect, const QColor& colour) {
   const QPointF tip(rect.right() - kArrowRoom / 2.0, rect.center().y() + 2.5);

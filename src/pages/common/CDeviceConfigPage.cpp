@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/common/CDeviceConfigPage.h"
 
+#include <QApplication>
 #include <QBoxLayout>
 #include <QGroupBox>
 #include <QLabel>
@@ -49,6 +50,14 @@ class CReportText : public QPlainTextEdit {
   }
 };
 
+// The buttons of both groups stand in columns of one width.
+QBoxLayout* AddButtonColumn(QBoxLayout* layout) {
+  auto* const column = new QVBoxLayout;
+  column->addStrut(QFontMetrics(QApplication::font()).averageCharWidth() * 24);
+  layout->addLayout(column);
+  return column;
+}
+
 QPushButton* AddButton(QBoxLayout* layout, const QString& text, const QString& tip) {
   auto* const button = new QPushButton(text);
   button->setToolTip(tip);
@@ -83,8 +92,7 @@ QWidget* CDeviceConfigPage::BuildReportGroup() {
   auto* const layout = new QHBoxLayout(group);
   report_ = new CReportText(tr("Report on the board"));
   layout->addWidget(report_, 1);
-  auto* const column = new QVBoxLayout;
-  layout->addLayout(column);
+  auto* const column = AddButtonColumn(layout);
   refresh_ = AddButton(column, tr("Refresh"), tr("Closes all boards and looks for them again."));
   connect(refresh_, &QPushButton::clicked, this, &CDeviceConfigPage::RefreshRequested);
   flash_ = AddButton(column, tr("Flash"), tr("Restarts the board in its firmware loader."));
@@ -127,8 +135,7 @@ QWidget* CDeviceConfigPage::BuildFlashGroup() {
   progress_->setAccessibleName(tr("Progress of the flash update"));
   progress_->setValue(0);
   left->addWidget(progress_);
-  auto* const column = new QVBoxLayout;
-  layout->addLayout(column);
+  auto* const column = AddButtonColumn(layout);
   program_ = AddButton(column, tr("Program"), tr("Writes the loaded file into the board."));
   execute_ = AddButton(column, tr("Execute"), tr("Restarts the board with its new firmware."));
   column->addStretch(1);

@@ -81,6 +81,9 @@ class CSettingsPage : public QWidget {
     return SendCurrent(packet);
   }
 
+  // Lights the Error lamp, blinking, or darkens it. The frame does so for the three routines.
+  void ShowError(bool error);
+
   // A routine that reads a block in another way calls this for each that it took over.
   void NoteAccepted() { ++accepted_blocks_; }
 
@@ -94,7 +97,6 @@ class CSettingsPage : public QWidget {
 
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
-  void ShowError(bool error);
   void AddButtonRow(QBoxLayout* layout);
 
   PageContext context_;

@@ -5,6 +5,7 @@
 
 #include "pages/common/ChannelGrid.h"
 #include "pages/common/EditMarks.h"
+#include "pages/joystick/AxisNames.h"
 
 namespace quillon {
 namespace {
@@ -50,7 +51,7 @@ std::vector<GridColumn> ChannelColumns(Field on, Field invert) {
        .tip = QStringLiteral("Reverses the direction of the axis. Default: off."),
        .kind = CellKind::CheckBox,
        .field = invert}};
-  const QStringList axes{"X", "Y", "Z", "Rx", "Ry", "Rz", "S1", "S2"};
+  const QStringList axes = AxisNames();
   for (int axis = 0; axis < axes.size(); ++axis) {
     columns.push_back(
         {.column = kFirstAxis + axis,

@@ -2,6 +2,8 @@
 #include "pages/joystick/CJoystickPageSet.h"
 
 #include "pages/joystick/CAnalogChannelsPage.h"
+#include "pages/joystick/CAxisTweakPage.h"
+#include "pages/joystick/CExpansionPortPage.h"
 
 namespace quillon {
 namespace {
@@ -29,10 +31,17 @@ CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, Q
   } else if (family == JoystickFamily::kSmall) {
     AddPage("tab-analog", tr("Analog Channels"));
   }
-  if (!scan_matrix) AddPage("tab-axis", tr("Axis Tweaking"));
+  if (!scan_matrix) {
+    AddPage("tab-axis", tr("Axis Tweaking"), [context] { return new CAxisTweakPage(context); });
+  }
   AddPage("tab-digital", tr("Digital Channels"));
   if (!scan_matrix) AddPage("tab-hat", tr("HAT Channels"));
-  if (family != JoystickFamily::kSmall) AddPage("tab-expansion", tr("Expansion Port"));
+  if (family != JoystickFamily::kSmall) {
+    const auto modules =
+        scan_matrix ? ExpansionModules::kOfScanMatrix : ExpansionModules::kOfFullController;
+    AddPage("tab-expansion", tr("Expansion Port"),
+            [=] { return new CExpansionPortPage(context, modules); });
+  }
 }
 
 }  // namespace quillon

@@ -10,17 +10,6 @@
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
-namespace {
-
-template <typename Control>
-Control& Named(const QWidget& page, const QString& name) {
-  for (auto* const control : page.findChildren<Control*>()) {
-    if (control->accessibleName() == name) return *control;
-  }
-  throw std::runtime_error("The page has no control " + name.toStdString());
-}
-
-}  // namespace
 
 PageBench::PageBench(HidLibrary& library, std::uint16_t product_id, std::uint16_t version)
     : link(library) {

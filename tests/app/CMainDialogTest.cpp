@@ -1,0 +1,364 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QCloseEvent>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPlainTextEdit>
+
+#include "app/CMainDialog.h"
+#include "app/MainBench.h"
+#include "pages/common/CPageSet.h"
+#include "pages/common/CSettingsPage.h"
+#include "testing/link/FaultyLibrary.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "tree/CDeviceTreeCtrl.h"
+
+namespace quillon::testing {
+namespace {
+
+using Icon = UserPrompts::Icon;
+
+constexpr const char* kNewText =
+    "Incompatible device version detected!\r\n\r\nYou must update the Quillon utility in order\r\n"
+    "to configure this device! Visit www.quillon-devices.example\r\nfor software updates.";
+constexpr const char* kItemQuestion =
+    "Are you sure you want to load the\r\ndefault settings for this item?";
+
+// One board of each kind that the window treats differently.
+sim::Rig SmallRig(const std::string& boards) {
+  return std::get<sim::Rig>(sim::ParseRig(R"({"boards": [)" + boards + "]}"));
+}
+
+constexpr const char* kJoystick = R"({"id": "j", "product": "0x0910", "firmware": "2.82"})";
+
+struct SimMain {
+  explicit SimMain(const std::string& boards)
+      : bus(SmallRig(boards), {.latency = {}}), sim(bus), library(sim), bench(library) {}
+
+  sim::Bus bus;
+  SimLibrary sim;
+  FaultyLibrary library;
+  MainBench bench;
+};
+
+QString ReportOf(const CMainDialog& window) {
+  return window.ShownPageSet()->findChild<QPlainTextEdit*>()->toPlainText();
+}
+
+QStringList EnabledTabs(const CPageSet& set) {
+  QStringList titles;
+  for (int i = 0; i < set.count(); ++i) {
+    if (set.isTabEnabled(i)) titles << set.tabText(i);
+  }
+  return titles;
+}
+
+// Selects the board with this text in its label, as a click does.
+void SelectBoard(CMainDialog& window, const QString& label) {
+  auto& tree = window.Tree();
+  const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, label, 1,
+                                         Qt::MatchContains | Qt::MatchRecursive);
+  ASSERT_FALSE(found.isEmpty()) << label.toStdString();
+  tree.setCurrentIndex(found.front());
+}
+
+}  // namespace
+
+TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
+  TranscriptLibrary library(R"(
+    close 0 -> 1
+    detect 2 -> 1 boards 1
+    board pid 0910 version 0282 product "Stick" maker "M" serial "001"
+    detect 1 -> 1 boards 1
+    board pid 0920 version 0100 product "Loader" maker "M" serial "002"
+    write 1 -> 0 : 00 00 00 00 06 *
+    read 1 -> 0 : 06 01 20 01 *
+    detect 3 -> 0
+  )");
+  MainBench bench(library);
+  const auto root = [&](int row) { return bench.window.Tree().model()->index(row, 0); };
+  const auto only_child = [&](int row) {
+    return bench.window.Tree().model()->index(0, 0, root(row)).data().toString();
+  };
+  bench.on_settle = [&] {
+    EXPECT_EQ(only_child(0), "Non Detected") << "the emptied tree is seen during the wait";
+    EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
+  };
+  bench.window.Initialise();
+  EXPECT_EQ(bench.settled, 1);
+  EXPECT_EQ(only_child(0), "Loader : 002");
+  EXPECT_EQ(only_child(1), "Stick : 001");
+  EXPECT_EQ(bench.link.table.Record(1).queried_version, 0x0120);
+  ASSERT_NE(bench.window.ShownPageSet(), nullptr);
+  EXPECT_THAT(ReportOf(bench.window).toStdString(), ::testing::HasSubstr("Device : Stick"));
+  EXPECT_EQ(EnabledTabs(*bench.window.ShownPageSet()).first(2),
+            QStringList({"Device Configuration", "Analog Channels"}));
+}
+
+TEST(MainDialog, SaysThatClosingFailedAndGoesOn) {
+  TranscriptLibrary library(R"(
+    close 0 -> 0
+    detect 2 -> 0
+    detect 1 -> 0
+    detect 3 -> 0
+    close 0 -> 0
+  )");
+  MainBench bench(library);
+  const auto expect_failure = [&] {
+    bench.prompts.ExpectMessage("An error occured while attempting to close device!",
+                                "Close Device Failed", Icon::kExclamation);
+  };
+  expect_failure();
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.ShownPageSet(), nullptr) << "no boards: the home page";
+  expect_failure();
+  EXPECT_TRUE(bench.window.close());
+}
+
+TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
+  const struct {
+    const char* board;
+    const char* page_set;  // its last tab; empty: none
+    const char* prompt;
+  } cases[]{
+      {R"("product": "0x0910", "firmware": "2.83")", "Expansion Port", ""},
+      {R"("product": "0x1000", "firmware": "2.82")", "Expansion Port", ""},
+      {R"("product": "0x0920", "firmware": "1.10")", "HAT Channels", ""},
+      {R"("product": "0x0710", "firmware": "1.20")", "Expansion Port", ""},
+      {R"("product": "0x0510", "firmware": "2.30")", "Digital Ports", kNewText},
+      {R"("product": "0x0520", "firmware": "1.00")", "Digital Ports", ""},
+      {R"("product": "0x0800", "firmware": "1.10")", "I/O Ports", ""},
+      {R"("product": "0x1500", "firmware": "1.10")", "SPI Configuration", ""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.board);
+    SimMain main(R"({"id": "b", )" + std::string(c.board) + "}");
+    if (*c.prompt != 0) {
+      // Once: the detection selects the board a single time.
+      main.bench.prompts.ExpectMessage(c.prompt, "Incompatible Version Detected",
+                                       Icon::kExclamation);
+    }
+    main.bench.window.Initialise();
+    const CPageSet* const set = main.bench.window.ShownPageSet();
+    ASSERT_NE(set, nullptr);
+    EXPECT_EQ(set->tabText(set->count() - 1), c.page_set);
+  }
+}
+
+TEST(MainDialog, ConfiguresOnlyTheFirmwareReleaseThatItKnows) {
+  SimMain main(std::string(kJoystick) +
+               R"(, {"id": "old", "product": "0x0910", "serial": "002", "firmware": "2.70"},
+                    {"id": "new", "product": "0x0910", "serial": "003", "firmware": "2.90"},
+                    {"id": "f", "product": "0x0910", "serial": "004", "mode": "flash",
+                     "firmware": "2.82"})");
+  main.bench.window.Initialise();
+  const CPageSet* const set = main.bench.window.ShownPageSet();
+  EXPECT_TRUE(set->isTabEnabled(1));
+  SelectBoard(main.bench.window, ": 002");
+  EXPECT_EQ(EnabledTabs(*set), QStringList("Device Configuration"));
+  EXPECT_THAT(ReportOf(main.bench.window).toStdString(),
+              ::testing::HasSubstr("WARNING: Firmware update required!"));
+  main.bench.prompts.ExpectMessage(kNewText, "Incompatible Version Detected", Icon::kExclamation);
+  SelectBoard(main.bench.window, ": 003");
+  EXPECT_EQ(EnabledTabs(*set), QStringList("Device Configuration"));
+  SelectBoard(main.bench.window, ": 004");
+  EXPECT_EQ(EnabledTabs(*set), QStringList("Device Configuration"));
+  SelectBoard(main.bench.window, ": 001");
+  EXPECT_TRUE(set->isTabEnabled(1));
+  EXPECT_EQ(set->currentIndex(), 0);
+}
+
+TEST(MainDialog, DetectsAnewForEveryEventOfOurBoardsOnceTheGateIsOpen) {
+  SimMain main(kJoystick);
+  auto& bench = main.bench;
+  bench.window.Initialise();
+  bench.settled = 0;
+  bench.notifier.Report(KVUSB_EVENT_ARRIVAL, KVUSB_DEVICE_INTERFACE, R"(\\?\HID#VID_1234)");
+  bench.notifier.Report(7, KVUSB_DEVICE_INTERFACE, R"(\\?\HID#VID_4C7E)");
+  bench.RunEvents();
+  EXPECT_EQ(bench.settled, 0);
+  bench.ReportArrival();
+  bench.ReportArrival();
+  bench.RunEvents();
+  EXPECT_EQ(bench.settled, 2);
+  {
+    const auto hold = bench.link.gate.Enter();
+    bench.ReportArrival();
+    bench.ReportArrival();
+    bench.window.Redetect();
+    bench.RunEvents();
+    EXPECT_EQ(bench.settled, 2) << "not while something is under way";
+  }
+  bench.RunEvents();
+  EXPECT_EQ(bench.settled, 3) << "those held back, once";
+}
+
+TEST(MainDialog, FollowsABoardThatLeaves) {
+  SimMain main(std::string(kJoystick) + R"(, {"id": "k", "product": "0x0920", "serial": "007",
+                                             "firmware": "1.20"})");
+  main.bench.window.Initialise();
+  SelectBoard(main.bench.window, ": 007");
+  EXPECT_EQ(main.bench.link.table.Current(), 1U);
+  main.bus.Unplug("k");
+  main.bench.ReportArrival();
+  main.bench.RunEvents();
+  EXPECT_EQ(main.bench.link.table.Count(), 1U);
+  EXPECT_THAT(ReportOf(main.bench.window).toStdString(), ::testing::HasSubstr("9.10"));
+  main.bus.Unplug("j");
+  main.bench.ReportArrival();
+  main.bench.RunEvents();
+  EXPECT_EQ(main.bench.window.ShownPageSet(), nullptr);
+}
+
+TEST(MainDialog, LoadsDeviceDefaultsIntoTheBoardThatWasConfirmed) {
+  SimMain main(std::string(kJoystick) + R"(, {"id": "k", "product": "0x0910", "serial": "007",
+                                             "firmware": "2.82"})");
+  auto& bench = main.bench;
+  bench.window.Initialise();
+  SelectBoard(bench.window, ": 007");
+  const auto untouched = main.bus.Find("j")->Block("analog_a");
+  const std::vector<std::uint8_t> before(untouched.begin(), untouched.end());
+  ASSERT_FALSE(before.empty());
+
+  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", false);
+  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  bench.prompts.WhileOpen([&] {
+    // A board comes while the question is open; were it detected now, board 0 would be current.
+    bench.ReportArrival();
+    bench.RunEvents();
+  });
+  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+
+  const auto analog = main.bus.Find("k")->Block("analog_a");
+  EXPECT_THAT(std::vector<std::uint8_t>(analog.begin(), analog.begin() + 6),
+              ::testing::ElementsAre(0x51, 0x0B, 0x01, 0x51, 0x0B, 0x02));
+  const auto other = main.bus.Find("j")->Block("analog_a");
+  EXPECT_EQ(std::vector<std::uint8_t>(other.begin(), other.end()), before);
+  EXPECT_EQ(bench.link.table.Current(), 1U) << "the current board stays current";
+  bench.settled = 0;
+  bench.RunEvents();
+  EXPECT_EQ(bench.settled, 1) << "now the event that waited";
+}
+
+TEST(MainDialog, ReportsFailedDeviceDefaultsOnceAndSendsEveryPage) {
+  SimMain main(kJoystick);
+  main.bench.window.Initialise();
+  main.library.FailRead({.command = 0x0D});
+  main.bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  main.bench.prompts.ExpectMessage("Load device defaults settings failed!", "Load Defaults",
+                                   Icon::kError);
+  main.bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+}
+
+TEST(MainDialog, LoadsNoDefaultsForAFamilysSecondProduct) {
+  TranscriptLibrary library(R"(
+    close 0 -> 1
+    detect 2 -> 1 boards 1
+    board pid 1000 version 0282 product "Stick" maker "M" serial "001"
+    detect 1 -> 0
+    detect 3 -> 0
+  )");
+  MainBench bench(library);
+  bench.window.Initialise();
+  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+}
+
+TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
+  class Flood : public NoLibrary {
+   public:
+    std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> /*free*/,
+                           std::uint32_t type) override {
+      count = type == 1 ? 0 : 0xFFFFFFFF;
+      return 1;
+    }
+  } library;
+  MainBench bench(library);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.link.table.Count(), DeviceTable::kRoom);
+  bool said = false;
+  for (const auto* const label : bench.window.centralWidget()->findChildren<QLabel*>()) {
+    said = said || label->text() ==
+                       "The HID library reports 8589934590 boards, but Quillon lists 1024 at "
+                       "most. The others are not shown.";
+  }
+  EXPECT_TRUE(said);
+}
+
+TEST(MainDialog, ShowsNothingForProductsWithoutPagesAndHomeForUnknownOnes) {
+  for (const auto& [product, home] : {std::pair{"1600", false}, {"4242", true}}) {
+    TranscriptLibrary library(std::string(R"(
+      close 0 -> 1
+      detect 2 -> 1 boards 1
+      board pid )") + product +
+                              R"( version 0100 product "P" maker "M" serial "001"
+      detect 1 -> 0
+      detect 3 -> 0)");
+    MainBench bench(library);
+    bench.window.Initialise();
+    EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
+    const auto* const shown =
+        bench.window.centralWidget()->findChild<QTabWidget*>("home", Qt::FindChildrenRecursively);
+    ASSERT_NE(shown, nullptr);
+    EXPECT_EQ(shown->isVisibleTo(&bench.window), home) << product;
+  }
+}
+
+TEST(MainDialog, ReadsTheOptionsUnlessTheRegistrationFailed) {
+  for (const bool registers : {true, false}) {
+    NoLibrary library;
+    MainBench bench(library);
+    bench.notifier.registers = registers;
+    bench.window.Initialise();
+    EXPECT_TRUE(bench.notifier.IsStarted());
+    bench.window.Initialise();
+    EXPECT_EQ(bench.settled, 1) << "started once";
+  }
+}
+
+TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
+  NoLibrary library;
+  MainBench bench(library);
+  {
+    const auto hold = bench.link.gate.Enter();
+    EXPECT_FALSE(bench.window.close());
+  }
+  EXPECT_TRUE(bench.window.close());
+}
+
+TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
+  NoLibrary library;
+  MainBench bench(library);
+  QStringList lines;
+  QAction* check = nullptr;
+  for (const QAction* const menu : bench.window.menuBar()->actions()) {
+    lines << menu->text();
+    for (QAction* const entry : menu->menu()->actions()) {
+      if (entry->isSeparator()) {
+        lines << "-";
+        continue;
+      }
+      lines << QString("%1 %2%3")
+                   .arg(entry->data().toInt())
+                   .arg(entry->text(), entry->isEnabled() ? "" : " *");
+      EXPECT_TRUE(entry->isEnabled() || entry->toolTip() != entry->iconText());
+      if (entry->data() == 32796) check = entry;
+    }
+  }
+  EXPECT_EQ(lines.join("\n"),
+            "&File\n61452 &Load... *\n57603 &Save *\n32782 S&ave as... *\n-\n57665 &Exit\n"
+            "&Tools\n32778 &Software version check *\n32779 &Firmware version check *\n"
+            "Options\n32796 Check for updates on startup\n"
+            "&Help\n57667 &Help Topics *\n-\n100 &About...");
+  ASSERT_NE(check, nullptr);
+  EXPECT_TRUE(check->isChecked());
+  check->trigger();
+  EXPECT_EQ(Profile().AutoUpdate(), 0) << "written at once";
+  check->trigger();
+  EXPECT_EQ(Profile().AutoUpdate(), 1);
+}
+
+}  // namespace quillon::testing

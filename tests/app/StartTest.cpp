@@ -1,0 +1,137 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QFile>
+#include <fstream>
+
+#include "app/LibraryNotifier.h"
+#include "app/OpenedLibrary.h"
+#include "app/Profile.h"
+#include "app/SingleInstance.h"
+#include "kvusb/sim/Bus.h"
+#include "kvusb/trace/TraceText.h"
+#include "testing/OwnFolders.h"
+#include "testing/link/SimLibrary.h"
+
+namespace quillon::testing {
+namespace {
+
+QString Own(const char* name) {
+  return QString::fromStdString((OwnFolders::Root() / name).string());
+}
+
+void WriteFile(const QString& path, const QByteArray& content) {
+  QFile file(path);
+  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+  file.write(content);
+}
+
+}  // namespace
+
+TEST(SingleInstance, IsTakenWhileAnotherOneLivesEvenIfItCrashed) {
+  {
+    const SingleInstance first;
+    EXPECT_FALSE(first.IsTaken());
+    EXPECT_TRUE(SingleInstance().IsTaken());
+  }
+  EXPECT_FALSE(SingleInstance().IsTaken());
+
+  const pid_t child = fork();
+  if (child == 0) {
+    const SingleInstance held;
+    kill(getpid(), SIGKILL);
+  }
+  int status = 0;
+  ASSERT_EQ(waitpid(child, &status, 0), child);
+  ASSERT_TRUE(WIFSIGNALED(status));
+  EXPECT_FALSE(SingleInstance().IsTaken());
+}
+
+TEST(SingleInstance, StartsAllTheSameWhereNoMarkCanBeSet) {
+  qputenv("XDG_RUNTIME_DIR", "/nowhere/at/all");
+  EXPECT_FALSE(SingleInstance().IsTaken());
+}
+
+TEST(Profile, FallsBackToDefaultsForBrokenValuesAndFiles) {
+  const QString folder = qEnvironmentVariable("XDG_CONFIG_HOME") + "/Quillon";
+  QDir().mkpath(folder);
+  const struct {
+    const char* content;
+    int auto_connect, auto_update;
+  } cases[]{{"[Options]\nAuto%20Connect=0\nAuto%20Update=3\n", 0, 3},
+            {"[Options]\nAuto%20Update=yes\n", 1, 1},
+            {"[Options\n\xff\xfe broken = = @Variant(\n\\", 1, 1},
+            {"", 1, 1}};
+  for (const auto& c : cases) {
+    WriteFile(folder + "/Quillon.conf", c.content);
+    Profile profile;
+    EXPECT_EQ(profile.AutoConnect(), c.auto_connect) << c.content;
+    EXPECT_EQ(profile.AutoUpdate(), c.auto_update) << c.content;
+  }
+}
+
+TEST(OpenedLibrary, TellsWhyThereIsNoLibrary) {
+  WriteFile(Own("text.so"), "no library");
+  for (const char* name : {"text.so", "missing.so"}) {
+    qputenv("QUILLON_KVUSB", Own(name).toUtf8());
+    OpenedLibrary opened(Own("."));
+    EXPECT_THAT(
+        opened.Problem().toStdString(),
+        ::testing::AllOf(::testing::StartsWith("The HID library "), ::testing::HasSubstr(name)));
+    EXPECT_EQ(opened.Library().DescribeProblem(nullptr), opened.Problem().toStdString());
+    std::uint32_t count = 0;
+    DeviceRecord record{};
+    EXPECT_EQ(opened.Library().DetectHID(count, {&record, 1}, 2), 0);
+  }
+}
+
+TEST(OpenedLibrary, TracesTheSimulatedBoards) {
+  qputenv("QUILLON_KVUSB", SIM_LIBRARY);
+  qputenv("QUILLON_SIM_LATENCY_US", "0");
+  qputenv("QUILLON_TRACE", Own("trace.txt").toUtf8());
+  {
+    OpenedLibrary opened(Own("."));
+    ASSERT_EQ(opened.Problem(), "");
+    std::vector<DeviceRecord> records(64);
+    std::uint32_t count = 0;
+    EXPECT_NE(opened.Library().DetectHID(count, records, 2), 0);
+  }
+  std::ifstream file(Own("trace.txt").toStdString());
+  const std::string text(std::istreambuf_iterator<char>(file), {});
+  const auto entries = ParseTrace(text);
+  ASSERT_TRUE(std::holds_alternative<std::vector<TraceEntry>>(entries)) << text;
+  EXPECT_THAT(text, ::testing::HasSubstr("board pid 0910"));
+
+  qputenv("QUILLON_TRACE", Own("no/such/folder").toUtf8());
+  EXPECT_THAT(OpenedLibrary(Own(".")).Problem().toStdString(),
+              ::testing::HasSubstr("cannot be written"));
+}
+
+TEST(LibraryNotifier, HandsEventsOnFromTheQueue) {
+  sim::Bus bus(sim::DefaultRig(), {.latency = {}});
+  SimLibrary library(bus);
+  std::vector<std::string> events;
+  {
+    LibraryNotifier notifier(library);
+    ASSERT_TRUE(notifier.Start([&](std::uint32_t event, std::uint32_t, std::string_view path) {
+      EXPECT_TRUE(IsBoardChange(event, KVUSB_DEVICE_INTERFACE, path));
+      events.push_back(event == KVUSB_EVENT_ARRIVAL ? "arrival" : "removal");
+    }));
+    bus.Unplug("joystick-1");
+    bus.Plug("joystick-1");
+    EXPECT_TRUE(events.empty()) << "never inside the library's call";
+    QCoreApplication::processEvents();
+    EXPECT_THAT(events, ::testing::ElementsAre("removal", "arrival"));
+    bus.Unplug("joystick-1");
+  }
+  QCoreApplication::processEvents();
+  bus.Plug("joystick-1");
+  EXPECT_EQ(events.size(), 2U) << "silent once it is gone";
+}
+
+}  // namespace quillon::testing

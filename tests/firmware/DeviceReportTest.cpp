@@ -1,0 +1,122 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <cstring>
+#include <set>
+
+#include "firmware/DeviceReport.h"
+#include "firmware/RequiredVersions.h"
+#include "firmware/VersionWord.h"
+
+namespace quillon {
+namespace {
+
+DeviceRecord Board(std::uint16_t product_id, std::uint16_t version, std::uint16_t queried = 0,
+                   std::uint8_t firmware_present = 1) {
+  DeviceRecord record{};
+  record.product_id = product_id;
+  record.version = version;
+  record.queried_version = queried;
+  record.firmware_present = firmware_present;
+  std::strcpy(record.product_text, "Box");
+  std::strcpy(record.manufacturer, "Maker");
+  std::strcpy(record.serial_number, "042");
+  return record;
+}
+
+TEST(DeviceReport, SpellsOutBothModesAndTheEmptyForm) {
+  EXPECT_EQ(ReportOnDevice(Board(0x0910, 0x0282, 0x0999), 2, 2).text,
+            "Device : Box\r\n\r\n  Manufacturer : Maker\r\n  Product ID : 9.10\r\n"
+            "  Flash Version : 2.82\r\n  Device Serial Num. : 042\r\n");
+  EXPECT_EQ(ReportOnDevice(Board(0x1010, 0x0100, 0x1234), 1, 2).text,
+            "Device : Box\r\n\r\n  Manufacturer : Maker\r\n  Product ID : 10.10\r\n"
+            "  Loader Version : 1.00\r\n  Flash Version : 12.34\r\n"
+            "  Device Serial Num. : 042\r\n");
+  EXPECT_EQ(EmptyDeviceReport(),
+            "No devices detected. \r\n\r\n  Manufacturer : \r\n  Product ID : \r\n"
+            "  Device Version Num.: \r\n  Device Serial Num. : \r\n");
+}
+
+TEST(DeviceReport, JudgesTheFirmwareByItsRelease) {
+  constexpr const char* kWarning = "\r\n  WARNING: Firmware update required!\r\n";
+  const struct {
+    const char* name;
+    DeviceRecord record;
+    std::uint32_t type, device_mode;
+    FirmwareFit fit;
+    bool flash_mode, pages, warns;
+  } cases[]{
+      {"required", Board(0x0910, 0x0282), 2, 2, FirmwareFit::kMatches, false, true, false},
+      {"last digit differs", Board(0x0910, 0x0289), 2, 2, FirmwareFit::kMatches, false, true,
+       false},
+      {"older", Board(0x0910, 0x027F), 2, 2, FirmwareFit::kTooOld, false, false, true},
+      {"newer", Board(0x0910, 0x0290), 2, 2, FirmwareFit::kTooNew, false, false, false},
+      {"no valid firmware, in Device Mode", Board(0x0910, 0x0282, 0, 0), 2, 2, FirmwareFit::kTooOld,
+       false, true, true},
+      {"newer without valid firmware", Board(0x0910, 0x0290, 0, 0), 2, 2, FirmwareFit::kTooOld,
+       false, false, true},
+      {"loader with the required one", Board(0x0910, 0x0100, 0x0282), 1, 2, FirmwareFit::kMatches,
+       true, false, false},
+      {"loader, version of the loader counts for nothing", Board(0x0910, 0x0282, 0x0100), 1, 2,
+       FirmwareFit::kTooOld, true, false, true},
+      {"loader without firmware", Board(0x0910, 0x0100, 0, 1), 1, 2, FirmwareFit::kTooOld, true,
+       false, true},
+      {"node system", Board(0x0800, 0x0110, 0x0999), 3, 3, FirmwareFit::kMatches, false, true,
+       false},
+      {"node system as type 2 is no Device Mode", Board(0x0800, 0x0110, 0x0111), 2, 3,
+       FirmwareFit::kMatches, true, false, false},
+      {"unknown product", Board(0x4242, 0x000F), 2, 2, FirmwareFit::kMatches, false, true, false},
+      {"unknown product with any release", Board(0x4242, 0x0010), 2, 2, FirmwareFit::kTooNew, false,
+       false, false},
+  };
+  for (const auto& c : cases) {
+    const DeviceReport report = ReportOnDevice(c.record, c.type, c.device_mode);
+    EXPECT_EQ(report.fit, c.fit) << c.name;
+    EXPECT_EQ(report.flash_mode_active, c.flash_mode) << c.name;
+    EXPECT_EQ(report.pages_enabled, c.pages) << c.name;
+    const auto at = report.text.size() - std::min(report.text.size(), std::strlen(kWarning));
+    EXPECT_EQ(report.text.substr(at) == kWarning, c.warns) << c.name;
+  }
+}
+
+TEST(DeviceReport, ShowsAVersionInFlashModeOnlyWhenThereIsOne) {
+  for (const auto& [queried, present] :
+       {std::pair<std::uint16_t, std::uint8_t>{0, 1}, {0x0282, 0}, {0, 0}}) {
+    EXPECT_THAT(ReportOnDevice(Board(0x0910, 0x0100, queried, present), 1, 2).text,
+                ::testing::HasSubstr("  Flash Version : N/A\r\n"));
+  }
+  EXPECT_THAT(ReportOnDevice(Board(0x0910, 0x0123, 0x0456), 7, 2).text,
+              ::testing::AllOf(::testing::HasSubstr("  Flash Version : 1.23\r\n"),
+                               ::testing::Not(::testing::HasSubstr("Loader"))))
+      << "another mode is treated as Flash Mode but is no loader";
+}
+
+TEST(DeviceReport, ShowsNoGarbageFromTheRecord) {
+  DeviceRecord record = Board(0x0910, 0x0282);
+  std::memset(record.product_text, 'A', sizeof record.product_text);
+  std::memset(record.manufacturer, 'B', sizeof record.manufacturer);
+  std::memcpy(record.serial_number, "\x01\xFFZ", 4);
+  const DeviceReport report = ReportOnDevice(record, 2, 2);
+  EXPECT_THAT(report.text, ::testing::HasSubstr("Device : " + std::string(260, 'A') + "\r\n"));
+  EXPECT_THAT(report.text, ::testing::HasSubstr("  Manufacturer : \r\n"))
+      << "a text without its end is none";
+  EXPECT_EQ(report.serial_number, "\xEF\xBF\xBDZ");
+}
+
+TEST(RequiredVersions, AreLookedUpByProduct) {
+  const std::pair<std::uint32_t, std::uint32_t> rows[]{
+      {0x0910, 0x0282}, {0x1000, 0x0282}, {0x0510, 0x0220}, {0x1100, 0x0220}, {0x0520, 0x0100},
+      {0x1110, 0x0100}, {0x0800, 0x0110}, {0x1200, 0x0110}, {0x0710, 0x0120}, {0x1300, 0x0120},
+      {0x0920, 0x0120}, {0x1010, 0x0120}, {0x1500, 0x0110}, {0x1400, 0x0110}, {0x1600, 0x0100},
+      {0x1700, 0x0100}, {0x0911, 0}};
+  for (const auto& [product, version] : rows) {
+    EXPECT_EQ(LookupRequiredVersion(product), version) << product;
+  }
+  std::set<std::uint32_t> products;
+  for (const auto& row : FirmwareRequirements()) {
+    EXPECT_TRUE(products.insert(row.product_id).second) << row.product_id;
+  }
+}
+
+}  // namespace
+}  // namespace quillon
