@@ -17,7 +17,7 @@ enum class CalibrationStatus;
 
 // "Axis Tweaking" of the joystick controllers: whether each of the eight axes is active, its trims
 // and dead zone, the axis that it is combined with, and its calibration.
-class CAxisTweakPage final : public CSettingsPage {
+class CAxisTweakPage : public CSettingsPage {
   Q_OBJECT
 
  public:
