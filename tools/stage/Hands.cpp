@@ -126,7 +126,7 @@ QString Consent(QMessageBox& box) {
   QAbstractButton* button = box.button(QMessageBox::Yes);
   if (button == nullptr) button = box.button(QMessageBox::Ok);
   if (button == nullptr) Miss(QStringLiteral("The box has neither Yes nor OK."));
-  const QString text = WithoutMnemonic(button->text());
+  QString text = WithoutMnemonic(button->text());
   QTest::mouseClick(button, Qt::LeftButton);
   return text;
 }

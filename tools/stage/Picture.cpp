@@ -36,7 +36,7 @@ std::vector<QWidget*> ShownOver(const QWidget& window) {
 
 void PaintFrame(QPainter& painter, const QWidget& dialog) {
   const QRect place = PlaceOf(dialog);
-  const QPalette palette = dialog.palette();
+  const QPalette& palette = dialog.palette();
   QRect caption = place;
   caption.setBottom(dialog.geometry().top() - 1);
   painter.fillRect(place, palette.color(QPalette::Mid));

@@ -83,7 +83,7 @@ void Tour::OpenProgram() {
                               : QStringLiteral("Start Quillon anew"));
   trace_ = folder_.absoluteFilePath(QStringLiteral("exchanges-%1.txt").arg(runs_));
   stage::UseTrace(trace_);
-  program_.emplace(stage::Settling::kAsUsual);
+  program_ = std::make_unique<stage::Program>(stage::Settling::kAsUsual);
   NoteBoards();
   Picture(QStringLiteral("window"));
   Expect(!program_->Boards().IsEmpty(), QStringLiteral("there are boards"));

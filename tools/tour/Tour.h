@@ -3,7 +3,7 @@
 
 #include <QDir>
 #include <QStringList>
-#include <optional>
+#include <memory>
 
 #include "stage/Attendant.h"
 #include "stage/Program.h"
@@ -65,7 +65,7 @@ class Tour {
   QDir folder_;
   Transcript transcript_;
   stage::Attendant attendant_;
-  std::optional<stage::Program> program_;
+  std::unique_ptr<stage::Program> program_;
   QString trace_;
   int runs_ = 0;
   int pictures_ = 0;

@@ -39,9 +39,7 @@ QValidator::State CNumberBox::validate(QString& text, int& /*position*/) const {
   return allowed ? QValidator::Acceptable : QValidator::Intermediate;
 }
 
-void CNumberBox::fixup(QString& text) const {
-  text = textFromValue(text.isEmpty() ? 0 : limit_);
-}
+void CNumberBox::fixup(QString& text) const { text = textFromValue(text.isEmpty() ? 0 : limit_); }
 
 QAbstractSpinBox::StepEnabled CNumberBox::stepEnabled() const {
   StepEnabled enabled = StepNone;

@@ -23,7 +23,7 @@ QString DefaultsQuestion() {
 }
 
 CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) {
-  auto* const lamp = new CStatusLed(name, LedStyle::Round);
+  auto* const lamp = new CStatusLed(name, LedStyle::kRound);
   lamp->SetColours(on, off);
   layout->addWidget(lamp);
   layout->addWidget(new QLabel(name));

@@ -26,7 +26,7 @@ EncoderPairs::EncoderPairs(CGridCtrl& grid, GridRows& inputs, int mode_column, i
 
 void EncoderPairs::BuildCells() {
   for (int row = 2; row < grid_.Rows(); row += 2) {
-    grid_.SetKind(row, encoder_column_, CellKind::Plain);
+    grid_.SetKind(row, encoder_column_, CellKind::kPlain);
     grid_.SetEnabledCell(row, encoder_column_, true);
   }
 }

@@ -10,8 +10,8 @@ std::optional<QString> TextOf(const GridColumn& column, std::uint32_t code) {
   for (const Choice& choice : column.choices) {
     if (choice.code == code) return choice.text;
   }
-  if (column.kind == CellKind::Number) return QString::number(code);
-  if (column.kind != CellKind::Combo) return QString();
+  if (column.kind == CellKind::kNumber) return QString::number(code);
+  if (column.kind != CellKind::kCombo) return QString();
   if (column.describe.isEmpty()) return std::nullopt;
   return column.describe.arg(static_cast<int>(code) + column.describe_offset);
 }
@@ -50,9 +50,9 @@ void GridRows::BuildCells() {
         column.largest_entry != 0 ? column.largest_entry : column.field.Largest();
     for (int row = first_row_; HasRow(row); row += step_) {
       grid_.SetEnabledCell(row, column.column, true);
-      if (column.kind == CellKind::Combo) {
+      if (column.kind == CellKind::kCombo) {
         grid_.SetCombo(row, column.column, texts);
-      } else if (column.kind == CellKind::Number) {
+      } else if (column.kind == CellKind::kNumber) {
         grid_.SetNumber(row, column.column, 0, static_cast<int>(largest));
       } else {
         grid_.SetKind(row, column.column, column.kind);

@@ -26,7 +26,7 @@ struct GridColumn {
   int column = 0;
   QString title;
   QString tip;  // what the setting does to the board, its range and default
-  CellKind kind = CellKind::Plain;
+  CellKind kind = CellKind::kPlain;
   Field field{};
   std::vector<Choice> choices{};
 

@@ -15,7 +15,7 @@ GridColumn InputOnColumn(int column, Field field) {
   return {.column = column,
           .title = QStringLiteral("ON"),
           .tip = QStringLiteral("Switches the input on. Default: on."),
-          .kind = CellKind::ImageToggle,
+          .kind = CellKind::kImageToggle,
           .field = field,
           .standard = 1};
 }
@@ -25,7 +25,7 @@ GridColumn InputMasterColumn(int column, Field field) {
           .title = QStringLiteral("Master"),
           .tip = QStringLiteral("Makes the input the board's master switch. A click leaves one "
                                 "master at most. Default: off."),
-          .kind = CellKind::CheckBox,
+          .kind = CellKind::kCheckBox,
           .field = field};
 }
 
@@ -33,7 +33,7 @@ GridColumn InputInvertColumn(int column, Field field) {
   return {.column = column,
           .title = QStringLiteral("Invert"),
           .tip = QStringLiteral("Reverses the input: open counts as pressed. Default: off."),
-          .kind = CellKind::CheckBox,
+          .kind = CellKind::kCheckBox,
           .field = field};
 }
 
@@ -44,7 +44,7 @@ GridColumn InputModeColumn(int column, const QString& title, const QStringList& 
                   .tip = QStringLiteral("What the board makes of the input: %1. A pair of inputs "
                                         "is Rotary on both or on neither. Default: Normal.")
                              .arg(modes.join(QStringLiteral(", "))),
-                  .kind = CellKind::Combo,
+                  .kind = CellKind::kCombo,
                   .field = field};
   for (const QString& text : modes) {
     mode.choices.push_back({text, static_cast<std::uint32_t>(mode.choices.size())});
@@ -56,7 +56,7 @@ GridColumn PulseWidthColumn(int column, Field field) {
   return {.column = column,
           .title = QStringLiteral("Pulse (x 10ms)"),
           .tip = QStringLiteral("How long a pulse lasts, in units of 10 ms, 0 to 255. Default: 0."),
-          .kind = CellKind::Number,
+          .kind = CellKind::kNumber,
           .field = field,
           .largest_entry = kLargestPulseEntry};
 }
@@ -67,7 +67,7 @@ GridColumn EncoderColumn(int column, const QString& title, Field field) {
           .tip = QStringLiteral("How the board decodes a rotary encoder on a pair of inputs: line "
                                 "A on the odd one, where it is chosen, line B on the even one. "
                                 "Default: None."),
-          .kind = CellKind::Combo,
+          .kind = CellKind::kCombo,
           .field = field,
           .choices = {{QStringLiteral("None"), 0},
                       {QStringLiteral("GRAY 1X - A"), 1},

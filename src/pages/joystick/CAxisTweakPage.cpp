@@ -70,7 +70,7 @@ CAxisTweakPage::CAxisTweakPage(PageContext context, QWidget* parent)
   Body()->addStretch(1);
   AddCaptions(grid);
   for (int axis = 0; axis < static_cast<int>(lines_.size()); ++axis) AddLine(grid, axis);
-  DefaultsRoutine();
+  CAxisTweakPage::DefaultsRoutine();
 }
 
 void CAxisTweakPage::AddCaptions(QGridLayout* grid) {

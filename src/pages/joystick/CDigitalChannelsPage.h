@@ -15,7 +15,7 @@ enum class ScanMatrix { kNone, kSwitchable };
 
 // "Digital Channels" of the joystick controllers: 16 inputs, single or in pairs with a rotary
 // encoder.
-class CDigitalChannelsPage : public CSettingsPage {
+class CDigitalChannelsPage final : public CSettingsPage {
   Q_OBJECT
 
  public:

@@ -37,7 +37,7 @@ CExpansionPortPage::CExpansionPortPage(PageContext context, ExpansionModules mod
 void CExpansionPortPage::BuildPort(const QStringList& modules) {
   auto* const port = new QHBoxLayout;
   Body()->addLayout(port);
-  lamp_ = new CStatusLed(tr("Expansion port"), LedStyle::Round);
+  lamp_ = new CStatusLed(tr("Expansion port"), LedStyle::kRound);
   lamp_->SetColours(qRgb(0, 255, 0), qRgb(150, 150, 150));
   port->addWidget(lamp_);
   active_ = new QCheckBox(QStringLiteral("Activate Expansion Port."));

@@ -17,7 +17,7 @@ enum class ExpansionModules { kOfFullController, kOfScanMatrix };
 
 // "Expansion Port" of the joystick-style controllers: whether the port is on, and which module is
 // plugged into it.
-class CExpansionPortPage : public CSettingsPage {
+class CExpansionPortPage final : public CSettingsPage {
   Q_OBJECT
 
  public:

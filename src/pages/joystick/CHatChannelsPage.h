@@ -15,7 +15,7 @@ namespace quillon {
 enum class HatUse { kWithOutputs, kInputsOnly };
 
 // "HAT Channels" of the joystick controllers.
-class CHatChannelsPage : public CSettingsPage {
+class CHatChannelsPage final : public CSettingsPage {
   Q_OBJECT
 
  public:

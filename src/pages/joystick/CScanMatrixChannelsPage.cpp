@@ -33,7 +33,7 @@ GridColumn ButtonColumn(int column, const QString& title, Field field, const QSt
           .tip = QStringLiteral("The button that the board keeps for %1 of the pair's encoder, 1 "
                                 "to 64 or none. Default: None.")
                      .arg(what),
-          .kind = CellKind::Combo,
+          .kind = CellKind::kCombo,
           .field = field,
           .choices = std::move(buttons),
           .maximum = kLastButton};
@@ -50,7 +50,7 @@ std::vector<GridColumn> PairColumns() {
        .title = QStringLiteral("Hold"),
        .tip = QStringLiteral("Hold for the push and pull buttons of the pair's encoder. "
                              "Default: off."),
-       .kind = CellKind::CheckBox,
+       .kind = CellKind::kCheckBox,
        .field = matrix_pair::kHold},
   };
 }

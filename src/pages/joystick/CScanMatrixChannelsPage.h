@@ -10,7 +10,7 @@ namespace quillon {
 
 // "Digital Channels" of the scan matrix controller: 64 inputs, and what each pair of them does with
 // a rotary encoder or a push-pull switch.
-class CScanMatrixChannelsPage : public CSettingsPage {
+class CScanMatrixChannelsPage final : public CSettingsPage {
   Q_OBJECT
 
  public:

@@ -109,8 +109,8 @@ TEST(EncoderPairs, CarryTheDecodingChosenOnTheOddInput) {
       EXPECT_EQ(inputs.grid.Value(8, inputs.encoder), c.code);
       EXPECT_EQ(inputs.grid.Text(6, inputs.encoder), "None");
     }
-    EXPECT_EQ(inputs.grid.Kind(7, inputs.encoder), CellKind::Combo);
-    EXPECT_EQ(inputs.grid.Kind(8, inputs.encoder), CellKind::Plain) << "cannot be chosen";
+    EXPECT_EQ(inputs.grid.Kind(7, inputs.encoder), CellKind::kCombo);
+    EXPECT_EQ(inputs.grid.Kind(8, inputs.encoder), CellKind::kPlain) << "cannot be chosen";
   }
 }
 
