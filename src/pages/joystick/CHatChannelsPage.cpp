@@ -96,11 +96,13 @@ void CHatChannelsPage::BuildHats() {
   TitleRows(*hat_grid_, kHat1, hat::kHats, QStringLiteral("HAT %1"));
   hat1_row_.BuildCells();
   hat2_row_.BuildCells();
+  hat_grid_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Maximum);
   hat_grid_->SetEndEditHandler([this](int row, int column) { return OnHatEdit(row, column); });
   auto* const note =
       new QLabel(tr("When configured as \"Digital\" HAT channel inputs will be "
                     "routed to 4 standard digital inputs."));
   note->setWordWrap(true);
+  note->setAlignment(Qt::AlignLeft | Qt::AlignTop);
   Body()->addWidget(note);
 }
 
