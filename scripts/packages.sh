@@ -10,6 +10,7 @@ declare -rA kPackages=(
   [wayland]='qt6-wayland'
   [screen]='xvfb xauth'
   [lint]='clang-format-14 clang-tidy-16'
+  [fuzz]='clang-14 libclang-rt-14-dev'
   [bench]='libbenchmark-dev libxcb1-dev'
   [icons]='librsvg2-bin'
 )
@@ -21,6 +22,7 @@ declare -rA kPrograms=(
   [wayland]=''
   [screen]='xvfb-run xauth'
   [lint]='clang-format-14 clang-tidy-16'
+  [fuzz]='clang++-14'
   [bench]=''
   [icons]='rsvg-convert'
 )

@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "firmware/KvxImage.h"
+
+namespace quillon {
+
+// What an image is for and what it holds, as lines of text: device id, kind, records, bytes,
+// address ranges and the gaps between them.
+std::string DescribeKvxImage(const KvxImage& image);
+
+// Sentences on what keeps the image from being one to hand out. The window loads such a file all
+// the same; a board would refuse it, or end up with half of its firmware.
+std::vector<std::string> FaultsOf(const KvxImage& image);
+
+}  // namespace quillon

@@ -1,0 +1,48 @@
+// SPDX-License-Identifier: MIT
+#include "firmware/RestartCommand.h"
+
+#include "devlink/Exchange.h"
+#include "devlink/HidPacket.h"
+
+namespace quillon {
+namespace {
+
+std::uint8_t ToFlashMode(std::uint32_t type) {
+  return type == KVUSB_TYPE_LOADER ? kRestartSameMode : kRestartOtherMode;
+}
+
+// Whether the family's pages take a board of this type for one that runs its firmware.
+bool IsInDeviceMode(std::uint32_t type, BoardFamily family) {
+  switch (family) {
+    case BoardFamily::kNodeSystem:
+      return type != KVUSB_TYPE_LOADER;
+    case BoardFamily::kSpi:
+      return type == KVUSB_TYPE_FIRMWARE_ID;
+    default:
+      return type == KVUSB_TYPE_FIRMWARE;
+  }
+}
+
+}  // namespace
+
+std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, BoardFamily family) {
+  const bool in_device_mode = IsInDeviceMode(type, family);
+  switch (button) {
+    case RestartButton::kFlash:
+      return ToFlashMode(type);
+    case RestartButton::kDevice:
+    case RestartButton::kExecute:
+      return in_device_mode ? kRestartSameMode : kRestartOtherMode;
+    case RestartButton::kReboot:
+      return in_device_mode ? kRestartSameMode : ToFlashMode(type);
+  }
+  return kRestartSameMode;
+}
+
+void SendRestart(HidLibrary& library, DeviceRecord& board, std::uint8_t command) {
+  HidPacket packet{};
+  packet[kCommandByte] = command;
+  static_cast<void>(SendPacket(library, board, packet));
+}
+
+}  // namespace quillon

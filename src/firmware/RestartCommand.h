@@ -1,0 +1,24 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+
+#include "devlink/BoardFamily.h"
+#include "devlink/HidLibrary.h"
+
+namespace quillon {
+
+// Commands after which a board leaves the bus and comes back.
+inline constexpr std::uint8_t kRestartSameMode = 9;
+inline constexpr std::uint8_t kRestartOtherMode = 0xFF;
+
+enum class RestartButton { kFlash, kDevice, kExecute, kReboot };
+
+// The command that a button sends to a board of type `type` (its mode, see kvusb.h).
+std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, BoardFamily family);
+
+// Tells the board to restart. There is nothing to learn from the answer: a board that heard the
+// command goes, and its notifications tell how it comes back.
+void SendRestart(HidLibrary& library, DeviceRecord& board, std::uint8_t command);
+
+}  // namespace quillon

@@ -1,0 +1,175 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <sstream>
+#include <vector>
+
+#include "cli/KvxMain.h"
+#include "testing/OwnFolders.h"
+
+namespace quillon {
+namespace {
+
+using ::testing::HasSubstr;
+
+std::string PathOf(const std::string& name) {
+  return (testing::OwnFolders::Root() / name).string();
+}
+
+std::string Written(const std::string& name, const std::string& bytes) {
+  std::ofstream(PathOf(name), std::ios::binary) << bytes;
+  return PathOf(name);
+}
+
+std::string Contents(const std::string& name) {
+  std::ifstream file(PathOf(name), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
+
+// A text with zeros in it.
+template <std::size_t N>
+std::string Raw(const char (&bytes)[N]) {
+  return {bytes, N - 1};
+}
+
+struct Ran {
+  int status;
+  std::string out, err;
+};
+
+Ran Kvx(const std::vector<std::string>& arguments) {
+  std::ostringstream out, err;
+  const int status = KvxMain(arguments, out, err);
+  return {status, out.str(), err.str()};
+}
+
+const std::string kHex =
+    ":0400000002820304"
+    "71\n"
+    ":01010000AA54\n"
+    ":00000001FF\n";
+
+TEST(KvxMain, MakesAFileFromIntelHex) {
+  const Ran ran = Kvx(
+      {"make", "--device", "0910", "--from", Written("image.HEX", kHex), "-o", PathOf("made.kvx")});
+  EXPECT_EQ(ran.status, 0) << ran.err;
+  EXPECT_EQ(Contents("made.kvx"), Raw("\x10\x09"
+                                      "\x00\x04\x00\x00\x02\x82\x03\x04"
+                                      "\x00\x01\x01\x00\xAA"
+                                      "\x01"));
+  EXPECT_EQ(Kvx({"check", PathOf("made.kvx")}).status, 0);
+  EXPECT_EQ(Kvx({"info", PathOf("made.kvx")}).out,
+            "Device id   0910\n"
+            "Kind        firmware of the board\n"
+            "Records     2\n"
+            "Size        5 bytes\n"
+            "Addresses   0x0000-0x0003\n"
+            "Addresses   0x0100-0x0100\n"
+            "Gap         0x0004-0x00FF\n");
+}
+
+TEST(KvxMain, MakesFilesForTheNodeSystemFromBytes) {
+  const std::string image = Written("image.bin", std::string(57, 'x'));
+  EXPECT_EQ(
+      Kvx({"make", "--device", "0800", "--core", "--from", image, "-o", PathOf("core.kvx")}).status,
+      0);
+  EXPECT_EQ(Contents("core.kvx"),
+            Raw("\x00\x08\x00\x00\x00\x39\x00\x00") + std::string(57, 'x') + "\x01");
+  EXPECT_THAT(Kvx({"info", PathOf("core.kvx")}).out, HasSubstr("node I/O system (core)\n"));
+
+  EXPECT_EQ(Kvx({"make", "--device", "1200", "--node-version", "0130", "--from", image, "-o",
+                 PathOf("nodes.kvx")})
+                .status,
+            0);
+  EXPECT_EQ(Contents("nodes.kvx"), Raw("\x00\x12\x30\x01\x00\x38\x00\x00") + std::string(56, 'x') +
+                                       Raw("\x00\x01\x00\x38x\x01"))
+      << "no more than 56 bytes of a record reach a node";
+  EXPECT_THAT(Kvx({"info", PathOf("nodes.kvx")}).out, HasSubstr("nodes, version 1.30\n"));
+}
+
+TEST(KvxMain, ChecksSayWhatIsWrong) {
+  struct Case {
+    std::string bytes;
+    const char* problem;
+  };
+  const Case cases[] = {
+      {"", "too short"},
+      {"\x10", "too short"},
+      {Raw("\x00\x08\x00"), "too short"},
+      {Raw("\x10\x09"), "no records"},
+      {Raw("\x10\x09\x01"), "no records"},
+      {Raw("\x10\x09\x00\x3C\x00\x00"), "Record 1 has 60 data bytes"},
+      {Raw("\x10\x09\x00\x01\x00\x00\xAA\x00\x02\x00"), "cut in the middle of record 2"},
+      {Raw("\x10\x09\x08\x00\x00\x00\x01"), "Record 1 has the type 8"},
+      {Raw("\x10\x09\x00\x02\xFF\xFF\xAA\xBB\x01"), "Record 1 reaches beyond the last address"},
+      {Raw("\x10\x09\x00\x02\x01\x01\xAA\xBB\x00\x02\x01\x00\xAA\xBB\x01"),
+       "Records 2 and 1 both have the byte at 0x0101"},
+      {Raw("\x00\x08\x30\x01\x00\x39\x00\x00") + std::string(57, 'x'), "only 56 reach a node"},
+  };
+  for (const Case& c : cases) {
+    const Ran ran = Kvx({"check", Written("bad.kvx", c.bytes)});
+    EXPECT_EQ(ran.status, 1) << c.problem;
+    EXPECT_THAT(ran.err, HasSubstr(c.problem));
+    EXPECT_THAT(ran.err, HasSubstr("bad.kvx: "));
+    EXPECT_EQ(ran.out, "");
+  }
+  EXPECT_EQ(Kvx({"check", PathOf("missing.kvx")}).status, 1);
+  EXPECT_EQ(Kvx({"check", testing::OwnFolders::Root().string()}).status, 1) << "a folder";
+}
+
+TEST(KvxMain, MakesNothingOfABadImage) {
+  const auto make = [](const std::string& from, const std::string& to) {
+    return Kvx({"make", "--device", "0910", "--from", from, "-o", to});
+  };
+  const std::string to = PathOf("never.kvx");
+  EXPECT_THAT(make(Written("bad.hex", ":00000001FE\n"), to).err, HasSubstr("bad.hex: Line 1"));
+  EXPECT_THAT(make(Written("none.hex", ":00000001FF\n"), to).err, HasSubstr("holds no data"));
+  EXPECT_THAT(make(Written("big.bin", std::string(65537, 'x')), to).err, HasSubstr("65536"));
+  EXPECT_THAT(make(Written("huge.hex", std::string(5'000'000, ':')), to).err,
+              HasSubstr("too large"));
+  EXPECT_THAT(make(Written("image.elf", "x"), to).err, HasSubstr("ends neither"));
+  EXPECT_THAT(make(PathOf("missing.bin"), to).err, HasSubstr("cannot be read"));
+  EXPECT_FALSE(std::filesystem::exists(to));
+  EXPECT_EQ(make(Written("good.hex", kHex), PathOf("no/such/folder.kvx")).status, 1);
+}
+
+TEST(KvxMain, ExplainsItsCommandLine) {
+  EXPECT_EQ(Kvx({"--help"}).status, 0);
+  EXPECT_THAT(Kvx({"--help"}).out, HasSubstr("Usage: kvx"));
+  struct Case {
+    std::vector<std::string> arguments;
+    const char* problem;
+  };
+  const Case cases[] = {
+      {{}, "Usage: kvx"},
+      {{"burn", "x"}, "no command \"burn\""},
+      {{"info"}, "takes one file"},
+      {{"check", "a", "b"}, "takes one file"},
+      {{"make"}, "needs --device, --from and -o"},
+      {{"make", "--device"}, "--device needs a value"},
+      {{"make", "--fast"}, "does not know \"--fast\""},
+      {{"make", "-o", "a", "-o", "b"}, "-o is given twice"},
+      {{"make", "--device", "910", "--from", "a.bin", "-o", "b"}, "not \"910\""},
+      {{"make", "--device", "09g0", "--from", "a.bin", "-o", "b"}, "not \"09g0\""},
+      {{"make", "--device", "0800", "--from", "a.bin", "-o", "b"}, "needs --core"},
+      {{"make", "--device", "0910", "--from", "a.bin", "-o", "b", "--core"}, "only"},
+      {{"make", "--device", "0910", "--from", "a.bin", "-o", "b", "--node-version", "0130"},
+       "only"},
+      {{"make", "--device", "0800", "--from", "a", "-o", "b", "--core", "--node-version", "0130"},
+       "either"},
+      {{"make", "--device", "0800", "--from", "a", "-o", "b", "--node-version", "0000"},
+       "not all of them 0"},
+  };
+  for (const Case& c : cases) {
+    const Ran ran = Kvx(c.arguments);
+    EXPECT_EQ(ran.status, 2) << c.problem;
+    EXPECT_THAT(ran.err, HasSubstr(c.problem));
+    EXPECT_EQ(ran.out, "");
+  }
+}
+
+}  // namespace
+}  // namespace quillon

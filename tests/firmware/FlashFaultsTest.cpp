@@ -1,0 +1,132 @@
+// SPDX-License-Identifier: MIT
+#include <functional>
+#include <optional>
+
+#include "firmware/FlashBench.h"
+
+// Every exchange of a run goes wrong in turn, in every way in which it can.
+namespace quillon {
+namespace {
+
+// Exchange 1 is the erase, the last one the finish.
+constexpr int kErase = 1, kFinish = FlashBench::kRecords + 2;
+
+// A way to go wrong, and what the program sees of it.
+struct Way {
+  std::string name;
+  std::function<void(FlashBench&, int exchange)> provoke;
+  std::optional<int> status;  // in byte 0 of an answer that came; none came without it
+  bool board_works = true;    // the board does what it was told
+};
+
+std::string ErrorText(int status) {
+  switch (status) {
+    case 2:
+      return "\r\nError Code: CMD_FAIL!\r\n";
+    case 4:
+      return "\r\nError Code: FLASH_FAIL!\r\n";
+    case 5:
+      return "\r\nError Code: CONFIG_FAIL!\r\n";
+    case 6:
+      return "\r\nError Code: EEPROM_FAIL!\r\n";
+    default:
+      return "";
+  }
+}
+
+// The log of a run whose `exchange` goes wrong.
+std::string ExpectedLog(const Way& way, int exchange) {
+  if (exchange == kFinish) return kBegun + kComplete;
+  if (exchange == kErase) {
+    if (!way.status || way.status == 2) return kErasing + "Erase failed!\r\n" + kFailure;
+    // Without an erase the board takes no record.
+    if (!way.board_works) return kBegun + ErrorText(2) + kFailure;
+    return kBegun + kComplete;
+  }
+  if (!way.status) return kBegun + kFailure;
+  const std::string error = ErrorText(*way.status);
+  return kBegun + (error.empty() ? kComplete : error + kFailure);
+}
+
+// Where exactly a failed run stands: how many records got a turn of the event queue.
+int ExpectedPumps(const std::string& log, int exchange) {
+  if (log.ends_with(kComplete)) return FlashBench::kRecords;
+  return exchange == kErase ? 0 : exchange - 2;
+}
+
+std::vector<Way> FaultsOfTheLibrary() {
+  std::vector<Way> ways = {
+      {"write fails", [](FlashBench& b, int n) { b.faulty.FailWrite({.nth = n}); }, {}, false},
+      {"read fails", [](FlashBench& b, int n) { b.faulty.FailRead({.nth = n}, 1); }, {}},
+      {"read times out", [](FlashBench& b, int n) { b.faulty.FailRead({.nth = n}, 4); }, {}},
+      {"empty answer", [](FlashBench& b, int n) { b.faulty.AnswerShort({.nth = n}, 0); }, 0},
+  };
+  for (const int status : {2, 3, 4, 5, 6}) {
+    ways.push_back({"status " + std::to_string(status),
+                    [status](FlashBench& b, int n) {
+                      b.faulty.AnswerWithEcho({.nth = n}, static_cast<std::uint8_t>(status));
+                    },
+                    status});
+  }
+  return ways;
+}
+
+Way FaultOfTheBoard(const std::string& name, sim::FaultKind kind, std::optional<int> status,
+                    bool board_works) {
+  return {"board: " + name,
+          [kind, status](FlashBench& b, int n) {
+            b.board.bus.ProvokeFault("b", {.kind = kind,
+                                           .nth = static_cast<unsigned>(n),
+                                           .value = static_cast<std::uint8_t>(status.value_or(0))});
+          },
+          status, board_works};
+}
+
+std::vector<Way> FaultsOfTheBoard() {
+  using sim::FaultKind;
+  std::vector<Way> ways = {
+      FaultOfTheBoard("write fails", FaultKind::kWriteFails, {}, false),
+      FaultOfTheBoard("read fails", FaultKind::kReadFails, {}, true),
+      FaultOfTheBoard("stall", FaultKind::kStall, {}, true),
+      FaultOfTheBoard("empty answer", FaultKind::kShortAnswer, 0, true),
+      FaultOfTheBoard("vanishes", FaultKind::kVanish, {}, false),
+  };
+  for (const int status : {2, 3, 4, 5, 6}) {
+    const std::string name = "status " + std::to_string(status);
+    ways.push_back(FaultOfTheBoard(name, FaultKind::kStatus, status, false));
+    ways.push_back(FaultOfTheBoard(name + " all the same", FaultKind::kWrongEcho, status, true));
+  }
+  return ways;
+}
+
+void ExpectEveryExchangeSurvives(const std::vector<Way>& ways) {
+  int faults = 0;
+  for (const Way& way : ways) {
+    for (int exchange = kErase; exchange <= kFinish; ++exchange) {
+      SCOPED_TRACE(way.name + ", exchange " + std::to_string(exchange));
+      FlashBench bench;
+      way.provoke(bench, exchange);
+      FlashLog log;
+      const FlashResult result = bench.Run(log);
+      const std::string expected = ExpectedLog(way, exchange);
+      EXPECT_EQ(log.log, expected);
+      EXPECT_EQ(result,
+                expected.ends_with(kComplete) ? FlashResult::kCompleted : FlashResult::kFailed);
+      EXPECT_EQ(log.pumped, ExpectedPumps(expected, exchange));
+      bench.ExpectProgrammable();
+      ++faults;
+    }
+  }
+  ::testing::Test::RecordProperty("faults", faults);
+}
+
+TEST(FlashFaults, OfTheLibraryAtEveryExchangeLeaveTheBoardProgrammable) {
+  ExpectEveryExchangeSurvives(FaultsOfTheLibrary());
+}
+
+TEST(FlashFaults, OfTheBoardAtEveryExchangeLeaveItProgrammable) {
+  ExpectEveryExchangeSurvives(FaultsOfTheBoard());
+}
+
+}  // namespace
+}  // namespace quillon

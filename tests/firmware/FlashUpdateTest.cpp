@@ -1,0 +1,89 @@
+// SPDX-License-Identifier: MIT
+#include "firmware/FlashBench.h"
+#include "firmware/FlashUpdate.h"
+#include "testing/link/TranscriptLibrary.h"
+
+namespace quillon {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+using testing::TranscriptLibrary;
+
+// The answers carry bytes of their own, so that it shows which of them stay in the packet.
+TEST(FlashUpdate, SendsEraseRecordsAndFinishInOnePacket) {
+  TranscriptLibrary library(R"(
+    write 0 -> 0 : 00 00 00 00 08 *
+    read 0 -> 0 : 08 e1 e2 e3 e4 e5 e6 e7 e8 e9 *
+    write 0 -> 0 : 00 03 00 01 00 00 aa bb cc *
+    read 0 -> 0 : 00 a1 a2 a3 a4 a5 a6 *
+    write 0 -> 0 : 00 3b 3b 20 42 00 01 02 03 04 05 06 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d 1e 1f 20 21 22 23 24 25 26 27 28 29 2a 2b 2c 2d 2e 2f 30 31 32 33 34 35 36 37 38 39 3a 3b
+    read 0 -> 0 : 42 b1 b2 b3 b4 b5 b6 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d 1e 1f 20 21 22 23 24 25 26 27 28 29 2a 2b 2c 2d 2e 2f 30 31 32 33 34 35 36 37 38 39 3a 3b 3c 3d 3e 3f 3b
+    write 0 -> 0 : 00 b1 b2 b3 01 b5 b6 07 08 09 0a 0b 0c 0d 0e 0f 10 11 12 13 14 15 16 17 18 19 1a 1b 1c 1d 1e 1f 20 21 22 23 24 25 26 27 28 29 2a 2b 2c 2d 2e 2f 30 31 32 33 34 35 36 37 38 39 3a 3b 3c 3d 3e 3f 3b
+    read 0 -> 0 : 05 *)");
+  KvxImage image;
+  image.device_id = 0x0910;
+  image.records.push_back(RecordAt(0x0100, {0xAA, 0xBB, 0xCC}));
+  std::vector<std::uint8_t> full;
+  for (std::uint8_t i = 1; i <= 59; ++i) full.push_back(i);
+  image.records.push_back(RecordAt(0x203B, full, 0x42));
+
+  DeviceRecord board{};
+  board.product_id = 0x0910;
+  FlashLog log;
+  EXPECT_EQ(FlashUpdate(library, board, image, log).Run(), FlashResult::kCompleted);
+  EXPECT_THAT(log.events,
+              ElementsAre("\r\n\r\nErasing Device . . . ", "Completed.\r\n",
+                          "Beginning flash update . . . ", "range 2", "progress 0", "progress 1",
+                          "pump", "progress 2", "pump", "\r\nFlash Update Complete!\r\n"));
+}
+
+TEST(FlashUpdate, AnImageWithoutRecordsErasesAndFinishes) {
+  TranscriptLibrary library(R"(
+    write 0 -> 0 : 00 00 00 00 08 *
+    read 0 -> 0 : 08 *
+    write 0 -> 0 : 00 00 00 00 01 *
+    read 0 -> 0 : 01 *)");
+  DeviceRecord board{};
+  FlashLog log;
+  EXPECT_EQ(FlashUpdate(library, board, KvxImage(), log).Run(), FlashResult::kCompleted);
+  EXPECT_EQ(log.log, kBegun + kComplete);
+  EXPECT_EQ(log.progress, 0);
+}
+
+TEST(FlashUpdate, SendsAndSaysNothingForAnotherProduct) {
+  TranscriptLibrary library("");
+  DeviceRecord board{};
+  board.product_id = 0x0920;
+  KvxImage image;
+  image.device_id = 0x0910;
+  FlashLog log;
+  EXPECT_EQ(FlashUpdate(library, board, image, log).Run(), FlashResult::kWrongDevice);
+  EXPECT_THAT(log.events, IsEmpty());
+}
+
+TEST(FlashUpdate, AnAbortTakesEffectBeforeTheNextRecord) {
+  for (int records = 0; records < FlashBench::kRecords; ++records) {
+    SCOPED_TRACE("aborted after " + std::to_string(records) + " records");
+    FlashBench bench;
+    FlashLog log(records);
+    EXPECT_EQ(bench.Run(log), FlashResult::kAborted);
+    EXPECT_EQ(log.log, kBegun + "Aborted!" + kAborted);
+    EXPECT_EQ(log.progress, 0);
+    const sim::FlashImage& flash = bench.board.TheBoard().State().flash;
+    EXPECT_EQ(flash.bytes.size(), static_cast<std::size_t>(records) * 59);
+    EXPECT_FALSE(flash.valid);
+    bench.ExpectProgrammable();
+  }
+}
+
+TEST(FlashUpdate, AnAbortDuringTheLastRecordIsTooLate) {
+  FlashBench bench;
+  FlashLog log(FlashBench::kRecords);
+  EXPECT_EQ(bench.Run(log), FlashResult::kCompleted);
+  EXPECT_EQ(log.log, kBegun + kComplete);
+  EXPECT_TRUE(bench.board.TheBoard().State().flash.valid);
+}
+
+}  // namespace
+}  // namespace quillon
