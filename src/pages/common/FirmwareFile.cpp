@@ -84,9 +84,12 @@ QString DescribeLoaded(const KvxImage& image) {
   const auto bytes =
       std::accumulate(image.records.begin(), image.records.end(), std::size_t{0},
                       [](std::size_t sum, const KvxRecord& record) { return sum + record.length; });
-  const QLocale plain = QLocale::c();
-  QString text = QStringLiteral("%1 records, %2 bytes")
-                     .arg(plain.toString(image.records.size()), plain.toString(bytes));
+  const auto counted = [](std::size_t number, const QString& noun) {
+    return QStringLiteral("%1 %2%3").arg(QLocale(QLocale::English).toString(number), noun,
+                                         QLatin1String(number == 1 ? "" : "s"));
+  };
+  QString text = counted(image.records.size(), QStringLiteral("record")) + QStringLiteral(", ") +
+                 counted(bytes, QStringLiteral("byte"));
   if (image.cut_at_end) text += QStringLiteral("; the file's end is cut off");
   return text;
 }
