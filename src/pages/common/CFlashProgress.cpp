@@ -23,6 +23,7 @@ CFlashProgress::CFlashProgress(QWidget* parent)
   layout->setContentsMargins(0, 0, 0, 0);
   layout->addWidget(bar_, 1);
   layout->addWidget(loaded_);
+  layout->addSpacing(fontMetrics().averageCharWidth());
   layout->addWidget(times_);
   bar_->setAccessibleName(tr("Progress of the flash update"));
   loaded_->setAccessibleName(tr("What is loaded"));

@@ -13,8 +13,9 @@ class FlashPace {
  public:
   using Time = std::chrono::milliseconds;
 
-  // Between two drawings; the first and the last record are always drawn.
-  static constexpr Time kInterval{50};
+  // Between two drawings, which take about a millisecond each; the first and the last record are
+  // always drawn.
+  static constexpr Time kInterval{100};
 
   void Begin(int records, Time now);
 
