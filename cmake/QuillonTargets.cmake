@@ -21,20 +21,24 @@ target_include_directories(quillon-options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(quillon-options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
 
-# Half of the time of a build goes into the same Qt headers; one precompiled set serves all targets.
-option(QUILLON_PCH "Share precompiled Qt headers" OFF)
+# Half of the time of a build goes into the same headers of Qt and of the test library. Each kind of
+# target shares one precompiled set.
+option(QUILLON_PCH "Share precompiled headers" OFF)
 
-function(quillon_precompile target)
+function(quillon_precompile target kind)
+  cmake_parse_arguments(ARG "" "" "HEADERS;LINK" ${ARGN})
   if(NOT QUILLON_PCH)
     return()
   endif()
-  if(NOT TARGET quillon-pch)
-    file(WRITE ${PROJECT_BINARY_DIR}/pch.cpp "")
-    add_library(quillon-pch STATIC ${PROJECT_BINARY_DIR}/pch.cpp)
-    target_link_libraries(quillon-pch PRIVATE Qt6::Widgets quillon-options)
-    target_precompile_headers(quillon-pch PRIVATE <QtWidgets>)
+  set(carrier quillon-pch-${kind})
+  if(NOT TARGET ${carrier})
+    file(WRITE ${PROJECT_BINARY_DIR}/${carrier}.cpp "int main() {}\n")
+    # A program, because libraries and programs are compiled differently where Qt does not say how.
+    add_executable(${carrier} ${PROJECT_BINARY_DIR}/${carrier}.cpp)
+    target_link_libraries(${carrier} PRIVATE ${ARG_LINK} quillon-options)
+    target_precompile_headers(${carrier} PRIVATE ${ARG_HEADERS})
   endif()
-  target_precompile_headers(${target} REUSE_FROM quillon-pch)
+  target_precompile_headers(${target} REUSE_FROM ${carrier})
 endfunction()
 
 function(quillon_library name)
@@ -45,7 +49,7 @@ function(quillon_library name)
   if(ARG_QT)
     set_target_properties(quillon-${name} PROPERTIES AUTOMOC ON AUTORCC ON)
     target_link_libraries(quillon-${name} PUBLIC Qt6::Widgets)
-    quillon_precompile(quillon-${name})
+    quillon_precompile(quillon-${name} qt HEADERS <QtWidgets> LINK Qt6::Widgets)
   endif()
 endfunction()
 
@@ -58,9 +62,11 @@ function(quillon_test name)
   if(ARG_QT)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)
     target_link_libraries(${name} PRIVATE quillon-testing-qt)
-    quillon_precompile(${name})
+    quillon_precompile(${name} qt-test HEADERS <QtWidgets> <gmock/gmock.h>
+      LINK Qt6::Widgets GTest::gmock)
   else()
     target_link_libraries(${name} PRIVATE quillon-testing)
+    quillon_precompile(${name} test HEADERS <gmock/gmock.h> LINK GTest::gmock)
   endif()
   gtest_discover_tests(${name}
     DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60

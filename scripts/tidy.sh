@@ -3,7 +3,8 @@
 #
 # tidy.sh <file.cpp>...: clang-tidy over these files, several at a time. A file that passed leaves a
 # stamp in build/lint/ and is skipped as long as it, every header of the project that it reaches, its
-# way of being compiled and the checks stay the same.
+# way of being compiled and the checks stay the same. A file that is not built here (another
+# platform's) is left out.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/sources.sh
@@ -46,13 +47,11 @@ headers_reached() {
   ' "$@"
 }
 
+# stamp_of <way of being compiled> <file> <header>...
 stamp_of() {
-  local file=$1
+  local compiled=$1
   shift
-  {
-    sha256sum .clang-tidy "$file" "$@"
-    grep -F -- "-c $PWD/$file" $kDatabase || echo "not compiled"
-  } | sha256sum | cut -c 1-64
+  { echo "$compiled" && sha256sum .clang-tidy "$@"; } | sha256sum | cut -c 1-64
 }
 
 # One file; its output only if there is something to say.
@@ -76,10 +75,12 @@ fi
 mkdir -p $kStamps
 sed -e 's/ -Winvalid-pch//' -e 's/ -include [^ ]*cmake_pch\.hxx//' build/dev/compile_commands.json \
   >$kDatabase
+grep -qF -- "-c $PWD/src/" $kDatabase || { echo "tidy: the build compiles nothing of src/" >&2; exit 1; }
 
 headers_reached "$@" | while read -r file headers; do
+  compiled=$(grep -F -- "-c $PWD/$file\"" $kDatabase) || continue
   # shellcheck disable=SC2086  # a list of paths without spaces
-  stamp=$kStamps/${file//\//_}-$(stamp_of "$file" $headers)
+  stamp=$kStamps/${file//\//_}-$(stamp_of "$compiled" "$file" $headers)
   if [[ -f $stamp ]]; then
     touch "$stamp"
   else

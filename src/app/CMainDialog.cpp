@@ -94,10 +94,10 @@ CMainDialog::CMainDialog(const MainServices& services)
         },
         Qt::QueuedConnection);
   });
-  // Wide enough for the boards' names and for all tabs of the family with the most.
+  // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
-  splitter->setSizes({character * 58, character * 148});
-  resize(character * 210, fontMetrics().lineSpacing() * 44);
+  splitter->setSizes({character * 66, character * 148});
+  resize(character * 218, fontMetrics().lineSpacing() * 44);
 }
 
 void CMainDialog::CreateMenu() {

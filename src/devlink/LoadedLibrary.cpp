@@ -68,9 +68,9 @@ class LoadedLibrary : public HidLibrary {
 };
 
 fs::path OurLibrary(const std::string& name, const fs::path& folder) {
-  const fs::path file = kPrefix + name + kSuffix;
+  const std::string file = kPrefix + name + kSuffix;
   std::error_code ignored;
-  const fs::path installed = folder / ".." / "lib" / "quillon" / file;
+  fs::path installed = folder / ".." / "lib" / "quillon" / file;
   if (!fs::exists(folder / file, ignored) && fs::exists(installed, ignored)) return installed;
   return folder / file;
 }

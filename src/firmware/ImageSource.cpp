@@ -83,9 +83,10 @@ class HexReader {
   std::vector<FlashPiece> Pieces() const {
     std::vector<FlashPiece> pieces;
     for (std::size_t at = 0; at < flash_.size(); ++at) {
-      if (!flash_[at]) continue;
+      const std::optional<std::uint8_t>& byte = flash_[at];
+      if (!byte) continue;
       if (at == 0 || !flash_[at - 1]) pieces.push_back({at, {}});
-      pieces.back().bytes.push_back(*flash_[at]);
+      pieces.back().bytes.push_back(*byte);
     }
     return pieces;
   }

@@ -70,15 +70,15 @@ enum {
  *
  * offset                      filled by  */
 typedef struct DeviceRecord {
-  uint8_t library_a[38];     /*   0  library  private */
-  uint16_t product_id;       /*  38  library  USB idProduct; the same in both modes of a board */
-  uint16_t version;          /*  40  library  USB bcdDevice: version of the running program */
-  uint16_t queried_version;  /*  42  program  version from the identity query, 0 until answered */
-  uint8_t firmware_present;  /*  44  program  flag from the identity query, 1 until answered */
-  uint8_t library_b[263];    /*  45  library  private */
-  char product_text[260];    /* 308  library  USB iProduct, first text of the tree label */
-  char manufacturer[260];    /* 568  library  USB iManufacturer */
-  char serial_number[20];    /* 828  library  USB iSerialNumber, second text of the tree label */
+  uint8_t library_a[38];    /*   0  library  private */
+  uint16_t product_id;      /*  38  library  USB idProduct; the same in both modes of a board */
+  uint16_t version;         /*  40  library  USB bcdDevice: version of the running program */
+  uint16_t queried_version; /*  42  program  version from the identity query, 0 until answered */
+  uint8_t firmware_present; /*  44  program  flag from the identity query, 1 until answered */
+  uint8_t library_b[263];   /*  45  library  private */
+  char product_text[260];   /* 308  library  USB iProduct, first text of the tree label */
+  char manufacturer[260];   /* 568  library  USB iManufacturer */
+  char serial_number[20];   /* 828  library  USB iSerialNumber, second text of the tree label */
 } DeviceRecord;
 
 /* Looks for boards of one type.
@@ -89,19 +89,19 @@ typedef struct DeviceRecord {
  * type   KVUSB_TYPE_...
  *
  * Returns nonzero when boards were written and counted, 0 when there is none of this type. */
-typedef int32_t(KVUSB_CALL *DetectHIDFunction)(uint32_t *count, DeviceRecord *first, uint32_t type);
+typedef int32_t(KVUSB_CALL* DetectHIDFunction)(uint32_t* count, DeviceRecord* first, uint32_t type);
 
 /* Sends the packet's 65 bytes to a board. The packet is not changed.
  * Returns KVUSB_WRITE_FAILED when nothing was sent; anything else is success. */
-typedef int32_t(KVUSB_CALL *WriteDataFunction)(DeviceRecord *record, uint8_t *packet);
+typedef int32_t(KVUSB_CALL* WriteDataFunction)(DeviceRecord* record, uint8_t* packet);
 
 /* Waits for a board's answer and writes it over the packet (bytes 0..63).
  * Returns KVUSB_READ_FAILED or KVUSB_READ_TIMEOUT when there is none; anything else is success. */
-typedef int32_t(KVUSB_CALL *ReadDataFunction)(DeviceRecord *record, uint8_t *packet);
+typedef int32_t(KVUSB_CALL* ReadDataFunction)(DeviceRecord* record, uint8_t* packet);
 
 /* Closes the boards of a table; their records are dead afterwards. `count` may be 0.
  * Returns 0 when closing failed. */
-typedef int32_t(KVUSB_CALL *CloseDevicesFunction)(uint32_t count, DeviceRecord *first);
+typedef int32_t(KVUSB_CALL* CloseDevicesFunction)(uint32_t count, DeviceRecord* first);
 
 /* Two further functions are optional. The program looks each up by name and does without it. */
 
@@ -110,20 +110,20 @@ enum { KVUSB_EVENT_ARRIVAL = 0x8000, KVUSB_EVENT_REMOVAL = 0x8004 };
 enum { KVUSB_DEVICE_INTERFACE = 5 }; /* `device_type` of an event about a USB device interface */
 
 /* Told of a board that came or went. `path` names the device interface and holds "VID_" and "PID_"
- * with four hexadecimal digits each, in either case; it is dead after the call. May be called on any
- * thread and from inside WriteData or ReadData, so a handler only takes note of it. */
-typedef void(KVUSB_CALL *DeviceChangeHandler)(uint32_t event, uint32_t device_type,
-                                              const char *path, void *context);
+ * with four hexadecimal digits each, in either case; it is dead after the call. May be called on
+ * any thread and from inside WriteData or ReadData, so a handler only takes note of it. */
+typedef void(KVUSB_CALL* DeviceChangeHandler)(uint32_t event, uint32_t device_type,
+                                              const char* path, void* context);
 
 /* SetDeviceChangeHandler: names the one handler of hot-plug events, NULL for none.
  * Returns nonzero on success. */
-typedef int32_t(KVUSB_CALL *SetDeviceChangeHandlerFunction)(DeviceChangeHandler handler,
-                                                            void *context);
+typedef int32_t(KVUSB_CALL* SetDeviceChangeHandlerFunction)(DeviceChangeHandler handler,
+                                                            void* context);
 
 /* DescribeProblem: a sentence (UTF-8, zero-terminated, cut to `size` bytes) on what keeps the
  * library (record NULL) or one board from working, for the user to read.
  * Returns nonzero when there is one; 0, with an empty text, when all is well. */
-typedef int32_t(KVUSB_CALL *DescribeProblemFunction)(const DeviceRecord *record, char *text,
+typedef int32_t(KVUSB_CALL* DescribeProblemFunction)(const DeviceRecord* record, char* text,
                                                      uint32_t size);
 
 #ifdef __cplusplus

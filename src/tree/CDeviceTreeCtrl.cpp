@@ -113,6 +113,12 @@ void CDeviceTreeCtrl::keyPressEvent(QKeyEvent* event) {
   }
 }
 
+// The highlight reaches from edge to edge, also where the labels are short.
+void CDeviceTreeCtrl::resizeEvent(QResizeEvent* event) {
+  QTreeView::resizeEvent(event);
+  header()->setMinimumSectionSize(viewport()->width());
+}
+
 void CDeviceTreeCtrl::contextMenuEvent(QContextMenuEvent* event) {
   if (event->reason() == QContextMenuEvent::Keyboard) return OpenMenuAtHighlight();
   if (!link_.gate.IsOpen()) return;

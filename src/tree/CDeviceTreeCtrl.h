@@ -58,6 +58,7 @@ class CDeviceTreeCtrl : public QTreeView {
 
  protected:
   void mousePressEvent(QMouseEvent* event) override;
+  void resizeEvent(QResizeEvent* event) override;
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;

@@ -42,7 +42,7 @@ class RoomyItems : public QStyledItemDelegate {
 }  // namespace
 
 CChoiceList::CChoiceList(QWidget* parent) : QFrame(parent, Qt::Popup), list_(new QListView(this)) {
-  setFrameShape(QFrame::StyledPanel);
+  setFrameStyle(QFrame::Box | QFrame::Plain);
   list_->setModel(&choices_);
   list_->setItemDelegate(new RoomyItems(list_));
   list_->setFrameShape(QFrame::NoFrame);
@@ -67,6 +67,10 @@ void CChoiceList::Open(const QStringList& choices, const QString& current, const
   const auto row = choices.indexOf(current);
   list_->setCurrentIndex(row < 0 ? QModelIndex() : choices_.index(static_cast<int>(row)));
   moved_ = false;
+  // A styled frame is a shade darker than the window: on a dark ground the list would have no edge.
+  QPalette framed = parentWidget()->palette();
+  framed.setColor(QPalette::WindowText, framed.color(QPalette::PlaceholderText));
+  setPalette(framed);
   Place();
   show();
   list_->setFocus(Qt::PopupFocusReason);

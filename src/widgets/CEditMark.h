@@ -11,7 +11,7 @@ class CEditMark : public QWidget {
   Q_OBJECT
 
  public:
-  static constexpr int kSize = 6;
+  static constexpr int kSize = 8;
 
   explicit CEditMark(QWidget* control);
 

@@ -81,13 +81,13 @@ void CGridCtrl::SetKind(int row, int column, CellKind kind) {
 
 void CGridCtrl::SetCombo(int row, int column, const QStringList& choices) {
   GridCell& cell = model_->Change(row, column);
-  cell.kind = CellKind::Combo;
+  cell.kind = CellKind::kCombo;
   cell.choices = choices;
 }
 
 void CGridCtrl::SetNumber(int row, int column, int minimum, int maximum) {
   GridCell& cell = model_->Change(row, column);
-  cell.kind = CellKind::Number;
+  cell.kind = CellKind::kNumber;
   cell.minimum = minimum;
   cell.maximum = maximum;
 }
@@ -162,7 +162,7 @@ void CGridCtrl::Enter(int row, int column, const QString& text) {
   const QString old_text = Text(row, column);
   const std::uint32_t old_value = Value(row, column);
   SetText(row, column, text);
-  if (Kind(row, column) == CellKind::Number) {
+  if (Kind(row, column) == CellKind::kNumber) {
     SetValue(row, column, static_cast<std::uint32_t>(text.toInt()));
   }
   const bool kept = !end_edit_ || end_edit_(row, column);
@@ -185,7 +185,7 @@ void CGridCtrl::FinishEdit() {
 void CGridCtrl::Open(int row, int column) {
   if (!model_->Holds(row, column) || !IsEnabledCell(row, column)) return;
   const GridCell& cell = model_->Cell(row, column);
-  if (cell.kind != CellKind::Combo || cell.choices.isEmpty() || !isVisible()) return;
+  if (cell.kind != CellKind::kCombo || cell.choices.isEmpty() || !isVisible()) return;
   const QModelIndex index = model_->IndexOf(row, column);
   setCurrentIndex(index);
   scrollTo(index);
@@ -241,20 +241,20 @@ bool CGridCtrl::CellKey(const QKeyEvent& event) {
   const CellKind kind = Kind(row, column);
   const bool enter = plain && (event.key() == Qt::Key_Return || event.key() == Qt::Key_Enter);
   const bool printable = plain && !event.text().isEmpty() && event.text().at(0).isPrint();
-  if (kind == CellKind::Combo) {
+  if (kind == CellKind::kCombo) {
     const bool down = event.key() == Qt::Key_Down && keys == Qt::AltModifier;
     if (!down && !enter && !printable && event.key() != Qt::Key_F2) return false;
     Open(row, column);
     if (printable && choices_ != nullptr) choices_->Search(event.text());
     return true;
   }
-  if (kind == CellKind::Number && enter) {
+  if (kind == CellKind::kNumber && enter) {
     if (state() != EditingState) edit(index);  // else the editor's own, on its way to the dialog
     return true;
   }
   // Only what a number can begin with may open its editor.
   const bool digit = printable && (event.text().at(0).isDigit() || event.text() == u"-");
-  return printable && !(kind == CellKind::Number && digit);
+  return printable && !(kind == CellKind::kNumber && digit);
 }
 
 void CGridCtrl::mouseDoubleClickEvent(QMouseEvent* event) {

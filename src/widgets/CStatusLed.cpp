@@ -72,7 +72,7 @@ void CStatusLed::paintEvent(QPaintEvent*) {
   const int side = std::min(width(), height());
   const QRect lamp((width() - side) / 2, (height() - side) / 2, side, side);
   const QColor colour(lit_ ? on_ : off_);
-  if (style_ == LedStyle::Round) {
+  if (style_ == LedStyle::kRound) {
     PaintRound(painter, lamp, colour);
   } else {
     PaintSquare(painter, lamp, colour);

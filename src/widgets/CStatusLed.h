@@ -7,7 +7,7 @@
 
 namespace quillon {
 
-enum class LedStyle { Round = 3001, Square = 3002 };
+enum class LedStyle { kRound = 3001, kSquare = 3002 };
 
 // A small lamp. Its colours mean something and are painted exactly, whatever the palette. A timer
 // runs only while the lamp blinks.

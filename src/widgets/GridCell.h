@@ -9,11 +9,11 @@
 
 namespace quillon {
 
-enum class CellKind { Plain, ImageToggle, CheckBox, Radio, Combo, Number };
+enum class CellKind { kPlain, kImageToggle, kCheckBox, kRadio, kCombo, kNumber };
 
 // Kinds that a click switches between 0 and 1.
 constexpr bool IsToggle(CellKind kind) {
-  return kind == CellKind::ImageToggle || kind == CellKind::CheckBox || kind == CellKind::Radio;
+  return kind == CellKind::kImageToggle || kind == CellKind::kCheckBox || kind == CellKind::kRadio;
 }
 
 // One cell of a grid. The text is what is shown, the value is the code that pages send to a board;
@@ -25,7 +25,7 @@ struct GridCell {
   std::uint32_t value = 0;
   int minimum = 0;  // Number
   int maximum = 0;
-  CellKind kind = CellKind::Plain;
+  CellKind kind = CellKind::kPlain;
   bool enabled = true;
   bool marked = false;
 };

@@ -16,7 +16,7 @@ namespace {
 constexpr int kMargin = 6;
 constexpr int kImage = 16;
 constexpr int kArrowRoom = 16;
-constexpr int kMark = 6;
+constexpr int kMark = 8;
 
 void PaintArrow(QPainter* painter, const QRect& rect, const QColor& colour) {
   const QPointF tip(rect.right() - kArrowRoom / 2.0, rect.center().y() + 2.5);
@@ -71,11 +71,11 @@ int GridDelegate::WidthOf(const GridCell& cell, const QFontMetrics& metrics) con
   if (!cell.enabled) return 0;
   if (IsToggle(cell.kind)) return kImage + 2 * kMargin;
   int width = metrics.horizontalAdvance(cell.text);
-  if (cell.kind == CellKind::Number) {
+  if (cell.kind == CellKind::kNumber) {
     width = std::max({width, metrics.horizontalAdvance(QString::number(cell.minimum)),
                       metrics.horizontalAdvance(QString::number(cell.maximum))});
   }
-  return width + 2 * kMargin + (cell.kind == CellKind::Combo ? kArrowRoom : 0);
+  return width + 2 * kMargin + (cell.kind == CellKind::kCombo ? kArrowRoom : 0);
 }
 
 int GridDelegate::WidthOfChoices(const GridCell& cell, const QFontMetrics& metrics) const {
@@ -119,12 +119,12 @@ void GridDelegate::PaintText(QPainter* painter, const QStyleOptionViewItem& opti
                              const GridCell& cell) const {
   const QColor colour = option.palette.color(QPalette::Text);
   QRect room = option.rect.adjusted(kMargin, 0, -kMargin, 0);
-  if (cell.kind == CellKind::Combo && cell.enabled) {
+  if (cell.kind == CellKind::kCombo && cell.enabled) {
     PaintArrow(painter, option.rect, colour);
     room.setRight(option.rect.right() - kArrowRoom);
   }
   if (cell.text.isEmpty()) return;
-  const int side = cell.kind == CellKind::Number ? Qt::AlignHCenter : Qt::AlignLeft;
+  const int side = cell.kind == CellKind::kNumber ? Qt::AlignHCenter : Qt::AlignLeft;
   painter->setPen(colour);
   painter->drawText(room, side | Qt::AlignVCenter | Qt::TextSingleLine,
                     option.fontMetrics.elidedText(cell.text, Qt::ElideRight, room.width()));
@@ -149,11 +149,11 @@ void GridDelegate::PaintToggle(QPainter* painter, const QStyleOptionViewItem& op
 QPixmap GridDelegate::DrawToggle(const QStyleOptionViewItem& option, CellKind kind, bool on,
                                  bool enabled, qreal ratio) const {
   const QIcon& icon = on ? on_ : off_;
-  if (kind == CellKind::ImageToggle && !icon.isNull()) {
+  if (kind == CellKind::kImageToggle && !icon.isNull()) {
     return icon.pixmap({kImage, kImage}, ratio, enabled ? QIcon::Normal : QIcon::Disabled);
   }
   const QStyle* style = option.widget->style();
-  const bool round = kind == CellKind::Radio;
+  const bool round = kind == CellKind::kRadio;
   QStyleOptionButton box;
   box.initFrom(option.widget);
   box.state = (enabled ? QStyle::State_Enabled : QStyle::State_None) |

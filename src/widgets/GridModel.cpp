@@ -121,7 +121,7 @@ Qt::ItemFlags GridModel::flags(const QModelIndex& index) const {
   const GridCell& cell = Cell(RowOf(index), ColumnOf(index));
   if (!cell.enabled) return Qt::ItemNeverHasChildren;
   const Qt::ItemFlags flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-  return cell.kind == CellKind::Number ? flags | Qt::ItemIsEditable : flags;
+  return cell.kind == CellKind::kNumber ? flags | Qt::ItemIsEditable : flags;
 }
 
 }  // namespace quillon

@@ -37,9 +37,9 @@ class GridCtrl : public ::testing::Test {
     for (int column = 1; column < 7; ++column) grid_.SetText(0, column, titles[column]);
     for (int row = 1; row < 31; ++row) {
       grid_.SetText(row, 0, QStringLiteral("Analog %1").arg(row));
-      grid_.SetKind(row, kOn, CellKind::ImageToggle);
-      grid_.SetKind(row, kAxis, CellKind::Radio);
-      grid_.SetKind(row, kInvert, CellKind::CheckBox);
+      grid_.SetKind(row, kOn, CellKind::kImageToggle);
+      grid_.SetKind(row, kAxis, CellKind::kRadio);
+      grid_.SetKind(row, kInvert, CellKind::kCheckBox);
       grid_.SetCombo(row, kFilter, choices);
       grid_.SetText(row, kFilter, QStringLiteral("5"));
       grid_.SetNumber(row, kPulse, 0, 999);

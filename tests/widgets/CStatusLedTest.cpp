@@ -31,7 +31,7 @@ QRgb ColourOf(CStatusLed& lamp) {
 }
 
 TEST(StatusLed, StartsDarkAndRunsATimerOnlyWhileBlinking) {
-  CStatusLed lamp(QStringLiteral("Error"), LedStyle::Round);
+  CStatusLed lamp(QStringLiteral("Error"), LedStyle::kRound);
   EXPECT_FALSE(lamp.IsLit());
   EXPECT_TRUE(TimersOf(lamp).isEmpty());
   lamp.SetLit(true);
@@ -46,7 +46,7 @@ TEST(StatusLed, StartsDarkAndRunsATimerOnlyWhileBlinking) {
 }
 
 TEST(StatusLed, InvertsAtEveryTick) {
-  CStatusLed lamp(QStringLiteral("Busy"), LedStyle::Round);
+  CStatusLed lamp(QStringLiteral("Busy"), LedStyle::kRound);
   lamp.SetBlinkPeriod(250);
   Tick(lamp);
   EXPECT_TRUE(lamp.IsLit());
@@ -58,7 +58,7 @@ TEST(StatusLed, InvertsAtEveryTick) {
 }
 
 TEST(StatusLed, PaintsItsExactColoursWhateverThePalette) {
-  for (const LedStyle style : {LedStyle::Round, LedStyle::Square}) {
+  for (const LedStyle style : {LedStyle::kRound, LedStyle::kSquare}) {
     CStatusLed lamp(QStringLiteral("Error"), style);
     QPalette dark;
     dark.setColor(QPalette::Window, QColor(20, 20, 20));
@@ -74,7 +74,7 @@ TEST(StatusLed, PaintsItsExactColoursWhateverThePalette) {
 }
 
 TEST(StatusLed, TellsItsStateButNotEveryBlink) {
-  CStatusLed lamp(QStringLiteral("Error"), LedStyle::Round);
+  CStatusLed lamp(QStringLiteral("Error"), LedStyle::kRound);
   EXPECT_EQ(lamp.accessibleName(), QStringLiteral("Error"));
   EXPECT_EQ(lamp.accessibleDescription(), QStringLiteral("dark"));
   lamp.SetLit(true);

@@ -6,7 +6,7 @@
 namespace quillon::sim {
 namespace {
 
-constexpr std::uint8_t kMeasure = 0x30, kAccept = 0x31, kCancel = 0x32, kManual = 0x33;
+constexpr std::uint8_t kMeasure = 0x30, kAccept = 0x31, kManual = 0x33;
 constexpr std::size_t kAxisAt = kPayloadAt, kValuesAt = kPayloadAt + 1;
 
 void Put16(Answer& answer, std::size_t at, std::uint16_t value) {

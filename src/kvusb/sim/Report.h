@@ -37,7 +37,7 @@ inline constexpr std::size_t kArgumentAt = 5, kPayloadAt = 6;
 
 // What a request led to: the answer, and what the bus has to know beside it.
 struct Reply {
-  Answer answer;
+  Answer answer{};
   bool changed = false;               // something that outlives the power was changed
   bool restart = false;               // the board restarts once its answer is out
   std::chrono::milliseconds busy{0};  // the answer takes this much longer than usual

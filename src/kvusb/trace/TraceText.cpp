@@ -16,7 +16,7 @@ using Call = TraceEntry::Call;
 constexpr std::array<std::string_view, 4> kCallNames{"detect", "write", "read", "close"};
 
 std::string Hex(unsigned value, int digits) {
-  char text[16];
+  char text[16] = "";
   std::snprintf(text, sizeof text, "%0*x", digits, value);
   return text;
 }

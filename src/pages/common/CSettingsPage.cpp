@@ -7,7 +7,6 @@
 #include <QPushButton>
 
 #include "devlink/DeviceText.h"
-#include "devlink/Exchange.h"
 #include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
@@ -24,7 +23,7 @@ QString DefaultsQuestion() {
 }
 
 CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) {
-  auto* const lamp = new CStatusLed(name, LedStyle::Round);
+  auto* const lamp = new CStatusLed(name, LedStyle::kRound);
   lamp->SetColours(on, off);
   layout->addWidget(lamp);
   layout->addWidget(new QLabel(name));
@@ -34,11 +33,13 @@ CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) 
 }  // namespace
 
 CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget* parent)
-    : QWidget(parent), context_(context), marks_(new EditMarks(this)) {
+    : QWidget(parent),
+      context_(context),
+      groups_(new QVBoxLayout),
+      body_(AddGroup(title)),
+      marks_(new EditMarks(this)) {
   auto* const layout = new QVBoxLayout(this);
-  auto* const group = new QGroupBox(title);
-  body_ = new QVBoxLayout(group);
-  layout->addWidget(group, 1);
+  layout->addLayout(groups_, 1);
   origin_line_ = new QLabel;
   origin_line_->setTextFormat(Qt::PlainText);
   origin_line_->setAccessibleName(tr("Where the values come from"));
@@ -48,6 +49,12 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   AddButtonRow(row);
   connect(marks_, &EditMarks::Changed, this, &CSettingsPage::ShowOrigin);
   ShowOrigin();
+}
+
+QBoxLayout* CSettingsPage::AddGroup(const QString& title) {
+  auto* const group = new QGroupBox(title);
+  groups_->addWidget(group);
+  return new QVBoxLayout(group);
 }
 
 void CSettingsPage::AddButtonRow(QBoxLayout* layout) {

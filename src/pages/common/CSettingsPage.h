@@ -2,9 +2,12 @@
 #pragma once
 
 #include <QWidget>
+#include <algorithm>
+#include <array>
 #include <cstdint>
 #include <span>
 
+#include "devlink/Exchange.h"
 #include "devlink/HidPacket.h"
 #include "pages/common/PageContext.h"
 
@@ -55,31 +58,62 @@ class CSettingsPage : public QWidget {
 
   // Where a page's controls go.
   QBoxLayout* Body() const { return body_; }
+  // Where those of a further group go, which stands below.
+  QBoxLayout* AddGroup(const QString& title);
   const PageContext& Context() const { return context_; }
   // Every control that holds a setting is tracked here, so that edits show.
   EditMarks& Marks() const { return *marks_; }
 
-  // Sends a command without payload and takes the block from the answer's data, if it echoes the
-  // command.
-  template <typename Block>
-  [[nodiscard]] bool RetrieveBlock(std::uint8_t command, Block& block) {
+  // Sends a command without payload and takes the blocks, one behind the other, from the answer's
+  // data, if it echoes the command.
+  template <typename... Blocks>
+  [[nodiscard]] bool RetrieveBlock(std::uint8_t command, Blocks&... blocks) {
+    static_assert((Blocks::kSize + ...) <= KVUSB_PACKET_BYTES - kDataByte);
     HidPacket packet{};
     packet[kCommandByte] = command;
     if (!QueryCurrent(packet)) return false;
-    block.Read(std::span(packet).template subspan<kDataByte, Block::kSize>());
+    auto answer = std::span<const std::uint8_t>(packet).subspan(kDataByte);
+    (TakeBlock(answer, blocks), ...);
     NoteAccepted();
     return true;
   }
 
-  // Sends a command that writes the block. Succeeds when the answer echoes the command.
-  template <typename Block>
-  [[nodiscard]] bool UpdateBlock(std::uint8_t command, const Block& block) {
+  // Sends a command that writes the blocks. Succeeds when the answer echoes the command.
+  template <typename... Blocks>
+  [[nodiscard]] bool UpdateBlock(std::uint8_t command, const Blocks&... blocks) {
+    static_assert((Blocks::kSize + ...) <= kSendChunk);
     HidPacket packet{};
     packet[kCommandByte] = command;
     packet[kArgumentByte] = kWriteArgument;
-    block.Write(std::span(packet).template subspan<kPayloadByte, Block::kSize>());
+    auto payload = std::span<std::uint8_t>(packet).subspan(kPayloadByte);
+    (PutBlock(payload, blocks), ...);
     return SendCurrent(packet);
   }
+
+  // The same for a block that is the range [start, end) of the board's table and may take several
+  // packets.
+  template <typename Block>
+  [[nodiscard]] bool RetrieveRange(std::uint8_t command, std::uint8_t start, std::uint8_t end,
+                                   Block& block) {
+    auto packet = RangeRequest<Block>(command, start, end);
+    if (!QueryCurrent(packet)) return false;
+    auto answer = std::span<const std::uint8_t>(packet).subspan(kDataByte);
+    TakeBlock(answer, block);
+    NoteAccepted();
+    return true;
+  }
+  template <typename Block>
+  [[nodiscard]] bool UpdateRange(std::uint8_t command, std::uint8_t start, std::uint8_t end,
+                                 const Block& block) {
+    auto packet = RangeRequest<Block>(command, start, end);
+    packet[kArgumentByte] = kWriteArgument;
+    auto payload = std::span<std::uint8_t>(packet).subspan(kPayloadByte);
+    PutBlock(payload, block);
+    return SendCurrent(packet);
+  }
+
+  // Lights the Error lamp, blinking, or darkens it. The frame does so for the three routines.
+  void ShowError(bool error);
 
   // A routine that reads a block in another way calls this for each that it took over.
   void NoteAccepted() { ++accepted_blocks_; }
@@ -89,16 +123,43 @@ class CSettingsPage : public QWidget {
   [[nodiscard]] bool SendCurrent(std::span<std::uint8_t> packet);
 
  private:
+  // The front of `from` into the block, and the block to the front of `to`; what is behind it is
+  // left for the next block.
+  template <typename Block>
+  static void TakeBlock(std::span<const std::uint8_t>& from, Block& block) {
+    block.Read(from.first<Block::kSize>());
+    from = from.subspan(Block::kSize);
+  }
+  template <typename Block>
+  static void PutBlock(std::span<std::uint8_t>& to, const Block& block) {
+    block.Write(to.first<Block::kSize>());
+    to = to.subspan(Block::kSize);
+  }
+
+  // A buffer with room for the block behind the longer of the two headers. Made anew for every
+  // exchange, because a transfer in chunks leaves the last chunk's header in it.
+  template <typename Block>
+  static auto RangeRequest(std::uint8_t command, std::uint8_t start, std::uint8_t end) {
+    static_assert(Block::kSize <= 2 * kSendChunk, "a third chunk would repeat the second's data");
+    std::array<std::uint8_t, std::max<std::size_t>(KVUSB_PACKET_BYTES, kPayloadByte + Block::kSize)>
+        packet{};
+    packet[kLengthByte] = static_cast<std::uint8_t>(Block::kSize);
+    packet[kStartByte] = start;
+    packet[kEndByte] = end;
+    packet[kCommandByte] = command;
+    return packet;
+  }
+
   // What the values of the page are.
   enum class Origin { kNone, kRetrieved, kPartlyRetrieved, kStored };
 
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
-  void ShowError(bool error);
   void AddButtonRow(QBoxLayout* layout);
 
   PageContext context_;
-  QBoxLayout* body_ = nullptr;
+  QBoxLayout* groups_;
+  QBoxLayout* body_;
   CStatusLed* busy_ = nullptr;
   CStatusLed* error_ = nullptr;
   QLabel* origin_line_ = nullptr;

@@ -27,4 +27,10 @@ void TitleRows(CGridCtrl& grid, int first_row, int count, const QString& format)
   for (int i = 0; i < count; ++i) grid.SetText(first_row + i, 0, format.arg(i + 1));
 }
 
+void ClearOtherRows(CGridCtrl& grid, int row, int column) {
+  for (int other = 1; other < grid.Rows(); ++other) {
+    if (other != row) grid.SetValue(other, column, 0);
+  }
+}
+
 }  // namespace quillon

@@ -22,4 +22,7 @@ CGridCtrl* AddChannelGrid(QBoxLayout* layout, const QString& name, int rows, int
 // Titles rows with `format`, whose %1 becomes 1, 2, and so on.
 void TitleRows(CGridCtrl& grid, int first_row, int count, const QString& format);
 
+// The rule of a column in which one row at most is chosen: what is set in `row` goes elsewhere.
+void ClearOtherRows(CGridCtrl& grid, int row, int column);
+
 }  // namespace quillon

@@ -7,10 +7,10 @@ namespace quillon {
 
 // What differs between the board families outside their settings pages.
 struct FamilyTraits {
-  std::uint32_t device_mode;  // the device type that counts as Device Mode
+  std::uint32_t device_mode = 2;  // the device type that counts as Device Mode
   // The tabs behind "Device Configuration" that a report enables, [first, last]: in Device Mode
   // with suitable firmware, and in Flash Mode. first > last: none.
-  int first_in_device_mode, last_in_device_mode;
+  int first_in_device_mode = 1, last_in_device_mode = 0;
   int first_in_flash_mode = 1, last_in_flash_mode = 0;
 };
 

@@ -10,8 +10,8 @@ std::optional<QString> TextOf(const GridColumn& column, std::uint32_t code) {
   for (const Choice& choice : column.choices) {
     if (choice.code == code) return choice.text;
   }
-  if (column.kind == CellKind::Number) return QString::number(code);
-  if (column.kind != CellKind::Combo) return QString();
+  if (column.kind == CellKind::kNumber) return QString::number(code);
+  if (column.kind != CellKind::kCombo) return QString();
   if (column.describe.isEmpty()) return std::nullopt;
   return column.describe.arg(static_cast<int>(code) + column.describe_offset);
 }
@@ -34,20 +34,26 @@ std::vector<Choice> NumberedChoices(const QString& format, std::uint32_t first, 
 }
 
 GridRows::GridRows(CGridCtrl& grid, int first_row, std::span<std::uint32_t> records,
-                   std::vector<GridColumn> columns)
-    : grid_(grid), first_row_(first_row), records_(records), columns_(std::move(columns)) {}
+                   std::vector<GridColumn> columns, int step)
+    : grid_(grid),
+      first_row_(first_row),
+      step_(step),
+      records_(records),
+      columns_(std::move(columns)) {}
 
 void GridRows::BuildCells() {
   for (const GridColumn& column : columns_) {
     grid_.SetText(0, column.column, column.title);
     grid_.SetColumnToolTip(column.column, column.tip);
     const QStringList texts = TextsOf(column.choices);
-    for (int row = first_row_; HasRow(row); ++row) {
+    const std::uint32_t largest =
+        column.largest_entry != 0 ? column.largest_entry : column.field.Largest();
+    for (int row = first_row_; HasRow(row); row += step_) {
       grid_.SetEnabledCell(row, column.column, true);
-      if (column.kind == CellKind::Combo) {
+      if (column.kind == CellKind::kCombo) {
         grid_.SetCombo(row, column.column, texts);
-      } else if (column.kind == CellKind::Number) {
-        grid_.SetNumber(row, column.column, 0, static_cast<int>(column.field.Largest()));
+      } else if (column.kind == CellKind::kNumber) {
+        grid_.SetNumber(row, column.column, 0, static_cast<int>(largest));
       } else {
         grid_.SetKind(row, column.column, column.kind);
       }
@@ -58,11 +64,10 @@ void GridRows::BuildCells() {
 void GridRows::Show() {
   for (const GridColumn& column : columns_) {
     for (std::size_t record = 0; record < records_.size(); ++record) {
-      const int row = first_row_ + static_cast<int>(record);
       const std::uint32_t code =
           std::clamp(GetField(records_[record], column.field), column.minimum, column.maximum);
       SetField(records_[record], column.field, code);
-      SetCode(row, column.column, code);
+      SetCode(RowOf(record), column.column, column.shown.empty() ? code : column.shown[code]);
     }
   }
 }
@@ -70,8 +75,15 @@ void GridRows::Show() {
 void GridRows::Store() {
   for (const GridColumn& column : columns_) {
     for (std::size_t record = 0; record < records_.size(); ++record) {
-      const int row = first_row_ + static_cast<int>(record);
-      SetField(records_[record], column.field, grid_.Value(row, column.column));
+      SetField(records_[record], column.field, grid_.Value(RowOf(record), column.column));
+    }
+  }
+}
+
+void GridRows::ShowDefaults() {
+  for (const GridColumn& column : columns_) {
+    for (int row = first_row_; HasRow(row); row += step_) {
+      SetCode(row, column.column, column.standard);
     }
   }
 }
@@ -104,7 +116,7 @@ const GridColumn* GridRows::ColumnAt(int column) const {
 }
 
 bool GridRows::HasRow(int row) const {
-  return row >= first_row_ && row < first_row_ + static_cast<int>(records_.size());
+  return row >= first_row_ && row < RowOf(records_.size()) && (row - first_row_) % step_ == 0;
 }
 
 }  // namespace quillon

@@ -26,7 +26,7 @@ struct GridColumn {
   int column = 0;
   QString title;
   QString tip;  // what the setting does to the board, its range and default
-  CellKind kind = CellKind::Plain;
+  CellKind kind = CellKind::kPlain;
   Field field{};
   std::vector<Choice> choices{};
 
@@ -38,14 +38,23 @@ struct GridColumn {
   // A retrieved code outside these is brought inside, in the record too.
   std::uint32_t minimum = 0;
   std::uint32_t maximum = 0xFFFFFFFF;
+  // What a page shows for each stored code where it is not that code itself; a code of no choice
+  // leaves the cell as it was.
+  std::span<const std::uint32_t> shown{};
+  // How much can be typed into a number cell whose page refuses what is too large; 0: the field's
+  // largest.
+  std::uint32_t largest_entry = 0;
+  // The factory setting.
+  std::uint32_t standard = 0;
 };
 
-// The rows of a grid that show the records of one block, record 0 in `first_row`. Makes the cells
-// and moves fields to cells and back; the rules that a table cannot say stay with the page.
+// The rows of a grid that show the records of one block: record 0 in `first_row`, each further one
+// `step` rows below. Makes the cells and moves fields to cells and back; the rules that a table
+// cannot say stay with the page.
 class GridRows {
  public:
   GridRows(CGridCtrl& grid, int first_row, std::span<std::uint32_t> records,
-           std::vector<GridColumn> columns);
+           std::vector<GridColumn> columns, int step = 1);
 
   // Lays out titles, tooltips and cells, and switches the cells on.
   void BuildCells();
@@ -55,6 +64,8 @@ class GridRows {
 
   // Fills the records' fields from the cells. Nothing else in the records changes.
   void Store();
+  // Fills the cells with the factory settings; the records stay.
+  void ShowDefaults();
 
   // Sets a cell to a code, with its text, as a page's defaults and rules do.
   void SetCode(int row, int column, std::uint32_t code);
@@ -67,9 +78,11 @@ class GridRows {
  private:
   const GridColumn* ColumnAt(int column) const;
   bool HasRow(int row) const;
+  int RowOf(std::size_t record) const { return first_row_ + static_cast<int>(record) * step_; }
 
   CGridCtrl& grid_;
   int first_row_;
+  int step_;
   std::span<std::uint32_t> records_;
   std::vector<GridColumn> columns_;
 };

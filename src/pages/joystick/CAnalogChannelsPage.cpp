@@ -5,6 +5,7 @@
 
 #include "pages/common/ChannelGrid.h"
 #include "pages/common/EditMarks.h"
+#include "pages/joystick/AxisNames.h"
 
 namespace quillon {
 namespace {
@@ -43,14 +44,14 @@ std::vector<GridColumn> ChannelColumns(Field on, Field invert) {
        .title = QStringLiteral("ON"),
        .tip = QStringLiteral("Switches the channel on. One that drives no axis is sent as off. "
                              "Default: on for the analog inputs."),
-       .kind = CellKind::ImageToggle,
+       .kind = CellKind::kImageToggle,
        .field = on},
       {.column = kInvert,
        .title = QStringLiteral("Invert"),
        .tip = QStringLiteral("Reverses the direction of the axis. Default: off."),
-       .kind = CellKind::CheckBox,
+       .kind = CellKind::kCheckBox,
        .field = invert}};
-  const QStringList axes{"X", "Y", "Z", "Rx", "Ry", "Rz", "S1", "S2"};
+  const QStringList axes = AxisNames();
   for (int axis = 0; axis < axes.size(); ++axis) {
     columns.push_back(
         {.column = kFirstAxis + axis,
@@ -58,7 +59,7 @@ std::vector<GridColumn> ChannelColumns(Field on, Field invert) {
          .tip = QStringLiteral("The channel drives the %1 axis. One channel at most drives an "
                                "axis; a channel may drive several.")
                     .arg(axes[axis]),
-         .kind = CellKind::Radio,
+         .kind = CellKind::kRadio,
          .field = AxisBit(static_cast<std::size_t>(axis))});
   }
   return columns;
@@ -70,7 +71,7 @@ GridColumn Resolution(Field field, std::uint32_t largest, std::uint32_t clamp_at
           .tip = QStringLiteral("Bits of the channel's value: 4 to 12 for analog inputs, to 13 for "
                                 "encoders, to 16 for the incremental channel. Default: 12, "
                                 "incremental channel 16."),
-          .kind = CellKind::Combo,
+          .kind = CellKind::kCombo,
           .field = field,
           .choices = NumberedChoices(QStringLiteral("%1 Bits"), largest, kFourBits, 1),
           .describe = QStringLiteral("%1 Bits"),
@@ -85,13 +86,13 @@ std::vector<GridColumn> AnalogColumns() {
       {.column = kSpike,
        .title = QStringLiteral("Spike"),
        .tip = QStringLiteral("Suppresses single values that stand out. Default: off."),
-       .kind = CellKind::CheckBox,
+       .kind = CellKind::kCheckBox,
        .field = analog::kSpike});
   columns.push_back({.column = kFilter,
                      .title = QStringLiteral(" Filter "),
                      .tip = QStringLiteral("How strongly the value is smoothed, 0 to 10. "
                                            "Default: 5."),
-                     .kind = CellKind::Combo,
+                     .kind = CellKind::kCombo,
                      .field = analog::kFilter,
                      .choices = NumberedChoices(QStringLiteral("%1"), kLargestFilter, 0),
                      .maximum = kLargestFilter});
@@ -110,7 +111,7 @@ std::vector<GridColumn> EncoderColumns(std::uint32_t largest_resolution) {
                      .title = QStringLiteral("Centering Button"),
                      .tip = QStringLiteral("The button that centres the channel, 1 to 16 or none. "
                                            "Default: None."),
-                     .kind = CellKind::Combo,
+                     .kind = CellKind::kCombo,
                      .field = encoder::kCentering,
                      .choices = std::move(buttons),
                      .describe = QStringLiteral("Button %1")});
@@ -123,7 +124,7 @@ std::vector<GridColumn> AbsoluteEncoderColumns() {
                      .title = QStringLiteral("Incremental"),
                      .tip = QStringLiteral("The encoder counts steps instead of its absolute "
                                            "position. Default: off."),
-                     .kind = CellKind::CheckBox,
+                     .kind = CellKind::kCheckBox,
                      .field = encoder::kIncremental});
   return columns;
 }
@@ -202,11 +203,7 @@ GridRows& CAnalogChannelsPage::RowsAt(int row) {
 
 void CAnalogChannelsPage::OnClick(int row, int column) {
   grid_->HighlightRow(row, kClickedRow, kOtherRows);
-  if (column >= kFirstAxis && column <= kLastAxis) {
-    for (int other = 1; other < grid_->Rows(); ++other) {
-      if (other != row) grid_->SetValue(other, column, 0);
-    }
-  }
+  if (column >= kFirstAxis && column <= kLastAxis) ClearOtherRows(*grid_, row, column);
   grid_->Redraw();
 }
 

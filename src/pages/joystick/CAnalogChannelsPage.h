@@ -14,7 +14,7 @@ enum class AnalogInputs { kWithEncoders, kAnalogOnly };
 
 // "Analog Channels" of the joystick controllers: eight analog inputs and, on the full controller,
 // six absolute encoders and the incremental channel, and which joystick axes they drive.
-class CAnalogChannelsPage : public CSettingsPage {
+class CAnalogChannelsPage final : public CSettingsPage {
   Q_OBJECT
 
  public:

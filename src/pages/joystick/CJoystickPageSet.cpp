@@ -2,6 +2,11 @@
 #include "pages/joystick/CJoystickPageSet.h"
 
 #include "pages/joystick/CAnalogChannelsPage.h"
+#include "pages/joystick/CAxisTweakPage.h"
+#include "pages/joystick/CDigitalChannelsPage.h"
+#include "pages/joystick/CExpansionPortPage.h"
+#include "pages/joystick/CHatChannelsPage.h"
+#include "pages/joystick/CScanMatrixChannelsPage.h"
 
 namespace quillon {
 namespace {
@@ -22,17 +27,29 @@ const FamilyTraits& TraitsOf(JoystickFamily family) {
 
 CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, QWidget* parent)
     : CPageSet(context, TraitsOf(family), parent) {
-  const bool scan_matrix = family == JoystickFamily::kScanMatrix;
-  if (family == JoystickFamily::kFull) {
-    AddPage("tab-analog", tr("Analog Channels"),
-            [context] { return new CAnalogChannelsPage(context, AnalogInputs::kWithEncoders); });
-  } else if (family == JoystickFamily::kSmall) {
-    AddPage("tab-analog", tr("Analog Channels"));
+  const bool full = family == JoystickFamily::kFull;
+  if (family == JoystickFamily::kScanMatrix) {
+    AddPage("tab-digital", tr("Digital Channels"),
+            [context] { return new CScanMatrixChannelsPage(context); });
+  } else {
+    AddPage("tab-analog", tr("Analog Channels"), [=] {
+      return new CAnalogChannelsPage(
+          context, full ? AnalogInputs::kWithEncoders : AnalogInputs::kAnalogOnly);
+    });
+    AddPage("tab-axis", tr("Axis Tweaking"), [context] { return new CAxisTweakPage(context); });
+    AddPage("tab-digital", tr("Digital Channels"), [=] {
+      return new CDigitalChannelsPage(context, full ? ScanMatrix::kNone : ScanMatrix::kSwitchable);
+    });
+    AddPage("tab-hat", tr("HAT Channels"), [=] {
+      return new CHatChannelsPage(context, full ? HatUse::kWithOutputs : HatUse::kInputsOnly);
+    });
   }
-  if (!scan_matrix) AddPage("tab-axis", tr("Axis Tweaking"));
-  AddPage("tab-digital", tr("Digital Channels"));
-  if (!scan_matrix) AddPage("tab-hat", tr("HAT Channels"));
-  if (family != JoystickFamily::kSmall) AddPage("tab-expansion", tr("Expansion Port"));
+  if (family != JoystickFamily::kSmall) {
+    const auto modules =
+        full ? ExpansionModules::kOfFullController : ExpansionModules::kOfScanMatrix;
+    AddPage("tab-expansion", tr("Expansion Port"),
+            [=] { return new CExpansionPortPage(context, modules); });
+  }
 }
 
 }  // namespace quillon

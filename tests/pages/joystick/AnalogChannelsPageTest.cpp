@@ -29,20 +29,6 @@ enum Column {
   kCentering
 };
 
-// What a row shows: its toggles as the titles of those that are set, then the texts.
-std::string RowText(const CGridCtrl& grid, int row) {
-  std::string text = grid.Text(row, 0).toStdString() + ":";
-  for (int column = 1; column < grid.Columns(); ++column) {
-    if (!grid.IsEnabledCell(row, column)) continue;
-    const bool toggle = IsToggle(grid.Kind(row, column));
-    if (toggle && grid.Value(row, column) == 0) continue;
-    const QString word = toggle ? grid.Text(0, column) : grid.Text(row, column);
-    text += " " + word.trimmed().toStdString();
-    if (!toggle) text += "=" + std::to_string(grid.Value(row, column));
-  }
-  return text;
-}
-
 // Two blocks with every clamp, a value that no list offers, and all bits that nobody edits set in
 // the rows 2 and 10.
 constexpr const char* kRetrieve = R"(

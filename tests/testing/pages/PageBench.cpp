@@ -10,17 +10,6 @@
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
-namespace {
-
-template <typename Control>
-Control& Named(const QWidget& page, const QString& name) {
-  for (auto* const control : page.findChildren<Control*>()) {
-    if (control->accessibleName() == name) return *control;
-  }
-  throw std::runtime_error("The page has no control " + name.toStdString());
-}
-
-}  // namespace
 
 PageBench::PageBench(HidLibrary& library, std::uint16_t product_id, std::uint16_t version)
     : link(library) {
@@ -50,6 +39,19 @@ CGridCtrl& Grid(const QWidget& page) {
   auto* const grid = page.findChild<CGridCtrl*>();
   if (grid == nullptr) throw std::runtime_error("The page has no grid");
   return *grid;
+}
+
+std::string RowText(const CGridCtrl& grid, int row) {
+  std::string text = grid.Text(row, 0).toStdString() + ":";
+  for (int column = 1; column < grid.Columns(); ++column) {
+    if (!grid.IsEnabledCell(row, column)) continue;
+    const bool toggle = IsToggle(grid.Kind(row, column));
+    if (toggle && grid.Value(row, column) == 0) continue;
+    const QString word = toggle ? grid.Text(0, column) : grid.Text(row, column);
+    text += " " + word.trimmed().toStdString();
+    if (!toggle) text += "=" + std::to_string(grid.Value(row, column));
+  }
+  return text;
 }
 
 QString OriginOf(const QWidget& page) {

@@ -2,13 +2,13 @@
 #pragma once
 
 #include <QPushButton>
+#include <stdexcept>
 
 #include "devlink/BoardLink.h"
 #include "pages/common/PageContext.h"
 #include "testing/pages/ScriptedPrompts.h"
 
 class QLabel;
-class QWidget;
 
 namespace quillon {
 class CGridCtrl;
@@ -35,9 +35,18 @@ class PageBench {
 };
 
 // Controls of a page, by the name that they have for a screen reader. A missing one ends the test.
+template <typename Control>
+Control& Named(const QWidget& page, const QString& name) {
+  for (auto* const control : page.findChildren<Control*>()) {
+    if (control->accessibleName() == name) return *control;
+  }
+  throw std::runtime_error("The page has no control " + name.toStdString());
+}
 QPushButton& Button(const QWidget& page, const QString& name);
 CStatusLed& Lamp(const QWidget& page, const QString& name);
 CGridCtrl& Grid(const QWidget& page);
+// What a row shows: its toggles as the titles of those that are set, then texts and codes.
+std::string RowText(const CGridCtrl& grid, int row);
 // The line that says where the page's values come from.
 QString OriginOf(const QWidget& page);
 

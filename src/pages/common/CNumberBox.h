@@ -1,0 +1,33 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QSpinBox>
+
+namespace quillon {
+
+// A number from 0 to a limit. More can be typed and becomes the limit when the field is left, an
+// empty text 0. What a board holds may be above the limit: it is shown and kept, and can be typed
+// again, but nothing else above the limit can be chosen.
+class CNumberBox : public QSpinBox {
+  Q_OBJECT
+
+ public:
+  explicit CNumberBox(int limit, QWidget* parent = nullptr);
+
+  // Shows a value that a board holds.
+  void ShowHeld(int value);
+  // The value, after what is being typed has been taken as if the field were left.
+  int Take();
+
+  void stepBy(int steps) override;
+
+ protected:
+  QValidator::State validate(QString& text, int& position) const override;
+  void fixup(QString& text) const override;
+  StepEnabled stepEnabled() const override;
+
+ private:
+  int limit_;
+};
+
+}  // namespace quillon

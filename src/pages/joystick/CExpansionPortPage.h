@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "pages/common/CSettingsPage.h"
+#include "settings/ExpansionBlock.h"
+
+class QCheckBox;
+class QComboBox;
+class QLabel;
+
+namespace quillon {
+
+class CStatusLed;
+
+// Which modules a family's boards take in their expansion port.
+enum class ExpansionModules { kOfFullController, kOfScanMatrix };
+
+// "Expansion Port" of the joystick-style controllers: whether the port is on, and which module is
+// plugged into it.
+class CExpansionPortPage final : public CSettingsPage {
+  Q_OBJECT
+
+ public:
+  CExpansionPortPage(PageContext context, ExpansionModules modules, QWidget* parent = nullptr);
+
+ protected:
+  bool RetrieveRoutine() override;
+  bool UpdateRoutine() override;
+  void DefaultsRoutine() override;
+
+ private:
+  void BuildPort(const QStringList& modules);
+  void BuildDisplayAdvice();
+  void FollowActive(bool active);
+  void KeepUnknownModule(bool keep);
+
+  QCheckBox* active_ = nullptr;
+  CStatusLed* lamp_ = nullptr;
+  QComboBox* module_ = nullptr;
+  QLabel* unknown_ = nullptr;
+  expansion::Block block_;
+  // The board of an active port named a module that is not in the list. Its code goes back until
+  // another one is chosen, although the list shows the former choice.
+  bool keeps_unknown_module_ = false;
+};
+
+}  // namespace quillon

@@ -1,0 +1,294 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QCheckBox>
+#include <QLabel>
+#include <QRadioButton>
+#include <QSpinBox>
+#include <QTest>
+#include <QTimer>
+
+#include "pages/joystick/CAxisCalibrateDlg.h"
+#include "pages/joystick/CAxisTweakPage.h"
+#include "testing/link/FaultyLibrary.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+// Opens the calibration of the Z axis and acts on the dialog as soon as it runs its event loop.
+void Calibrate(CAxisTweakPage& page, std::function<void(QDialog&)> act) {
+  bool opened = false;
+  QTimer::singleShot(0, &page, [&] {
+    auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    opened = true;
+    EXPECT_TRUE(QTest::qWaitForWindowActive(dialog));
+    act(*dialog);
+    if (!dialog->isVisible()) return;
+    ADD_FAILURE() << "still open";
+    dialog->reject();
+  });
+  auto& box = Named<QCheckBox>(page, "Z axis: Calibrate");
+  box.click();
+  EXPECT_TRUE(opened);
+  EXPECT_FALSE(box.isChecked());
+}
+
+template <typename Widget>
+Widget& WithText(const QWidget& dialog, const QString& text) {
+  for (auto* const widget : dialog.findChildren<Widget*>()) {
+    if (widget->text() == text) return *widget;
+  }
+  throw std::runtime_error("The dialog has no " + text.toStdString());
+}
+
+void Press(QDialog& dialog, const char* button) { WithText<QPushButton>(dialog, button).click(); }
+void Choose(QDialog& dialog, const char* mode) { WithText<QRadioButton>(dialog, mode).click(); }
+QSpinBox& Value(const QDialog& dialog, const char* name) { return Named<QSpinBox>(dialog, name); }
+
+// The mode, whether its values can be edited, and the values.
+std::string StateText(const QDialog& dialog) {
+  std::string text;
+  for (const char* const mode : {"Automatic", "Manual"}) {
+    if (WithText<QRadioButton>(dialog, mode).isChecked()) text += std::string(mode) + " ";
+  }
+  for (const char* const name : {"Min", "Center", "Max"}) {
+    const QSpinBox& value = Value(dialog, name);
+    text += value.text().toStdString() + (value.isEnabled() ? " " : "- ");
+  }
+  for (const auto* const label : dialog.findChildren<QLabel*>()) {
+    if (label->text().startsWith("Move the")) text += label->isEnabled() ? "told" : "untold";
+  }
+  return text;
+}
+
+// How an exchange of the Z axis goes.
+constexpr const char* kBegin = R"(
+  write 0 -> 0 : 00 00 00 00 30 00 02 *
+  read 0 -> 0 : 30 01 04 02 80 03 fc *)";
+constexpr const char* kAccept = R"(
+  write 0 -> 0 : 00 00 00 00 31 00 02 *
+  read 0 -> 0 : 31 *)";
+constexpr const char* kCancel = R"(
+  write 0 -> 0 : 00 00 00 00 32 00 02 *
+  read 0 -> 0 : 32 *)";
+constexpr const char* kMeasured = "Automatic 1025- 32770- 64515- told";
+
+class AxisCalibrate : public ::testing::Test {
+ protected:
+  void ExpectFailureMessage() {
+    bench.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
+                                UserPrompts::Icon::kError);
+  }
+
+  TranscriptLibrary library{""};
+  PageBench bench{library};
+  CAxisTweakPage page{bench.Context()};
+};
+
+}  // namespace
+
+TEST_F(AxisCalibrate, BeginsToMeasureWhenItOpens) {
+  library.Expect(kBegin);
+  Calibrate(page, [&](QDialog& dialog) {
+    EXPECT_EQ(dialog.windowTitle(), "Z Axis Calibrate");
+    EXPECT_EQ(StateText(dialog), kMeasured);
+    WithText<QLabel>(dialog, "Min: 1025  Cen: 32770  Max: 64515");
+    WithText<QLabel>(dialog,
+                     "Move the Z axis control to it's minimum and maximum positions.\n\nIf this "
+                     "channel has a center position, center the\naxis before clicking on the OK "
+                     "button.");
+    EXPECT_FALSE(bench.link.gate.IsOpen());
+    Button(page, "Retrieve").click();  // sends nothing: the dialog holds the gate
+    library.Expect(kAccept);
+    Press(dialog, "OK");
+  });
+  EXPECT_TRUE(bench.link.gate.IsOpen());
+}
+
+TEST_F(AxisCalibrate, EveryWayToCloseSendsOneClosingCommand) {
+  struct Case {
+    const char* name;
+    std::function<void(QDialog&)> act;
+    const char* closing;
+  };
+  const Case cases[]{
+      {"OK", [](QDialog& dialog) { Press(dialog, "OK"); }, kAccept},
+      {"Enter", [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }, kAccept},
+      {"Cancel", [](QDialog& dialog) { Press(dialog, "Cancel"); }, kCancel},
+      {"Escape", [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, kCancel},
+      {"close button", [](QDialog& dialog) { dialog.close(); }, kCancel},
+      {"hidden", [](QDialog& dialog) { dialog.hide(); }, kCancel},
+      {"twice",
+       [](QDialog& dialog) {
+         Press(dialog, "OK");
+         dialog.close();
+         dialog.reject();
+       },
+       kAccept}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    library.Expect(kBegin);
+    Calibrate(page, [&](QDialog& dialog) {
+      library.Expect(c.closing);
+      c.act(dialog);
+    });
+    EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  }
+}
+
+TEST_F(AxisCalibrate, ManualValuesGoOutAsTheyAreShown) {
+  library.Expect(kBegin);
+  Calibrate(page, [&](QDialog& dialog) {
+    Choose(dialog, "Manual");
+    EXPECT_EQ(StateText(dialog), "Manual 1025 32770 64515 untold");
+    QSpinBox& max = Value(dialog, "Max");
+    max.setFocus();
+    max.selectAll();
+    QTest::keyClicks(&max, "70000");
+    Value(dialog, "Min").setFocus();
+    EXPECT_EQ(max.text(), "65535");
+    max.setValue(258);
+    Value(dialog, "Min").selectAll();
+    QTest::keyClicks(&Value(dialog, "Min"), "70000");  // and not left
+    library.Expect(R"(
+      write 0 -> 0 : 00 00 00 00 33 00 02 ff ff 02 80 02 01 *
+      read 0 -> 0 : 33 *)");
+    dialog.accept();
+  });
+}
+
+TEST_F(AxisCalibrate, ReadsAgainWithAutomaticAndSendsNothingWithDefaults) {
+  library.Expect(kBegin);
+  Calibrate(page, [&](QDialog& dialog) {
+    Choose(dialog, "Manual");
+    Press(dialog, "Defaults");
+    EXPECT_EQ(StateText(dialog), "Automatic 0- 32768- 65535- told");
+    library.Expect(kBegin);
+    Choose(dialog, "Automatic");
+    EXPECT_EQ(StateText(dialog), kMeasured);
+    library.Expect(R"(
+      write 0 -> 0 : 00 00 00 00 30 00 02 *
+      read 0 -> 0 : 30 00 00 ff ff 07 *)");
+    Choose(dialog, "Automatic");
+    EXPECT_EQ(StateText(dialog), "Automatic 0- 65535- 7- told");
+    Choose(dialog, "Manual");
+    Press(dialog, "Defaults");
+    library.Expect(kAccept);
+    Press(dialog, "OK");
+  });
+}
+
+TEST_F(AxisCalibrate, OnlyTheLastExchangeDecides) {
+  constexpr const char* kNotBegun = R"(
+    write 0 -> 0 : 00 00 00 00 30 00 02 *
+    read 0 -> 0 : 31 01 04 02 80 03 fc *)";
+  struct Case {
+    const char* name;
+    const char* button;
+    const char* begin;
+    const char* closing;
+    bool failed;
+  };
+  const Case cases[]{
+      {"not begun, but accepted", "OK", kNotBegun, kAccept, false},
+      {"not begun, but cancelled", "Cancel", kNotBegun, kCancel, false},
+      {"accept not written", "OK", kBegin, "write 0 -> 1 : 00 00 00 00 31 00 02 *", true},
+      {"accept refused", "OK", kBegin, "write 0 -> 0 : 00 00 00 00 31 00 02 *\nread 0 -> 0 : ee *",
+       true},
+      {"cancel not answered", "Cancel", kBegin,
+       "write 0 -> 0 : 00 00 00 00 32 00 02 *\nread 0 -> 4", true},
+      {"darkened again", "OK", kBegin, kAccept, false}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    library.Expect(c.begin);
+    if (c.failed) {
+      ExpectFailureMessage();
+      bench.prompts.WhileOpen([&] { EXPECT_FALSE(bench.link.gate.IsOpen()); });
+    }
+    Calibrate(page, [&](QDialog& dialog) {
+      EXPECT_EQ(StateText(dialog),
+                c.begin == kBegin ? kMeasured : "Automatic 0- 32768- 65535- told");
+      library.Expect(c.closing);
+      Press(dialog, c.button);
+    });
+    EXPECT_EQ(Lamp(page, "Error").IsLit(), c.failed);
+    EXPECT_EQ(Lamp(page, "Error").IsBlinking(), c.failed);
+  }
+}
+
+TEST_F(AxisCalibrate, DoesNotOpenWhileSomethingElseIsUnderWay) {
+  const auto hold = bench.link.gate.Enter();
+  auto& box = Named<QCheckBox>(page, "Z axis: Calibrate");
+  box.click();
+  EXPECT_FALSE(box.isChecked());
+  box.setChecked(true);
+  box.click();
+  EXPECT_TRUE(box.isChecked()) << "as the retrieve has left it";
+}
+
+TEST_F(AxisCalibrate, TellsWhenNoDialogCouldBeShown) {
+  class Page : public CAxisTweakPage {
+   public:
+    using CAxisTweakPage::CAxisTweakPage;
+    using CAxisTweakPage::ReportCalibration;
+  };
+  Page reporting(bench.Context());
+  bench.prompts.ExpectMessage("Dialog box could not be created!", "Quillon",
+                              UserPrompts::Icon::kNone);
+  reporting.ReportCalibration(0, CalibrationStatus::kNotShown);
+  EXPECT_FALSE(Lamp(reporting, "Error").IsLit());
+}
+
+TEST(AxisCalibrateOnABoard, FollowsTheAxisAndStoresItsLastReading) {
+  sim::Bus bus(sim::DefaultRig(), {.latency = {}});
+  SimLibrary library(bus);
+  PageBench bench(library);
+  bench.Detect();
+  CAxisTweakPage page(bench.Context());
+  const auto stored = bus.Find("joystick-1")->State().calibration[2];
+  Calibrate(page, [&](QDialog& dialog) {
+    const std::string first = StateText(dialog);
+    Choose(dialog, "Automatic");
+    EXPECT_NE(StateText(dialog), first);
+    Press(dialog, "Cancel");
+  });
+  EXPECT_EQ(bus.Find("joystick-1")->State().calibration[2], stored);
+  int min = 0;
+  Calibrate(page, [&](QDialog& dialog) {
+    Choose(dialog, "Automatic");
+    min = Value(dialog, "Min").value();
+    Press(dialog, "OK");
+  });
+  EXPECT_NE(min, stored.min);
+  EXPECT_EQ(bus.Find("joystick-1")->State().calibration[2].min, min);
+}
+
+TEST(AxisCalibrateOnABoard, OutlivesTheBoard) {
+  sim::Bus bus(sim::DefaultRig(), {.latency = {}});
+  SimLibrary library(bus);
+  PageBench bench(library);
+  bench.Detect();
+  bool detected_anew = false;
+  bench.link.gate.SetAction([&] { detected_anew = true; });
+  CAxisTweakPage page(bench.Context());
+  bench.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
+                              UserPrompts::Icon::kError);
+  Calibrate(page, [&](QDialog& dialog) {
+    bus.Unplug("joystick-1");
+    bench.link.gate.Request();
+    Choose(dialog, "Automatic");
+    EXPECT_TRUE(dialog.isVisible());
+    EXPECT_FALSE(detected_anew) << "not while the dialog needs the table of boards";
+    Press(dialog, "OK");
+  });
+  EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
+  EXPECT_TRUE(detected_anew);
+}
+
+}  // namespace quillon::testing

@@ -1,0 +1,160 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QSpinBox>
+
+#include "pages/joystick/CAxisTweakPage.h"
+#include "testing/OwnFolders.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+// What the line of an axis shows: its checked boxes, then the percentages and the combined axis.
+std::string LineText(const QWidget& page, const char* axis) {
+  const QString prefix = QStringLiteral("%1 axis: ").arg(axis);
+  std::string text = std::string(axis) + ":";
+  for (const char* const box : {"Active", "Calibrate"}) {
+    if (Named<QCheckBox>(page, prefix + box).isChecked()) text += std::string(" ") + box;
+  }
+  for (const char* const percent : {"Trim Min %", "Deadzone %", "Trim Max %"}) {
+    text += " " + Named<QSpinBox>(page, prefix + percent).text().toStdString();
+  }
+  return text + " " + Named<QComboBox>(page, prefix + "Combine").currentText().toStdString();
+}
+
+// Every field at an end or in the middle somewhere, and the bits that nobody edits.
+constexpr const char* kRetrieve = R"(
+  write 0 -> 0 : 00 00 00 00 22 *
+  # _|combine|calibrate|active, trim min, dead zone, trim max
+  read 0 -> 0 : 22 0d 05 0a 64 fe 00 00 00 e3 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *)";
+
+const char* const kAxes[]{"X", "Y", "Z", "Rx", "Ry", "Rz", "S1", "S2"};
+
+}  // namespace
+
+TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAxisTweakPage page(bench.Context());
+  Button(page, "Retrieve").click();
+  EXPECT_EQ(LineText(page, "X"), "X: Active 5 10 100 Rx");
+  EXPECT_EQ(LineText(page, "Y"), "Y: Calibrate 0 0 0 S2");
+  EXPECT_EQ(LineText(page, "Z"), "Z: Active Calibrate 255 200 101 X") << "more than 100 is shown";
+  EXPECT_EQ(LineText(page, "Rx"), "Rx: 1 2 3 X");
+  EXPECT_EQ(LineText(page, "Ry"), "Ry: 0 0 0 Y");
+  EXPECT_EQ(LineText(page, "Rz"), "Rz: Active 100 100 100 Ry");
+  EXPECT_EQ(LineText(page, "S1"), "S1: 0 255 0 Rz");
+  EXPECT_EQ(LineText(page, "S2"), "S2: 0 0 255 S2");
+  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001.");
+
+  // Only the calibrate flags are gone.
+  library.Expect(R"(
+    write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 fc 00 00 00 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
+    read 0 -> 0 : 23 *)");
+  Button(page, "Update").click();
+  EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  EXPECT_EQ(LineText(page, "Y"), "Y: 0 0 0 S2");
+  EXPECT_EQ(LineText(page, "Z"), "Z: Active 255 200 101 X");
+}
+
+TEST(AxisTweak, SendsEveryEditOfAnAxis) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAxisTweakPage page(bench.Context());
+  Button(page, "Retrieve").click();
+  Named<QCheckBox>(page, "Y axis: Active").click();
+  Named<QComboBox>(page, "Y axis: Combine").setCurrentText("S1");
+  Named<QSpinBox>(page, "Y axis: Trim Min %").setValue(1);
+  Named<QSpinBox>(page, "Y axis: Deadzone %").setValue(2);
+  Named<QSpinBox>(page, "Y axis: Trim Max %").setValue(100);
+  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001. Edited since.");
+  library.Expect(R"(
+    write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 f9 01 02 64 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
+    read 0 -> 0 : 23 *)");
+  Button(page, "Update").click();
+  EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
+}
+
+TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAxisTweakPage page(bench.Context());
+  Button(page, "Retrieve").click();
+  bench.prompts.ExpectQuestion(
+      "Are you sure you want to load the\r\ndefault settings for this page?", "Load Defaults",
+      true);
+  Button(page, "Defaults").click();
+  for (const char* const axis : kAxes) {
+    EXPECT_EQ(LineText(page, axis), std::string(axis) + ": 0 0 0 " + axis);
+  }
+  library.Expect(R"(
+    write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 e4 00 00 00 e8 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 b8 00 00 00 1c *
+    read 0 -> 0 : 23 *)");
+  Button(page, "Update").click();
+}
+
+TEST(AxisTweak, LightsTheErrorLampAndKeepsItsControlsWhenAnExchangeFails) {
+  struct Case {
+    const char* name;
+    const char* button;
+    const char* exchanges;
+  };
+  const Case cases[]{{"not read", "Retrieve", R"(
+         write 0 -> 0 : 00 00 00 00 22 *
+         read 0 -> 4)"},
+                     {"answered with another command", "Retrieve", R"(
+         write 0 -> 0 : 00 00 00 00 22 *
+         read 0 -> 0 : 23 ff ff ff ff *)"},
+                     {"not written", "Update", R"(
+         write 0 -> 1 : 00 00 00 00 23 01 00 00 00 00 04 00 00 00 08 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 18 00 00 00 1c *)"},
+                     {"refused", "Update", R"(
+         write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 04 00 00 00 08 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 18 00 00 00 1c *
+         read 0 -> 0 : ee *)"}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TranscriptLibrary library(c.exchanges);
+    PageBench bench(library);
+    CAxisTweakPage page(bench.Context());
+    Button(page, c.button).click();
+    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
+    EXPECT_EQ(LineText(page, "Y"), "Y: 0 0 0 Y");
+    EXPECT_EQ(OriginOf(page), "Not retrieved from the board yet.");
+  }
+}
+
+TEST(AxisTweak, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
+  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "boards", .latency = {}};
+  const auto with_page = [&](std::uint16_t product_id, auto&& act) {
+    sim::Bus bus(sim::DefaultRig(), options);
+    SimLibrary library(bus);
+    PageBench bench(library);
+    bench.Detect();
+    for (std::uint32_t i = bench.link.table.Count(); i-- > 0;) {
+      if (bench.link.table.Record(i).product_id == product_id) bench.link.table.SetCurrent(i);
+    }
+    CAxisTweakPage page(bench.Context());
+    act(page);
+    EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  };
+  for (const std::uint16_t product_id : {std::uint16_t{0x0910}, std::uint16_t{0x0920}}) {
+    with_page(product_id, [](CAxisTweakPage& page) {
+      page.LoadDefaults();
+      Named<QCheckBox>(page, "Rz axis: Active").click();
+      Named<QSpinBox>(page, "Rz axis: Deadzone %").setValue(33);
+      Button(page, "Update").click();
+    });
+    with_page(product_id, [](CAxisTweakPage& page) {
+      Button(page, "Retrieve").click();
+      EXPECT_EQ(LineText(page, "Rz"), "Rz: Active 0 33 0 Rz");
+      EXPECT_EQ(LineText(page, "S1"), "S1: 0 0 0 S1");
+    });
+  }
+}
+
+}  // namespace quillon::testing

@@ -1,0 +1,210 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QLineEdit>
+#include <QTest>
+
+#include "pages/joystick/CDigitalChannelsPage.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+enum Column { kOn = 1, kMaster, kInvert, kMode, kPulse, kEncoder };
+
+// Blocks of 16 inputs: mode|_|invert|master|on, pulse width, _|encoder. Bits that nobody edits are
+// set in the inputs 2, 8 and 9; the codes of input 9 mean nothing.
+constexpr const char* kHeld =
+    "01 00 00 1b ff f0 25 19 00 32 00 00 40 00 01 41 00 01 45 00 03 4d 01 a3 f9 07 f4 01 00 00 "
+    "01 00 00 00 00 00 01 00 00 01 00 00 00 00 00 00 00 02";
+// The same after an update of a page that showed Toggle and GRAY 1X for input 9 before.
+constexpr const char* kSentBack =
+    "01 00 00 1b ff f0 25 19 00 32 00 00 40 00 01 41 00 01 45 00 03 4d 01 a3 19 07 f1 01 00 00 "
+    "01 00 00 00 00 00 01 00 00 01 00 00 00 00 00 00 00 02";
+constexpr const char* kFactory =
+    "01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 "
+    "01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00";
+
+std::string Retrieve(const std::string& data) {
+  return "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 0 : 12 " + data + " *\n";
+}
+
+std::string Update(const std::string& payload) {
+  return "write 0 -> 0 : 00 00 00 00 0e 01 " + payload + " *\nread 0 -> 0 : 0e *\n";
+}
+
+QCheckBox& ScanMatrixBox(const QWidget& page) { return *page.findChild<QCheckBox*>(); }
+
+// A page over a transcript.
+struct Bench {
+  explicit Bench(const std::string& transcript, ScanMatrix scan_matrix = ScanMatrix::kNone)
+      : library(transcript), board(library), page(board.Context(), scan_matrix), grid(Grid(page)) {}
+
+  TranscriptLibrary library;
+  PageBench board;
+  CDigitalChannelsPage page;
+  CGridCtrl& grid;
+};
+
+}  // namespace
+
+TEST(DigitalChannels, ShowsTheBlockAndLeavesCellsWhoseCodesItDoesNotKnow) {
+  Bench bench(Retrieve(kHeld));
+  bench.grid.Enter(9, kMode, "Toggle");
+  bench.grid.Enter(9, kEncoder, "GRAY 1X - A");
+  Button(bench.page, "Retrieve").click();
+  const char* rows[]{"Input 1: ON Normal=0 0=0 None=0",
+                     "Input 2: ON Master Toggle=1 255=255 None=0",
+                     "Input 3: ON Invert Pulse=2 25=25 None=0",
+                     "Input 4: Master Momentary=3 0=0 None=0",
+                     "Input 5: Rotary=4 0=0 GRAY 1X - A=1",
+                     "Input 6: ON Rotary=4 0=0 GRAY 1X - B=1",
+                     "Input 7: ON Invert Rotary=4 0=0 GRAY 4X - A=3",
+                     "Input 8: ON Invert Rotary=4 1=1 GRAY 4X - B=3",
+                     "Input 9: ON Toggle=1 7=7 GRAY 1X - A=1",
+                     "Input 10: ON Normal=0 0=0 None=0"};
+  for (int row = 1; row <= 10; ++row) EXPECT_EQ(RowText(bench.grid, row), rows[row - 1]);
+  EXPECT_EQ(RowText(bench.grid, 16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
+  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+
+  bench.library.Expect(Update(kSentBack));
+  Button(bench.page, "Update").click();
+  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+}
+
+TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
+  const struct {
+    const char* held;
+    bool on;
+  } cases[]{{"01 ", true}, {"ff ", true}, {"00 ", false}, {"fe ", false}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.held);
+    Bench bench(Retrieve(c.held + std::string(kHeld)), ScanMatrix::kSwitchable);
+    QCheckBox& box = ScanMatrixBox(bench.page);
+    bench.grid.Enter(9, kMode, "Toggle");
+    bench.grid.Enter(9, kEncoder, "GRAY 1X - A");
+    Button(bench.page, "Retrieve").click();
+    EXPECT_EQ(box.isChecked(), c.on);
+    EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Invert Pulse=2 25=25 None=0");
+    EXPECT_EQ(RowText(bench.grid, 16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
+
+    bench.library.Expect(Update((c.on ? "01 " : "00 ") + std::string(kSentBack)));
+    Button(bench.page, "Update").click();
+    box.click();
+    EXPECT_EQ(OriginOf(bench.page), "Stored in Board : 001. Edited since.");
+    bench.library.Expect(Update((c.on ? "00 " : "01 ") + std::string(kSentBack)));
+    Button(bench.page, "Update").click();
+    EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  }
+}
+
+TEST(DigitalChannels, FullControllerShowsTheScanMatrixBoxDisabledAndSaysWhy) {
+  Bench bench("");
+  EXPECT_EQ(ScanMatrixBox(bench.page).text(), "Scan matrix mode.");
+  EXPECT_FALSE(ScanMatrixBox(bench.page).isEnabled());
+  EXPECT_FALSE(ScanMatrixBox(bench.page).toolTip().isEmpty());
+}
+
+TEST(DigitalChannels, LightsTheErrorLampForEveryFailedExchange) {
+  const std::string request = "write 0 -> 0 : 00 00 00 00 0e 01 " + std::string(kFactory);
+  const struct {
+    const char* button;
+    std::string exchanges;
+  } cases[]{
+      {"Retrieve", "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 4"},
+      {"Retrieve", "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 0 : 11 00 01 *"},
+      {"Update", request + " *\nread 0 -> 1"},
+      {"Update", request + " *\nread 0 -> 0 : 12 *"},
+      {"Update", "write 0 -> 1 : 00 00 00 00 0e 01 " + std::string(kFactory) + " *"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.exchanges);
+    Bench bench(c.exchanges);
+    Button(bench.page, c.button).click();
+    EXPECT_TRUE(Lamp(bench.page, "Error").IsBlinking());
+    EXPECT_EQ(RowText(bench.grid, 1), "Input 1: ON Normal=0 0=0 None=0");
+    EXPECT_EQ(OriginOf(bench.page), "Not retrieved from the board yet.");
+  }
+}
+
+TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
+  Bench bench(Retrieve(kHeld));
+  Button(bench.page, "Retrieve").click();
+  const auto masters = [&] {
+    std::string inputs;
+    for (int row = 1; row <= 16; ++row) {
+      if (bench.grid.Value(row, kMaster) != 0) inputs += " " + std::to_string(row);
+    }
+    return inputs;
+  };
+  EXPECT_EQ(masters(), " 2 4") << "as the board holds them";
+  bench.grid.Click(9, kInvert);
+  bench.grid.Enter(2, kMode, "Pulse");
+  EXPECT_EQ(masters(), " 2 4");
+  bench.grid.Click(9, kMaster);
+  EXPECT_EQ(masters(), " 9");
+  bench.grid.Click(9, kMaster);
+  EXPECT_EQ(masters(), "");
+  EXPECT_EQ(bench.grid.Background(9, kOn), qRgb(191, 212, 227));
+  EXPECT_EQ(bench.grid.Background(8, kOn), qRgb(240, 240, 240));
+}
+
+TEST(DigitalChannels, AppliesThePairRules) {
+  Bench bench("");
+  bench.grid.Enter(4, kMode, "Rotary");
+  EXPECT_EQ(bench.grid.Text(3, kMode), "Rotary");
+  bench.grid.Enter(3, kMode, "Toggle");
+  EXPECT_EQ(bench.grid.Text(4, kMode), "Normal");
+  bench.grid.Enter(7, kEncoder, "GRAY 2X - A");
+  EXPECT_EQ(RowText(bench.grid, 8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
+}
+
+TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
+  Bench bench("");
+  bench.page.show();
+  const auto type = [&](const QString& digits) {
+    bench.grid.setFocus();
+    bench.grid.setCurrentIndex(bench.grid.model()->index(2, kPulse - 1));
+    QTest::keyClicks(&bench.grid, digits.left(1));
+    auto* const editor = bench.grid.findChild<QLineEdit*>();
+    ASSERT_NE(editor, nullptr);
+    QTest::keyClicks(editor, digits.mid(1));
+    QTest::keyClick(editor, Qt::Key_Return);
+    QCoreApplication::processEvents();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  };
+  type("255");
+  EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 255=255 None=0");
+  for (const char* refused : {"256", "999"}) {
+    bench.board.prompts.ExpectMessage("Enter a value between 0 - 255", "Invalid Pulse Width",
+                                      UserPrompts::Icon::kExclamation);
+    // The box takes the focus, and the user goes elsewhere afterwards: no second message.
+    bench.board.prompts.WhileOpen([&] { Button(bench.page, "Update").setFocus(); });
+    type(refused);
+    EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 255=255 None=0");
+    bench.grid.setFocus();
+    bench.grid.setCurrentIndex(bench.grid.model()->index(5, 0));
+    Button(bench.page, "Retrieve").setFocus();
+  }
+  type("7");
+  EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 7=7 None=0");
+}
+
+TEST(DigitalChannels, LoadsDefaultsAndLeavesTheScanMatrixAlone) {
+  Bench bench(Retrieve("01 " + std::string(kHeld)), ScanMatrix::kSwitchable);
+  Button(bench.page, "Retrieve").click();
+  bench.grid.Click(3, kOn);
+  bench.page.LoadDefaults();
+  for (int row = 1; row <= 16; ++row) {
+    EXPECT_EQ(RowText(bench.grid, row),
+              "Input " + std::to_string(row) + ": ON Normal=0 0=0 None=0");
+  }
+  EXPECT_TRUE(ScanMatrixBox(bench.page).isChecked());
+  EXPECT_EQ(bench.grid.Background(3, kOn), qRgb(240, 240, 240)) << "no row is the clicked one";
+}
+
+}  // namespace quillon::testing

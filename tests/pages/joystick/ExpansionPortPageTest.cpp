@@ -1,0 +1,201 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QComboBox>
+#include <QGroupBox>
+#include <QLabel>
+
+#include "pages/joystick/CExpansionPortPage.h"
+#include "testing/OwnFolders.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+constexpr auto kFull = ExpansionModules::kOfFullController;
+constexpr auto kScanMatrix = ExpansionModules::kOfScanMatrix;
+
+QCheckBox& Active(const QWidget& page) { return *page.findChild<QCheckBox*>(); }
+QComboBox& Module(const QWidget& page) { return *page.findChild<QComboBox*>(); }
+
+std::string PortText(const QWidget& page) {
+  const bool active = Active(page).isChecked();
+  EXPECT_EQ(Lamp(page, "Expansion port").IsLit(), active);
+  EXPECT_EQ(Module(page).isEnabled(), active);
+  return (active ? "on, " : "off, ") + Module(page).currentText().toStdString();
+}
+
+bool NamesAnUnknownModule(const QWidget& page, int code) {
+  const QString begin = QStringLiteral("The board holds the module code %1,").arg(code);
+  for (const QLabel* const label : page.findChildren<QLabel*>()) {
+    if (label->text().startsWith(begin)) return label->isVisibleTo(&page);
+  }
+  return false;
+}
+
+std::string Retrieved(const char* block) {
+  return std::string("write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 0 : 14 ") + block + " *\n";
+}
+
+std::string Stored(const char* block) {
+  return std::string("write 0 -> 0 : 00 00 00 00 10 01 ") + block + " *\nread 0 -> 0 : 10 *\n";
+}
+
+}  // namespace
+
+TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
+  struct Case {
+    const char* name;
+    ExpansionModules modules;
+    const char* before;  // the module shown before the retrieve
+    const char* retrieved;
+    const char* shown;
+    const char* sent;
+    int unknown = -1;
+  };
+  const Case cases[]{
+      {"first", kFull, "Zephyr Card", "01 01", "on, Lumen Card", "01 01"},
+      {"last", kFull, "Zephyr Card", "01 05", "on, Character LCD 20 x 4", "01 05"},
+      {"all bits set", kFull, "Zephyr Card", "ff 03", "on, Absolute Tarn Encoders", "01 03"},
+      {"off, with a module", kFull, "Zephyr Card", "fe 02", "off, Zephyr Card", "00 04"},
+      {"off, without a module", kFull, "Zephyr Card", "00 00", "off, Zephyr Card", "00 04"},
+      {"no module", kFull, "Zephyr Card", "01 00", "on, Zephyr Card", "01 00", 0},
+      {"a newer module", kFull, "Zephyr Card", "01 06", "on, Zephyr Card", "01 06", 6},
+      {"no byte is negative", kFull, "Zephyr Card", "01 ff", "on, Zephyr Card", "01 ff", 255},
+      {"scan matrix", kScanMatrix, "Zephyr Card", "01 01", "on, 8x6 Scan Matrix", "01 01"},
+      {"scan matrix, last", kScanMatrix, "8x6 Scan Matrix", "01 02", "on, Zephyr Card", "01 02"},
+      {"scan matrix, not its own", kScanMatrix, "Zephyr Card", "01 03", "on, Zephyr Card", "01 03",
+       3}};
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.name);
+    TranscriptLibrary library(Retrieved(c.retrieved) + Stored(c.sent));
+    PageBench bench(library);
+    CExpansionPortPage page(bench.Context(), c.modules);
+    Module(page).setCurrentText(c.before);
+    Button(page, "Retrieve").click();
+    EXPECT_EQ(PortText(page), c.shown);
+    for (const int code : {0, 3, 6, 255}) {
+      EXPECT_EQ(NamesAnUnknownModule(page, code), code == c.unknown) << code;
+    }
+    Button(page, "Update").click();
+    EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  }
+}
+
+TEST(ExpansionPort, ForgetsAnUnknownModuleWhenTheUserChooses) {
+  TranscriptLibrary library(Retrieved("01 06"));
+  PageBench bench(library);
+  CExpansionPortPage page(bench.Context(), kFull);
+  Button(page, "Retrieve").click();
+  Active(page).click();
+  Active(page).click();
+  library.Expect(Stored("01 06"));
+  Button(page, "Update").click();
+  // The entry that is shown already.
+  Q_EMIT Module(page).activated(0);
+  EXPECT_FALSE(NamesAnUnknownModule(page, 6));
+  library.Expect(Stored("01 01"));
+  Button(page, "Update").click();
+
+  library.Expect(Retrieved("01 06"));
+  Button(page, "Retrieve").click();
+  page.LoadDefaults();
+  library.Expect(Stored("00 01"));
+  Button(page, "Update").click();
+  EXPECT_EQ(PortText(page), "off, Lumen Card");
+}
+
+TEST(ExpansionPort, NoSelectionKeepsTheRetrievedModule) {
+  TranscriptLibrary library(Retrieved("01 03") + Stored("01 03"));
+  PageBench bench(library);
+  CExpansionPortPage page(bench.Context(), kFull);
+  Button(page, "Retrieve").click();
+  Module(page).setCurrentIndex(-1);
+  Button(page, "Update").click();
+}
+
+TEST(ExpansionPort, FollowsItsCheckBox) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  CExpansionPortPage page(bench.Context(), kFull);
+  EXPECT_EQ(PortText(page), "off, Lumen Card");
+  Active(page).click();
+  EXPECT_EQ(PortText(page), "on, Lumen Card");
+  const QImage lamp = Lamp(page, "Expansion port").grab().toImage();
+  EXPECT_EQ(lamp.pixelColor(lamp.rect().center()), QColor(0, 255, 0));
+  Active(page).click();
+  EXPECT_EQ(PortText(page), "off, Lumen Card");
+  const QImage dark = Lamp(page, "Expansion port").grab().toImage();
+  EXPECT_EQ(dark.pixelColor(dark.rect().center()), QColor(150, 150, 150));
+}
+
+TEST(ExpansionPort, OnlyTheFullControllerGivesAdviceOnTheDisplay) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  const CExpansionPortPage full(bench.Context(), kFull);
+  const CExpansionPortPage scan_matrix(bench.Context(), kScanMatrix);
+  const auto titles = [](const QWidget& page) {
+    std::vector<std::string> out;
+    for (const auto* group : page.findChildren<QGroupBox*>()) {
+      out.push_back(group->title().toStdString());
+    }
+    return out;
+  };
+  EXPECT_THAT(titles(full),
+              ::testing::ElementsAre("Expansion Port Configuration", "Character LCD 20 x 4 mode"));
+  EXPECT_THAT(titles(scan_matrix), ::testing::ElementsAre("Expansion Port Configuration"));
+}
+
+TEST(ExpansionPort, LightsTheErrorLampAndKeepsItsControlsWhenAnExchangeFails) {
+  const struct {
+    const char* button;
+    const char* exchanges;
+  } cases[]{{"Retrieve", "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 1"},
+            {"Retrieve", "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 0 : 10 01 02 *"},
+            {"Update", "write 0 -> 1 : 00 00 00 00 10 01 00 01 *"},
+            {"Update", "write 0 -> 0 : 00 00 00 00 10 01 00 01 *\nread 0 -> 0 : ee *"}};
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.exchanges);
+    TranscriptLibrary library(c.exchanges);
+    PageBench bench(library);
+    CExpansionPortPage page(bench.Context(), kFull);
+    Button(page, c.button).click();
+    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
+    EXPECT_EQ(PortText(page), "off, Lumen Card");
+  }
+}
+
+TEST(ExpansionPort, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
+  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "boards", .latency = {}};
+  const auto with_page = [&](ExpansionModules modules, auto&& act) {
+    sim::Bus bus(sim::DefaultRig(), options);
+    SimLibrary library(bus);
+    PageBench bench(library);
+    bench.Detect();
+    const std::uint16_t product_id = modules == kFull ? 0x0910 : 0x0710;
+    for (std::uint32_t i = bench.link.table.Count(); i-- > 0;) {
+      if (bench.link.table.Record(i).product_id == product_id) bench.link.table.SetCurrent(i);
+    }
+    CExpansionPortPage page(bench.Context(), modules);
+    act(page);
+    EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  };
+  for (const auto modules : {kFull, kScanMatrix}) {
+    with_page(modules, [](CExpansionPortPage& page) {
+      page.LoadDefaults();
+      Active(page).click();
+      Module(page).setCurrentText("Zephyr Card");
+      Button(page, "Update").click();
+    });
+    with_page(modules, [](CExpansionPortPage& page) {
+      Button(page, "Retrieve").click();
+      EXPECT_EQ(PortText(page), "on, Zephyr Card");
+    });
+  }
+}
+
+}  // namespace quillon::testing

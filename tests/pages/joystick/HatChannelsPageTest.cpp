@@ -1,0 +1,199 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "pages/joystick/CHatChannelsPage.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+enum Column { kOn = 1, kMode = 2, kDamping = 1 };
+
+std::string Retrieve(const std::string& data) {
+  return "write 0 -> 0 : 00 00 00 00 13 *\nread 0 -> 0 : 13 " + data + " *\n";
+}
+
+std::string Update(const std::string& payload) {
+  return "write 0 -> 0 : 00 00 00 00 0f 01 " + payload + " *\nread 0 -> 0 : 0f *\n";
+}
+
+// A page over a transcript.
+struct Bench {
+  explicit Bench(const std::string& transcript, HatUse use = HatUse::kWithOutputs)
+      : library(transcript),
+        board(library),
+        page(board.Context(), use),
+        hats(*page.findChildren<CGridCtrl*>().front()) {}
+
+  CGridCtrl& Damping() { return *page.findChildren<CGridCtrl*>().at(1); }
+  std::string Modes() const {
+    return (hats.Text(1, kMode) + " / " + hats.Text(2, kMode)).toStdString();
+  }
+  std::string DampingTexts() {
+    QStringList texts;
+    for (int row = 1; row <= 8; ++row) texts << Damping().Text(row, kDamping);
+    return texts.join(u' ').toStdString();
+  }
+
+  TranscriptLibrary library;
+  PageBench board;
+  CHatChannelsPage page;
+  CGridCtrl& hats;
+};
+
+}  // namespace
+
+TEST(HatChannels, ShowsTheBlockAndKeepsBitsThatItDoesNotEdit) {
+  Bench bench(Retrieve("a3 e4 58 1b"));
+  Button(bench.page, "Retrieve").click();
+  EXPECT_EQ(RowText(bench.hats, 1), "HAT 1: ON Digital=1");
+  EXPECT_EQ(RowText(bench.hats, 2), "HAT 2: FALCO=4");
+  EXPECT_EQ(bench.DampingTexts(), "OFF LO MID HI HI MID LO OFF");
+  bench.library.Expect(Update("a3 e4 58 1b"));
+  Button(bench.page, "Update").click();
+
+  bench.hats.Click(1, kOn);
+  bench.hats.Enter(2, kMode, "Digital");
+  bench.Damping().Enter(5, kDamping, "MID");
+  bench.Damping().Enter(4, kDamping, "OFF");
+  bench.library.Expect(Update("a2 24 52 1a"));
+  Button(bench.page, "Update").click();
+  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+}
+
+// Not the inverse of what an update sends. Boards and their users rely on it: leave it alone.
+TEST(HatChannels, ShowsTheModesThatBoardsReportByATableOfItsOwn) {
+  const struct {
+    const char* held;
+    const char* modes;
+  } cases[]{
+      {"01 00 01 00", "POV / POV"},
+      {"03 00 03 00", "Digital / Digital"},
+      {"05 00 05 00", "Incremental / ORB : Shifter Display"},
+      {"07 00 07 00", "ORB : 12-Bit DACs / ORB : Shifter Display"},  // as they were
+      {"09 00 09 00", "FALCO / FALCO"},
+      {"0b 00 0b 00", "TARN20-XY / ORB : Shifter Display"},
+      {"0d 00 0d 00", "TARN20-XY / ORB : Shifter Display"},
+      {"0f 00 0f 00", "ORB : 12-Bit DACs / ORB : Shifter Display"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.held);
+    Bench bench(Retrieve(c.held));
+    bench.hats.Enter(1, kMode, "ORB : 12-Bit DACs");
+    bench.hats.Enter(2, kMode, "ORB : Shifter Display");
+    Button(bench.page, "Retrieve").click();
+    EXPECT_EQ(bench.Modes(), c.modes);
+  }
+  const struct {
+    int hat;
+    const char* mode;
+    const char* sent;
+  } updates[]{
+      {1, "POV", "01 aa 01 aa"},         {1, "Digital", "03 aa 01 aa"},
+      {1, "Incremental", "07 aa 01 aa"}, {1, "FALCO", "09 aa 09 aa"},
+      {1, "TARN20-XY", "0d aa 01 aa"},   {1, "ORB : 12-Bit DACs", "0b aa 01 aa"},
+      {2, "Digital", "01 aa 03 aa"},     {2, "ORB : Shifter Display", "01 aa 05 aa"},
+  };
+  for (const auto& c : updates) {
+    SCOPED_TRACE(c.mode);
+    Bench bench(Update(c.sent));
+    bench.hats.Enter(c.hat, kMode, c.mode);
+    Button(bench.page, "Update").click();
+    EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  }
+}
+
+TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
+  struct Edit {
+    int hat;
+    const char* mode;
+  };
+  const struct {
+    std::vector<Edit> edits;
+    const char* modes;
+  } cases[]{
+      {{{1, "FALCO"}}, "FALCO / FALCO"},
+      {{{2, "FALCO"}}, "FALCO / FALCO"},
+      {{{2, "FALCO"}, {2, "Digital"}}, "POV / Digital"},
+      {{{1, "FALCO"}, {1, "TARN20-XY"}}, "TARN20-XY / POV"},
+      {{{1, "Incremental"}, {2, "Digital"}}, "Incremental / Digital"},
+  };
+  for (const auto& c : cases) {
+    Bench bench("");
+    for (const Edit& edit : c.edits) bench.hats.Enter(edit.hat, kMode, edit.mode);
+    EXPECT_EQ(bench.Modes(), c.modes);
+  }
+
+  // A board that holds a lone one shows it until the next edit, of the damping too.
+  for (const bool of_damping : {false, true}) {
+    Bench bench(Retrieve("09 00 03 00"));
+    Button(bench.page, "Retrieve").click();
+    EXPECT_EQ(bench.Modes(), "FALCO / Digital");
+    bench.hats.Click(1, kOn);
+    EXPECT_EQ(bench.Modes(), "FALCO / Digital");
+    if (of_damping) {
+      bench.Damping().Enter(1, kDamping, "HI");
+    } else {
+      bench.hats.Enter(2, kMode, "Digital");
+    }
+    EXPECT_EQ(bench.Modes(), "POV / Digital");
+  }
+}
+
+TEST(HatChannels, SmallControllerHasInputsOnlyAndSendsNoDamping) {
+  Bench bench(Retrieve("f0 e4 13 1b"), HatUse::kInputsOnly);
+  EXPECT_EQ(bench.page.findChildren<CGridCtrl*>().size(), 1) << "no damping";
+  bench.hats.Enter(1, kMode, "Digital");
+  Button(bench.page, "Retrieve").click();
+  EXPECT_EQ(bench.Modes(), "POV / Digital");
+  bench.library.Expect(Update("f0 00 13 00"));
+  Button(bench.page, "Update").click();
+
+  for (const char* unknown :
+       {"05 00 05 00", "07 00 07 00", "09 00 09 00", "0b 00 0b 00", "0d 00 0d 00", "0f 00 0f 00"}) {
+    SCOPED_TRACE(unknown);
+    bench.library.Expect(Retrieve(unknown));
+    Button(bench.page, "Retrieve").click();
+    EXPECT_EQ(bench.Modes(), "POV / Digital");
+  }
+  bench.hats.Enter(1, kMode, "Digital");
+  bench.library.Expect(Update("03 00 03 00"));
+  Button(bench.page, "Update").click();
+  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+}
+
+TEST(HatChannels, LightsTheErrorLampForEveryFailedExchange) {
+  const struct {
+    const char* button;
+    const char* exchanges;
+  } cases[]{
+      {"Retrieve", "write 0 -> 0 : 00 00 00 00 13 *\nread 0 -> 4"},
+      {"Retrieve", "write 0 -> 0 : 00 00 00 00 13 *\nread 0 -> 0 : 12 03 e4 03 1b *"},
+      {"Update", "write 0 -> 1 : 00 00 00 00 0f 01 01 aa 01 aa *"},
+      {"Update", "write 0 -> 0 : 00 00 00 00 0f 01 01 aa 01 aa *\nread 0 -> 1"},
+      {"Update", "write 0 -> 0 : 00 00 00 00 0f 01 01 aa 01 aa *\nread 0 -> 0 : 13 *"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.exchanges);
+    Bench bench(c.exchanges);
+    Button(bench.page, c.button).click();
+    EXPECT_TRUE(Lamp(bench.page, "Error").IsBlinking());
+    EXPECT_EQ(bench.Modes(), "POV / POV");
+    EXPECT_EQ(bench.DampingTexts(), "MID MID MID MID MID MID MID MID");
+    EXPECT_EQ(OriginOf(bench.page), "Not retrieved from the board yet.");
+  }
+}
+
+TEST(HatChannels, LoadsDefaults) {
+  Bench bench(Retrieve("06 e4 03 1b"));
+  Button(bench.page, "Retrieve").click();
+  bench.page.LoadDefaults();
+  EXPECT_EQ(RowText(bench.hats, 1), "HAT 1: ON POV=0");
+  EXPECT_EQ(RowText(bench.hats, 2), "HAT 2: ON POV=0");
+  EXPECT_EQ(bench.DampingTexts(), "MID MID MID MID MID MID MID MID");
+}
+
+}  // namespace quillon::testing

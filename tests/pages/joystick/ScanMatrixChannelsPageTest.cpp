@@ -1,0 +1,204 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "pages/joystick/CScanMatrixChannelsPage.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "testing/pages/SimProgram.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+constexpr std::uint16_t kScanMatrixController = 0x0710;
+
+enum Column { kOn = 1, kMaster, kInvert, kMode, kEncoder, kPush, kPull, kHold };
+
+// What the board holds, cut where a packet ends: mode|_|master|invert|on of each input, then
+// _|hold|encoder, push, pull of each pair. Bits that nobody edits are set all over; the codes of
+// the inputs 6 and 64 and of the pair 7-8 mean nothing; pair 63-64 has buttons that no board has.
+constexpr const char* kInputs1To63 =
+    " 00 17 2e 05 1c 39 0a 11 28 0f 16 2d 04 1b 22 09 10 27 0e 15 2c"
+    " 03 1a 21 08 1f 26 0d 14 2b 02 19 20 07 1e 25 0c 13 2a 01 18 2f"
+    " 06 1d 24 0b 12 29 00 17 2e 05 1c 23 0a 11 28 0f 16 2d 04 1b 22";
+constexpr const char* kInput64 = " f1";
+// The pairs end in the middle of a record.
+constexpr const char* kPairsTo43 =
+    " 00 00 40 31 05 3f 42 0a 3e f4 0f 3d 80 14 3c b1 19 3b c2 1e 3a"
+    " f3 23 39 00 28 38 31 2d 37 42 32 36 73 37 35 80 3c 34 b1 00 33"
+    " c2 05 32 f3 0a 31 00 0f 30 31 14 2f 42 19 2e 73 1e 2d 80 23 2c";
+constexpr const char* kPairsFrom43 =
+    " b1 28 2b c2 2d 2a f3 32 29 00 37 28 31 3c 27 42 00 26 73 05 25"
+    " 80 0a 24 b1 0f 23 c2 14 22 f3 41 ff";
+
+// The same as it goes back, in other pieces. The second packet of each carries its own bytes in
+// front of what is left of the first.
+constexpr const char* kSent1To59 =
+    " 00 17 2e 05 1c 09 0a 11 28 0f 16 2d 04 1b 22 09 10 27 0e 15 2c"
+    " 03 1a 21 08 1f 26 0d 14 2b 02 19 20 07 1e 25 0c 13 2a 01 18 2f"
+    " 06 1d 24 0b 12 29 00 17 2e 05 1c 23 0a 11 28 0f 16";
+constexpr const char* kSent60To64 = " 2d 04 1b 22 01";
+constexpr const char* kLeftOfInputs =
+    " 09 0a 11 28 0f 16 2d 04 1b 22 09 10 27 0e 15 2c 03 1a 21 08 1f"
+    " 26 0d 14 2b 02 19 20 07 1e 25 0c 13 2a 01 18 2f 06 1d 24 0b 12"
+    " 29 00 17 2e 05 1c 23 0a 11 28 0f 16";
+constexpr const char* kSentPairs1 =
+    " 00 00 40 31 05 3f 42 0a 3e f0 0f 3d 80 14 3c b1 19 3b c2 1e 3a"
+    " f3 23 39 00 28 38 31 2d 37 42 32 36 73 37 35 80 3c 34 b1 00 33"
+    " c2 05 32 f3 0a 31 00 0f 30 31 14 2f 42 19 2e 73 1e";
+constexpr const char* kSentPairs2 =
+    " 2d 80 23 2c b1 28 2b c2 2d 2a f3 32 29 00 37 28 31 3c 27 42 00"
+    " 26 73 05 25 80 0a 24 b1 0f 23 c2 14 22 f3 40 40";
+constexpr const char* kLeftOfPairs =
+    " 3c 34 b1 00 33 c2 05 32 f3 0a 31 00 0f 30 31 14 2f 42 19 2e 73"
+    " 1e";
+
+std::string Line(const char* head, std::initializer_list<const char*> parts) {
+  std::string line = head;
+  for (const char* part : parts) line += part;
+  return line + "\n";
+}
+
+std::string Retrieve() {
+  return Line("write 0 -> 0 : 00 3f 08 47 12 *", {}) +
+         Line("read 0 -> 0 : 12", {kInputs1To63, " *"}) +
+         Line("write 0 -> 0 : 00 01 47 48 12 *", {}) +  //
+         Line("read 0 -> 0 : 12", {kInput64, " *"}) + Line("write 0 -> 0 : 00 3f 48 87 17 *", {}) +
+         Line("read 0 -> 0 : 17", {kPairsTo43, " *"}) +
+         Line("write 0 -> 0 : 00 21 87 a8 17 *", {}) +
+         Line("read 0 -> 0 : 17", {kPairsFrom43, " *"});
+}
+
+std::string Update() {
+  return Line("write 0 -> 0 : 00 3b 08 43 0e 01", {kSent1To59}) + Line("read 0 -> 0 : 0e *", {}) +
+         Line("write 0 -> 0 : 00 05 43 48 0e 01", {kSent60To64, kLeftOfInputs}) +
+         Line("read 0 -> 0 : 0e *", {}) + Line("write 0 -> 0 : 00 3b 48 83 18 01", {kSentPairs1}) +
+         Line("read 0 -> 0 : 18 *", {}) +
+         Line("write 0 -> 0 : 00 25 83 a8 18 01", {kSentPairs2, kLeftOfPairs}) +
+         Line("read 0 -> 0 : 18 *", {});
+}
+
+// A page over a transcript.
+struct Bench {
+  explicit Bench(const std::string& transcript)
+      : library(transcript), board(library), page(board.Context()), grid(Grid(page)) {}
+
+  TranscriptLibrary library;
+  PageBench board;
+  CScanMatrixChannelsPage page;
+  CGridCtrl& grid;
+};
+
+}  // namespace
+
+TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
+  Bench bench(Retrieve());
+  Button(bench.page, "Retrieve").click();
+  const struct {
+    int row;
+    const char* text;
+  } rows[]{
+      {1, "Input 1: Normal=0 None=0 None=0 Button 64=64"},
+      {2, "Input 2: ON Master Invert Toggle=1 None=0"},
+      {3, "Input 3: Master Invert Rotary=2 GRAY 1X - A=1 Button 5=5 Button 63=63 Hold"},
+      {4, "Input 4: ON Master Normal=0 GRAY 1X - B=1"},
+      {6, "Input 6: ON Normal=0 GRAY 2X - B=2"},
+      {7, "Input 7: Invert Normal=0 None=0 Button 15=15 Button 61=61 Hold"},
+      {43, "Input 43: Master Invert Normal=0 GRAY 1X - A=1 Button 40=40 Button 43=43 Hold"},
+      {63, "Input 63: Invert Rotary=2 GRAY 4X - A=3 Button 64=64 Button 64=64 Hold"},
+      {64, "Input 64: ON Normal=0 GRAY 4X - B=3"},
+  };
+  for (const auto& row : rows) EXPECT_EQ(RowText(bench.grid, row.row), row.text);
+  EXPECT_EQ(bench.grid.Text(2, kPush), "");
+  EXPECT_EQ(bench.grid.Text(2, kPull), "");
+  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+
+  // Twice: a transfer in packets spoils its own buffer.
+  for (int i = 0; i < 2; ++i) {
+    bench.library.Expect(Update());
+    Button(bench.page, "Update").click();
+    EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  }
+}
+
+TEST(ScanMatrixChannels, StopsAtTheFirstFailureAndLightsTheErrorLamp) {
+  enum Fault { kWriteFails, kReadFails, kWrongEcho };
+  constexpr const char* kNever = "Not retrieved from the board yet.";
+  const struct {
+    const char* button;
+    std::uint8_t command;
+    int packet;
+    Fault fault;
+    int packets;  // that were written in all
+    const char* origin;
+  } cases[]{
+      {"Retrieve", 0x12, 1, kReadFails, 1, kNever}, {"Retrieve", 0x12, 2, kReadFails, 2, kNever},
+      {"Retrieve", 0x12, 2, kWrongEcho, 2, kNever}, {"Retrieve", 0x17, 1, kReadFails, 3, "part"},
+      {"Retrieve", 0x17, 2, kReadFails, 4, "part"}, {"Retrieve", 0x17, 2, kWrongEcho, 4, "part"},
+      {"Update", 0x0E, 1, kReadFails, 1, kNever},   {"Update", 0x0E, 2, kWriteFails, 2, kNever},
+      {"Update", 0x0E, 2, kWrongEcho, 2, kNever},   {"Update", 0x18, 1, kWriteFails, 3, kNever},
+      {"Update", 0x18, 2, kReadFails, 4, kNever},   {"Update", 0x18, 2, kWrongEcho, 4, kNever},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::Message() << c.button << ", command " << int{c.command} << ", packet "
+                                      << c.packet << ", fault " << c.fault);
+    SimProgram program(kScanMatrixController);
+    CScanMatrixChannelsPage page(program.bench.Context());
+    int packets = 0;
+    program.library.BeforeWrite({.onwards = true}, [&] { ++packets; });
+    const FaultyLibrary::Which which{.nth = c.packet, .command = c.command};
+    if (c.fault == kWriteFails) program.library.FailWrite(which);
+    if (c.fault == kReadFails) program.library.FailRead(which);
+    if (c.fault == kWrongEcho) program.library.AnswerWithEcho(which, 0x13);
+    Button(page, c.button).click();
+    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
+    EXPECT_FALSE(Lamp(page, "Busy").IsLit());
+    EXPECT_EQ(packets, c.packets);
+    EXPECT_THAT(OriginOf(page).toStdString(), ::testing::HasSubstr(c.origin));
+    // The half that came is shown, the other as it was.
+    const bool inputs_came = c.command == 0x17;
+    EXPECT_EQ(RowText(Grid(page), 4),
+              inputs_came ? "Input 4: ON Invert Toggle=1 None=0" : "Input 4: ON Normal=0 None=0");
+  }
+}
+
+TEST(ScanMatrixChannels, AppliesTheRulesWithItsOwnCodes) {
+  Bench bench("");
+  bench.grid.Enter(64, kMode, "Rotary");
+  EXPECT_EQ(RowText(bench.grid, 63), "Input 63: ON Rotary=2 None=0 None=0 None=0");
+  bench.grid.Enter(63, kMode, "Toggle");
+  EXPECT_EQ(RowText(bench.grid, 64), "Input 64: ON Normal=0 None=0");
+  bench.grid.Enter(63, kEncoder, "GRAY 4X - A");
+  EXPECT_EQ(RowText(bench.grid, 64), "Input 64: ON Normal=0 GRAY 4X - B=3");
+  bench.grid.Enter(1, kPush, "Button 64");
+  bench.grid.Enter(1, kPull, "Button 9");
+  EXPECT_EQ(RowText(bench.grid, 1), "Input 1: ON Normal=0 None=0 Button 64=64 Button 9=9");
+  bench.grid.Enter(1, kPush, "None");
+  bench.grid.Click(1, kHold);
+  EXPECT_EQ(RowText(bench.grid, 1), "Input 1: ON Normal=0 None=0 None=0 Button 9=9 Hold");
+
+  bench.grid.Click(2, kMaster);
+  bench.grid.Click(50, kMaster);
+  EXPECT_EQ(bench.grid.Value(2, kMaster), 0U);
+  EXPECT_EQ(bench.grid.Value(50, kMaster), 1U);
+  EXPECT_EQ(bench.grid.Background(50, kHold), qRgb(191, 212, 227));
+  EXPECT_EQ(bench.grid.Background(2, kHold), qRgb(220, 220, 220));
+
+  for (const Column column : {kPush, kPull, kHold}) {
+    EXPECT_FALSE(bench.grid.IsEnabledCell(2, column));
+    bench.grid.Click(2, column);
+  }
+  EXPECT_EQ(RowText(bench.grid, 2), "Input 2: ON Normal=0 None=0");
+}
+
+TEST(ScanMatrixChannels, LoadsDefaults) {
+  Bench bench(Retrieve());
+  Button(bench.page, "Retrieve").click();
+  bench.page.LoadDefaults();
+  for (int row = 1; row <= 64; ++row) {
+    const std::string input = "Input " + std::to_string(row) + ": ON Normal=0 None=0";
+    EXPECT_EQ(RowText(bench.grid, row), row % 2 == 0 ? input : input + " None=0 None=0");
+  }
+}
+
+}  // namespace quillon::testing

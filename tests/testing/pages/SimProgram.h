@@ -1,0 +1,34 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <utility>
+
+#include "testing/link/FaultyLibrary.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/pages/PageBench.h"
+
+namespace quillon::testing {
+
+// One run of the program's lower half over the simulated boards of the default rig, of which the
+// first with the product id is current. Made anew over the same state folder it is the program
+// after a restart.
+struct SimProgram {
+  explicit SimProgram(std::uint16_t product_id, sim::BusOptions options = {.latency = {}})
+      : bus(sim::DefaultRig(), std::move(options)), boards(bus), library(boards), bench(library) {
+    bench.Detect();
+    DeviceTable& table = bench.link.table;
+    for (std::uint32_t i = table.Count(); i-- > 0;) {
+      if (table.Record(i).product_id == product_id) table.SetCurrent(i);
+    }
+    EXPECT_EQ(table.CurrentRecord().product_id, product_id);
+  }
+
+  sim::Bus bus;
+  SimLibrary boards;
+  FaultyLibrary library;
+  PageBench bench;
+};
+
+}  // namespace quillon::testing

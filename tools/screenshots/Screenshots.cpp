@@ -1,0 +1,147 @@
+// SPDX-License-Identifier: MIT
+#include "screenshots/Screenshots.h"
+
+#include <QDialog>
+#include <QMenuBar>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QRegularExpression>
+
+#include "devlink/DeviceText.h"
+#include "pages/common/CPageSet.h"
+#include "pages/common/CSettingsPage.h"
+#include "stage/Hands.h"
+#include "stage/Picture.h"
+#include "stage/Surroundings.h"
+#include "tree/CDeviceTreeCtrl.h"
+#include "widgets/CGridCtrl.h"
+
+namespace quillon {
+namespace {
+
+constexpr const char* kNoBoards = R"({"boards": []})";
+constexpr const char* kUnreadableBoard = R"({"boards": [
+  {"id": "joystick-1", "product": "0x0910", "firmware": "2.82",
+   "faults": [{"kind": "read_fails", "command": "0x11", "times": 0}]}
+]})";
+
+// "Joystick Controller (simulated) : 001" as a part of a file name.
+QString FileName(QString label) {
+  static const QRegularExpression others(QStringLiteral("[^a-z0-9]+"));
+  label = label.remove(QStringLiteral("(simulated)")).toLower();
+  return label.replace(others, QStringLiteral("-"));
+}
+
+CSettingsPage& ShownPage(const CMainDialog& window) {
+  CPageSet* const pages = window.ShownPageSet();
+  CSettingsPage* const page = pages == nullptr ? nullptr : pages->Page(pages->currentIndex());
+  if (page == nullptr) throw std::runtime_error("No settings page is shown.");
+  return *page;
+}
+
+}  // namespace
+
+Screenshots::Screenshots(const QDir& folder, const QString& suffix, const QDir& own)
+    : folder_(folder),
+      suffix_(suffix),
+      rig_file_(own.absoluteFilePath(QStringLiteral("rig.json"))),
+      attendant_([this](QWidget& opened) { Attend(opened); }) {}
+
+template <typename Act>
+void Screenshots::On(const QByteArray& rig, Act act) {
+  if (!rig.isEmpty()) stage::WriteFile(rig_file_, rig);
+  stage::UseRig(rig.isEmpty() ? QString() : rig_file_);
+  stage::Program program(stage::Settling::kNone);
+  program_ = &program;
+  prefix_ = QStringLiteral("00");
+  act();
+  program_ = nullptr;
+}
+
+void Screenshots::TakeAll() {
+  On({}, [this] {
+    for (std::uint32_t i = 0; i < program_->Boards().Count(); ++i) TakeBoard(i);
+    prefix_ = QStringLiteral("00");
+    stage::ClickBoard(program_->Window().Tree(), 0);
+    TakeContextMenu();
+    TakeAboutBox();
+    TakeEditing();
+  });
+  On(kUnreadableBoard, [this] { TakeFailedRetrieve(); });
+  On(kNoBoards, [this] { Take(QStringLiteral("no-boards")); });
+}
+
+void Screenshots::TakeBoard(std::uint32_t board) {
+  CMainDialog& window = program_->Window();
+  prefix_ =
+      QStringLiteral("%1-%2")
+          .arg(board + 1, 2, 10, QLatin1Char('0'))
+          .arg(FileName(QString::fromStdString(BoardLabel(program_->Boards().Record(board)))));
+  stage::ClickBoard(window.Tree(), board);
+  attendant_.Rethrow();
+  CPageSet* const pages = window.ShownPageSet();
+  if (pages == nullptr) return Take(QStringLiteral("no-pages"));
+  for (int tab = 0; tab < pages->count(); ++tab) {
+    if (!pages->isTabEnabled(tab)) continue;
+    const QString title = pages->tabText(tab);
+    stage::ClickTab(*pages, title);
+    if (pages->Page(tab) != nullptr) {
+      stage::ClickButton(*pages->Page(tab), QStringLiteral("Retrieve"));
+    }
+    Take(FileName(title));
+  }
+}
+
+void Screenshots::TakeContextMenu() {
+  stage::OpenContextMenu(program_->Window().Tree(), 0);
+  attendant_.Rethrow();
+}
+
+void Screenshots::TakeAboutBox() {
+  for (const QAction* const title : program_->Window().menuBar()->actions()) {
+    if (title->text() == QLatin1String("&Help")) {
+      stage::Entry(*title->menu(), QStringLiteral("About...")).trigger();
+    }
+  }
+  attendant_.Rethrow();
+}
+
+void Screenshots::TakeEditing() {
+  CMainDialog& window = program_->Window();
+  stage::ClickTab(*window.ShownPageSet(), QStringLiteral("Analog Channels"));
+  CSettingsPage& page = ShownPage(window);
+  stage::ClickButton(page, QStringLiteral("Retrieve"));
+  auto& grid = stage::Named<CGridCtrl>(page, QStringLiteral("Analog channels"));
+  const int row = stage::RowOf(grid, QStringLiteral("Analog 3"));
+  stage::ClickCell(grid, row, stage::ColumnOf(grid, QStringLiteral("Invert")));
+  stage::ClickCell(grid, row, stage::ColumnOf(grid, QStringLiteral("Resolution")));
+  Take(QStringLiteral("edited"));
+  stage::ClickChoice(grid, QStringLiteral("8 Bits"));
+}
+
+void Screenshots::TakeFailedRetrieve() {
+  CMainDialog& window = program_->Window();
+  stage::ClickTab(*window.ShownPageSet(), QStringLiteral("Analog Channels"));
+  // At once: the lamp blinks from now on.
+  stage::Named<QPushButton>(ShownPage(window), QStringLiteral("Retrieve")).click();
+  Take(QStringLiteral("retrieve-failed"));
+}
+
+void Screenshots::Attend(QWidget& opened) {
+  if (auto* const box = qobject_cast<QMessageBox*>(&opened)) {
+    Take(FileName(box->windowTitle()));
+    stage::Consent(*box);
+    return;
+  }
+  Take(qobject_cast<QMenu*>(&opened) != nullptr ? QStringLiteral("context-menu")
+                                                : FileName(opened.windowTitle()));
+  opened.close();
+}
+
+void Screenshots::Take(const QString& what) {
+  const QString file = QStringLiteral("%1-%2%3.png").arg(prefix_, what, suffix_);
+  stage::SavePicture(stage::PictureOf(program_->Window()), folder_.absoluteFilePath(file));
+  ++taken_;
+}
+
+}  // namespace quillon

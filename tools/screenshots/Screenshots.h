@@ -1,0 +1,51 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QDir>
+#include <cstdint>
+
+#include "stage/Attendant.h"
+#include "stage/Program.h"
+
+class QMenu;
+
+namespace quillon {
+
+// Pictures of all that the window can show: every board of the usual rig with every enabled tab,
+// retrieved where there is something to retrieve, and the states beside them. Files are named
+// NN-subject<suffix>.png; NN is the board's place in the table, counted from 1, or 00 for what
+// belongs to no board.
+class Screenshots {
+ public:
+  // `own` takes the files of the rigs.
+  Screenshots(const QDir& folder, const QString& suffix, const QDir& own);
+
+  // Throws std::runtime_error when something cannot be shown.
+  void TakeAll();
+
+  int Taken() const { return taken_; }
+
+ private:
+  // Starts the program on a rig, the usual one without a text, and runs `act` with its window.
+  template <typename Act>
+  void On(const QByteArray& rig, Act act);
+
+  void TakeBoard(std::uint32_t board);
+  void TakeContextMenu();
+  void TakeAboutBox();
+  void TakeEditing();
+  void TakeFailedRetrieve();
+
+  void Attend(QWidget& opened);
+  void Take(const QString& what);
+
+  QDir folder_;
+  QString suffix_;
+  QString rig_file_;
+  stage::Attendant attendant_;
+  stage::Program* program_ = nullptr;
+  QString prefix_;  // of the pictures of the board that is shown
+  int taken_ = 0;
+};
+
+}  // namespace quillon

@@ -1,0 +1,46 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "app/CMainDialog.h"
+#include "app/LibraryNotifier.h"
+#include "app/MessageBoxes.h"
+#include "app/OpenedLibrary.h"
+#include "app/Profile.h"
+
+namespace quillon::stage {
+
+enum class Settling { kAsUsual, kNone };
+
+// One run of the program, from the start to the end, inside a tool's process: what CQuillonApp
+// starts, in the same order, over the HID library that the environment names. Message boxes are the
+// real ones. The library is unloaded when the run ends, so that the next one loads it anew.
+class Program {
+ public:
+  // Returns when the window shows the boards that were found; throws std::runtime_error when the
+  // library cannot be used or no window comes.
+  explicit Program(Settling settling);
+  ~Program();
+  Program(const Program&) = delete;
+  Program& operator=(const Program&) = delete;
+
+  CMainDialog& Window() { return window_; }
+  const DeviceTable& Boards() const { return link_.table; }
+
+ private:
+  void Settle();
+  void AwaitBoards();
+
+  Settling settling_;
+  OpenedLibrary opened_;
+  BoardLink link_;
+  MessageBoxes prompts_;
+  LibraryNotifier notifier_;
+  Profile profile_;
+  bool detecting_ = false;
+  CMainDialog window_;
+};
+
+// Whether the simulated boards are loaded into the process; true where nothing can tell.
+bool SimulatorIsLoaded();
+
+}  // namespace quillon::stage
