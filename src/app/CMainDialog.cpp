@@ -3,6 +3,7 @@
 
 #include <QCloseEvent>
 #include <QLabel>
+#include <QMenuBar>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTimer>
@@ -13,6 +14,7 @@
 #include "app/MainMenu.h"
 #include "app/Profile.h"
 #include "devlink/Detection.h"
+#include "firmware/RestartCommand.h"
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
 #include "pages/nodes/CNodePageSets.h"
@@ -75,11 +77,15 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
+  connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
+  tree_->SetToolReady(DeviceTool::kRestartFlash, true);
+  tree_->SetToolReady(DeviceTool::kRestartDevice, true);
   services_.link.gate.SetAction([this] {
     QMetaObject::invokeMethod(
         this,
         [this] {
           // Somebody may have entered since; then it waits for them in turn.
+          if (close_after_run_) return;
           if (services_.link.gate.IsOpen()) {
             Redetect();
           } else {
@@ -113,6 +119,8 @@ void CMainDialog::CreatePageSets() {
     page_sets_[family] = set;
     pages_->addWidget(set);
     connect(set, &CPageSet::RefreshRequested, this, &CMainDialog::Redetect);
+    connect(set, &CPageSet::RunStarted, this, [this, set] { OnRunStarted(*set); });
+    connect(set, &CPageSet::RunEnded, this, &CMainDialog::OnRunEnded);
   };
   add(BoardFamily::kJoystick, new CJoystickPageSet(context, JoystickFamily::kFull));
   add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
@@ -218,6 +226,42 @@ void CMainDialog::LoadDefaultSettings() {
   tree_->Rebuild();
 }
 
+// The board leaves the bus and comes back; its notifications wait for the end of the hold.
+void CMainDialog::RestartBoard(bool to_flash_mode) {
+  auto& [library, table, gate] = services_.link;
+  const auto hold = gate.TryEnter();
+  if (!hold) return;
+  ChooseBoardOfPort();
+  DeviceRecord& board = table.CurrentRecord();
+  const BoardFamily family = FamilyOf(board.product_id);
+  if (family != BoardFamily::kNone && family != BoardFamily::kWithoutPages && !table.IsEmpty()) {
+    const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
+    SendRestart(library, board, RestartCommand(button, table.CurrentType(), family));
+  }
+  tree_->Rebuild();
+}
+
+// A port in the tree leaves the current board as it is; what is done to the port's board has to
+// choose it first. Only ports stand three levels deep.
+void CMainDialog::ChooseBoardOfPort() {
+  const QVariant board =
+      tree_->currentIndex().parent().parent().data(DeviceTreeModel::kItemDataRole);
+  if (board.isValid()) services_.link.table.SetCurrent(board.toUInt() - 1);
+}
+
+void CMainDialog::OnRunStarted(CPageSet& set) {
+  running_ = &set;
+  tree_->setEnabled(false);
+  grayed_ = GrayMainMenu(*menuBar());
+}
+
+void CMainDialog::OnRunEnded() {
+  running_ = nullptr;
+  tree_->setEnabled(true);
+  for (QAction* const item : std::exchange(grayed_, {})) item->setEnabled(true);
+  if (close_after_run_) QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+}
+
 void CMainDialog::ShowProblem(const QString& problem) {
   problem_->setText(problem);
   problem_->setVisible(!problem.isEmpty());
@@ -234,6 +278,10 @@ void CMainDialog::paintEvent(QPaintEvent* event) {
 }
 
 void CMainDialog::closeEvent(QCloseEvent* event) {
+  if (running_ != nullptr) {
+    close_after_run_ = true;
+    running_->AbortRun();
+  }
   if (!services_.link.gate.IsOpen()) {
     event->ignore();
     return;

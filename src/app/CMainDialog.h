@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <QMainWindow>
 #include <functional>
 #include <map>
@@ -9,6 +10,7 @@
 #include "devlink/DeviceNotifier.h"
 #include "pages/common/PageContext.h"
 
+class QAction;
 class QLabel;
 class QStackedWidget;
 
@@ -30,6 +32,7 @@ struct MainServices {
 };
 
 // The main window: the tree of boards on the left, the pages of the current one on the right.
+// Closing it during a flash update aborts that first; the window closes when it has ended.
 class CMainDialog : public QMainWindow {
   Q_OBJECT
 
@@ -66,6 +69,10 @@ class CMainDialog : public QMainWindow {
   void DetectAllTypes();
   void SelectFamilyPages();
   void LoadDefaultSettings();
+  void RestartBoard(bool to_flash_mode);
+  void ChooseBoardOfPort();
+  void OnRunStarted(CPageSet& set);
+  void OnRunEnded();
   void ShowProblem(const QString& problem);
   void ShowAbout();
 
@@ -76,6 +83,9 @@ class CMainDialog : public QMainWindow {
   CHomePage* home_ = nullptr;
   QWidget* nothing_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
+  CPageSet* running_ = nullptr;  // the set whose board is being programmed
+  QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
+  bool close_after_run_ = false;
   bool initialised_ = false;
   int auto_connect_ = 1;
   int auto_update_ = 1;

@@ -55,4 +55,12 @@ void FillMainMenu(QMenuBar& bar, const MainMenuHandlers& handlers, bool auto_upd
   AddEntry(help, "&About...", 100, handlers.about);
 }
 
+QList<QAction*> GrayMainMenu(const QMenuBar& bar) {
+  QList<QAction*> items = bar.actions();
+  for (const QAction* const menu : bar.actions()) items += menu->menu()->actions();
+  items.removeIf([](const QAction* item) { return item->isSeparator() || !item->isEnabled(); });
+  for (QAction* const item : items) item->setEnabled(false);
+  return items;
+}
+
 }  // namespace quillon

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QList>
 #include <functional>
 
+class QAction;
 class QMenuBar;
 
 namespace quillon {
@@ -16,5 +18,8 @@ struct MainMenuHandlers {
 
 // Lays out the main menu; an action's data() is its command id.
 void FillMainMenu(QMenuBar& bar, const MainMenuHandlers& handlers, bool auto_update);
+
+// Disables every menu and every entry; gives back those that were enabled.
+QList<QAction*> GrayMainMenu(const QMenuBar& bar);
 
 }  // namespace quillon

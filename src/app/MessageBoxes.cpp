@@ -1,7 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "app/MessageBoxes.h"
 
+#include <QDir>
+#include <QFileDialog>
 #include <QMessageBox>
+#include <QSettings>
+#include <QStandardPaths>
 
 namespace quillon {
 namespace {
@@ -34,6 +38,34 @@ QMessageBox::StandardButton Show(QWidget* parent, QString text, const QString& c
   return static_cast<QMessageBox::StandardButton>(box.exec());
 }
 
+QString FirstFolder() {
+  const QString given = qEnvironmentVariable("QUILLON_FIRMWARE_DIR");
+  return given.isEmpty() ? QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation)
+                         : given;
+}
+
+// Qt notes where its file dialogs were, for all programs of the user. This puts the notes back as
+// they were, so that ours leaves no history.
+class FileDialogNotes {
+ public:
+  FileDialogNotes() {
+    notes_.beginGroup(QStringLiteral("FileDialog"));
+    for (const QString& key : notes_.allKeys()) before_[key] = notes_.value(key);
+  }
+  FileDialogNotes(const FileDialogNotes&) = delete;
+  FileDialogNotes& operator=(const FileDialogNotes&) = delete;
+  ~FileDialogNotes() {
+    notes_.remove(QString());
+    for (auto note = before_.cbegin(); note != before_.cend(); ++note) {
+      notes_.setValue(note.key(), note.value());
+    }
+  }
+
+ private:
+  QSettings notes_{QSettings::UserScope, QStringLiteral("QtProject")};
+  QMap<QString, QVariant> before_;
+};
+
 }  // namespace
 
 void MessageBoxes::Message(QWidget* parent, const QString& text, const QString& caption,
@@ -46,6 +78,21 @@ bool MessageBoxes::AskYesNo(QWidget* parent, const QString& text, const QString&
   const auto hold = gate_.Enter();
   return Show(parent, text, caption, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No) ==
          QMessageBox::Yes;
+}
+
+std::optional<QString> MessageBoxes::OpenFile(QWidget* parent, const QString& caption,
+                                              const QString& default_suffix,
+                                              const QString& filter) {
+  const auto hold = gate_.Enter();
+  const FileDialogNotes notes;
+  const QString current = QDir::currentPath();
+  QFileDialog dialog(parent, caption, FirstFolder(), filter);
+  dialog.setFileMode(QFileDialog::ExistingFile);
+  dialog.setDefaultSuffix(default_suffix);
+  const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+  QDir::setCurrent(current);
+  if (!chosen) return std::nullopt;
+  return dialog.selectedFiles().front();
 }
 
 }  // namespace quillon

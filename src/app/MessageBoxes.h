@@ -6,7 +6,8 @@
 
 namespace quillon {
 
-// The real prompts: message boxes of the desktop. Each holds the gate while it is open.
+// The real prompts: message boxes and file dialogs of the desktop. Each holds the gate while it is
+// open.
 class MessageBoxes : public UserPrompts {
  public:
   // The gate outlives the object.
@@ -14,6 +15,11 @@ class MessageBoxes : public UserPrompts {
 
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
   bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
+
+  // Begins in the folder that QUILLON_FIRMWARE_DIR names, else in the user's documents, and does
+  // not remember where it was.
+  std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
+                                  const QString& default_suffix, const QString& filter) override;
 
  private:
   ExchangeGate& gate_;

@@ -1,23 +1,34 @@
 // SPDX-License-Identifier: MIT
 #include "pages/common/CDeviceConfigPage.h"
 
-#include <QApplication>
 #include <QBoxLayout>
+#include <QCoreApplication>
+#include <QDir>
+#include <QDropEvent>
+#include <QFileInfo>
 #include <QGroupBox>
 #include <QLabel>
 #include <QLineEdit>
-#include <QPlainTextEdit>
-#include <QProgressBar>
+#include <QMimeData>
 #include <QPushButton>
+#include <QRegularExpressionValidator>
+#include <QTimer>
+#include <QUrl>
 
 #include "firmware/DeviceReport.h"
+#include "firmware/SerialNumber.h"
+#include "pages/common/ButtonColumn.h"
+#include "pages/common/CFlashGroup.h"
+#include "pages/common/CFlashProgress.h"
+#include "pages/common/CReportText.h"
+#include "pages/common/FirmwareFile.h"
+#include "pages/common/FlashTips.h"
 #include "pages/common/Vendor.h"
-#include "widgets/Tone.h"
 
 namespace quillon {
 namespace {
 
-constexpr QRgb kTextGround = qRgb(0xD2, 0xD2, 0xD2);
+using Icon = UserPrompts::Icon;
 
 QString IncompatibleText() {
   return QStringLiteral(
@@ -26,65 +37,17 @@ QString IncompatibleText() {
          VendorWebSite() + QStringLiteral("\r\nfor software updates.");
 }
 
-// A read-only text on the grey ground of reports and logs.
-class CReportText : public QPlainTextEdit {
- public:
-  explicit CReportText(const QString& name) {
-    setReadOnly(true);
-    setTabChangesFocus(true);
-    setAccessibleName(name);
-    Tint();
-  }
-
- protected:
-  void changeEvent(QEvent* event) override {
-    if (event->type() == QEvent::ApplicationPaletteChange) Tint();
-    QPlainTextEdit::changeEvent(event);
-  }
-
- private:
-  void Tint() {
-    QPalette tinted;
-    tinted.setColor(QPalette::Base, ToneFor(kTextGround, tinted));
-    setPalette(tinted);
-  }
-};
-
-// The buttons of both groups stand in columns of one width.
-QBoxLayout* AddButtonColumn(QBoxLayout* layout) {
-  auto* const column = new QVBoxLayout;
-  column->addStrut(QFontMetrics(QApplication::font()).averageCharWidth() * 24);
-  layout->addLayout(column);
-  return column;
-}
-
-QPushButton* AddButton(QBoxLayout* layout, const QString& text, const QString& tip) {
-  auto* const button = new QPushButton(text);
-  button->setToolTip(tip);
-  layout->addWidget(button);
-  return button;
-}
-
-// Disabled, and says why, until its work exists.
-void AwaitLaterVersion(QWidget* control) {
-  control->setEnabled(false);
-  control->setToolTip(control->toolTip() + QStringLiteral(" ") + LaterVersion());
-}
-
 }  // namespace
 
 CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode,
                                      QWidget* parent)
-    : QWidget(parent), context_(context), device_mode_(device_mode) {
+    : QWidget(parent), context_(context), device_mode_(device_mode), update_(new CFlashGroup) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(BuildReportGroup(), 3);
-  layout->addWidget(BuildFlashGroup(), 2);
-  for (QWidget* const control : {static_cast<QWidget*>(flash_), static_cast<QWidget*>(device_),
-                                 static_cast<QWidget*>(serial_), static_cast<QWidget*>(set_),
-                                 static_cast<QWidget*>(reboot_), static_cast<QWidget*>(program_),
-                                 static_cast<QWidget*>(execute_), static_cast<QWidget*>(load_)}) {
-    AwaitLaterVersion(control);
-  }
+  layout->addWidget(update_, 2);
+  setAcceptDrops(true);
+  ConnectButtons();
+  ShowControls();
 }
 
 QWidget* CDeviceConfigPage::BuildReportGroup() {
@@ -93,13 +56,12 @@ QWidget* CDeviceConfigPage::BuildReportGroup() {
   report_ = new CReportText(tr("Report on the board"));
   layout->addWidget(report_, 1);
   auto* const column = AddButtonColumn(layout);
-  refresh_ = AddButton(column, tr("Refresh"), tr("Closes all boards and looks for them again."));
-  connect(refresh_, &QPushButton::clicked, this, &CDeviceConfigPage::RefreshRequested);
-  flash_ = AddButton(column, tr("Flash"), tr("Restarts the board in its firmware loader."));
-  device_ = AddButton(column, tr("Device"), tr("Restarts the board in its firmware."));
+  refresh_ = AddButton(column, tr("Refresh"));
+  flash_ = AddButton(column, tr("Flash"));
+  device_ = AddButton(column, tr("Device"));
   column->addStretch(1);
   column->addWidget(BuildSerialRow());
-  reboot_ = AddButton(column, tr("Reboot"), tr("Restarts the board in the mode it is in."));
+  reboot_ = AddButton(column, tr("Reboot"));
   return group;
 }
 
@@ -112,55 +74,259 @@ QWidget* CDeviceConfigPage::BuildSerialRow() {
   auto* const row = new QHBoxLayout;
   layout->addLayout(row);
   serial_ = new QLineEdit;
-  serial_->setMaxLength(3);
+  serial_->setMaxLength(static_cast<int>(kSerialDigits));
+  serial_->setValidator(
+      new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), serial_));
   serial_->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")));
   serial_->setAccessibleName(tr("Serial number"));
-  serial_->setToolTip(tr("Three digits that tell boards of one kind apart, 000 to 999."));
+  // Files dropped here are meant for the page.
+  serial_->setAcceptDrops(false);
   label->setBuddy(serial_);
   row->addWidget(serial_);
-  set_ = AddButton(row, tr("Set"), tr("Gives the board this serial number."));
+  set_ = AddButton(row, tr("Set"));
   return box;
 }
 
-QWidget* CDeviceConfigPage::BuildFlashGroup() {
-  auto* const group = new QGroupBox(tr("Flash Update"));
-  auto* const layout = new QHBoxLayout(group);
-  auto* const left = new QVBoxLayout;
-  layout->addLayout(left, 1);
-  log_ = new CReportText(tr("Log of the flash update"));
-  left->addWidget(log_, 1);
-  file_ = new QLabel(QStringLiteral("File : "));
-  left->addWidget(file_);
-  progress_ = new QProgressBar;
-  progress_->setAccessibleName(tr("Progress of the flash update"));
-  progress_->setValue(0);
-  left->addWidget(progress_);
-  auto* const column = AddButtonColumn(layout);
-  program_ = AddButton(column, tr("Program"), tr("Writes the loaded file into the board."));
-  execute_ = AddButton(column, tr("Execute"), tr("Restarts the board with its new firmware."));
-  column->addStretch(1);
-  load_ = AddButton(column, tr("Load..."), tr("Chooses the KVX firmware file to write."));
-  return group;
+void CDeviceConfigPage::ConnectButtons() {
+  const auto on_click = [this](QPushButton* button, auto handler) {
+    connect(button, &QPushButton::clicked, this, handler);
+  };
+  on_click(refresh_, &CDeviceConfigPage::RefreshRequested);
+  on_click(flash_, [this] { OnRestart(RestartButton::kFlash); });
+  on_click(device_, [this] { OnRestart(RestartButton::kDevice); });
+  on_click(reboot_, [this] { OnRestart(RestartButton::kReboot); });
+  on_click(set_, &CDeviceConfigPage::OnSetSerial);
+  on_click(&update_->Execute(), [this] { OnRestart(RestartButton::kExecute); });
+  on_click(&update_->Load(), &CDeviceConfigPage::OnLoadFile);
+  on_click(&update_->Program(), &CDeviceConfigPage::OnProgram);
 }
 
 void CDeviceConfigPage::ShowDeviceInfo() {
   const DeviceTable& table = context_.link.table;
-  progress_->setValue(0);
+  update_->Progress().Reset();
+  state_.device_present = !table.IsEmpty();
   if (table.IsEmpty()) {
     report_->setPlainText(QString::fromStdString(EmptyDeviceReport()));
     serial_->clear();
+    SetMoment(FlashMoment::kReported);
     return;
   }
   const DeviceReport report =
       ReportOnDevice(table.CurrentRecord(), table.CurrentType(), device_mode_);
+  const bool too_new = report.fit == FirmwareFit::kTooNew;
   report_->setPlainText(QString::fromStdString(report.text));
   serial_->setText(QString::fromStdString(report.serial_number));
+  state_.flash_mode_active = report.flash_mode_active;
+  state_.firmware_present = report.firmware_present;
+  state_.newer_node_system =
+      too_new && FamilyOf(table.CurrentRecord().product_id) == BoardFamily::kNodeSystem;
+  SetMoment(FlashMoment::kReported);
   Q_EMIT BoardReported(report.flash_mode_active, report.pages_enabled);
-  if (report.fit == FirmwareFit::kTooNew) {
+  if (too_new) {
     context_.prompts.Message(this, IncompatibleText(),
-                             QStringLiteral("Incompatible Version Detected"),
-                             UserPrompts::Icon::kExclamation);
+                             QStringLiteral("Incompatible Version Detected"), Icon::kExclamation);
   }
 }
+
+void CDeviceConfigPage::SetMoment(FlashMoment moment) {
+  state_.moment = moment;
+  ShowControls();
+}
+
+void CDeviceConfigPage::ShowControls() {
+  const FlashControls controls = FlashControlsFor(state_);
+  const auto show = [this](QWidget& widget, FlashControl control, bool enabled) {
+    widget.setEnabled(enabled);
+    widget.setToolTip(FlashTip(control, enabled, state_));
+  };
+  show(*refresh_, FlashControl::kRefresh, controls.refresh);
+  show(*flash_, FlashControl::kFlash, controls.flash);
+  show(*device_, FlashControl::kDevice, controls.device);
+  show(*serial_, FlashControl::kSerial, controls.serial);
+  show(*set_, FlashControl::kSet, controls.set);
+  show(*reboot_, FlashControl::kReboot, controls.reboot);
+  show(update_->Program(), FlashControl::kProgram, controls.program);
+  show(update_->Execute(), FlashControl::kExecute, controls.execute);
+  show(update_->Load(), FlashControl::kLoad, controls.load);
+  update_->Program().setText(state_.moment == FlashMoment::kRunning ? tr("Abort") : tr("Program"));
+}
+
+void CDeviceConfigPage::showEvent(QShowEvent* event) {
+  ShowControls();
+  QWidget::showEvent(event);
+}
+
+void CDeviceConfigPage::OnSetSerial() {
+  auto& [library, table, gate] = context_.link;
+  const auto hold = gate.TryEnter();
+  if (!hold || table.IsEmpty()) return;
+  const auto say = [this](const QString& text, const QString& caption, Icon icon) {
+    context_.prompts.Message(this, text, caption, icon);
+  };
+  switch (SetSerial(library, table.CurrentRecord(), serial_->text().toStdString())) {
+    case SerialResult::kInvalid:
+      say(QStringLiteral("Please enter a valid 3 digit serial number."),
+          QStringLiteral("Invalid Serial Number"), Icon::kExclamation);
+      break;
+    case SerialResult::kRefused:
+      say(QStringLiteral("Set serial command failed!"), QStringLiteral("Command Failed"),
+          Icon::kExclamation);
+      break;
+    case SerialResult::kSet:
+      say(QStringLiteral("New device serial number successfully set.\r\n\r\n"
+                         "Click on the REBOOT button to initialise\r\n"
+                         "device with new serial number."),
+          QStringLiteral("Serial Number"), Icon::kInformation);
+      break;
+  }
+}
+
+// The board leaves the bus; its notifications bring the new report.
+void CDeviceConfigPage::OnRestart(RestartButton button) {
+  auto& [library, table, gate] = context_.link;
+  const auto hold = gate.TryEnter();
+  if (!hold || table.IsEmpty()) return;
+  DeviceRecord& board = table.CurrentRecord();
+  SendRestart(library, board,
+              RestartCommand(button, table.CurrentType(), FamilyOf(board.product_id)));
+}
+
+void CDeviceConfigPage::OnLoadFile() {
+  const auto hold = context_.link.gate.TryEnter();
+  if (!hold || context_.link.table.IsEmpty()) return;
+  UnloadFile();
+  const auto path = context_.prompts.OpenFile(this, QStringLiteral("Open"), QStringLiteral("kvx"),
+                                              QStringLiteral("KVX Files (*.kvx);;All Files (*)"));
+  if (path) LoadFile(*path);
+}
+
+void CDeviceConfigPage::LoadDropped(const QString& path) {
+  const auto hold = context_.link.gate.TryEnter();
+  if (!hold || !update_->Load().isEnabled()) return;
+  UnloadFile();
+  LoadFile(path);
+}
+
+// The image stays, but nothing can be done with it.
+void CDeviceConfigPage::UnloadFile() {
+  state_.file_loaded = false;
+  update_->ShowNoFile();
+  SetMoment(FlashMoment::kReported);
+}
+
+void CDeviceConfigPage::LoadFile(const QString& path) {
+  const auto read = ReadFirmwareFile(path, context_.link.table.CurrentRecord().product_id);
+  if (const auto* refusal = std::get_if<FileRefusal>(&read)) {
+    context_.prompts.Message(this, refusal->text, refusal->caption, Icon::kExclamation);
+    return;
+  }
+  image_ = std::get<KvxImage>(read);
+  state_.file_loaded = true;
+  state_.file_programmed = false;
+  update_->ShowFile(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()),
+                    DescribeLoaded(image_));
+  ShowControls();
+}
+
+std::optional<QString> CDeviceConfigPage::DroppedFile(const QMimeData* dropped) const {
+  const QList<QUrl> urls = dropped->urls();
+  if (!update_->Load().isEnabled() || !context_.link.gate.IsOpen()) return std::nullopt;
+  if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
+  const QString path = urls.front().toLocalFile();
+  if (!path.endsWith(QStringLiteral(".kvx"), Qt::CaseInsensitive)) return std::nullopt;
+  return path;
+}
+
+void CDeviceConfigPage::dragEnterEvent(QDragEnterEvent* event) {
+  if (DroppedFile(event->mimeData())) event->acceptProposedAction();
+}
+
+void CDeviceConfigPage::dropEvent(QDropEvent* event) {
+  const auto path = DroppedFile(event->mimeData());
+  if (!path) return;
+  event->acceptProposedAction();
+  // Not here: a message box would keep the program that the file comes from waiting.
+  QTimer::singleShot(0, this, [this, path] { LoadDropped(*path); });
+}
+
+void CDeviceConfigPage::OnProgram() {
+  if (running_) return AbortRun();
+  {
+    const auto hold = context_.link.gate.TryEnter();
+    if (!hold || context_.link.table.IsEmpty()) return;
+    running_ = true;
+    abort_requested_ = false;
+    SetMoment(FlashMoment::kRunning);
+    Q_EMIT RunStarted();
+    // The erase keeps the event loop waiting.
+    window()->repaint();
+    RunFlashUpdate();
+    abort_requested_ = true;
+    running_ = false;
+  }
+  Q_EMIT RunEnded();
+}
+
+void CDeviceConfigPage::AbortRun() {
+  if (abort_requested_) return;
+  abort_requested_ = true;
+  SetMoment(FlashMoment::kStopped);
+}
+
+void CDeviceConfigPage::RunFlashUpdate() {
+  auto& [library, table, gate] = context_.link;
+  state_.file_programmed = false;
+  state_.last_run_failed = false;
+  switch (FlashUpdate(library, table.CurrentRecord(), image_, *this).Run()) {
+    case FlashResult::kWrongDevice:
+      return ShowWrongDevice();
+    case FlashResult::kCompleted:
+      return ShowCompleted();
+    case FlashResult::kAborted:
+      return ShowStopped(false);
+    case FlashResult::kFailed:
+      return ShowStopped(true);
+  }
+}
+
+void CDeviceConfigPage::ShowWrongDevice() {
+  context_.prompts.Message(this,
+                           QStringLiteral("An invalid or incompatible file is currently loaded\r\n"
+                                          "and cannot be used with the current device\r\n\r\n"),
+                           QStringLiteral("Invalid KVX File!"), Icon::kExclamation);
+  SetMoment(FlashMoment::kReported);
+}
+
+void CDeviceConfigPage::ShowCompleted() {
+  abort_requested_ = true;
+  state_.file_programmed = true;
+  SetMoment(FlashMoment::kCompleted);
+  context_.prompts.Message(
+      this,
+      QStringLiteral("Flash update completed successfully!\r\n\r\nYou may click on the Execute "
+                     "button to restart the module\r\nin Device Mode."),
+      QStringLiteral("Flash Update Complete"), Icon::kInformation);
+}
+
+void CDeviceConfigPage::ShowStopped(bool failed) {
+  state_.last_run_failed = true;
+  if (failed) {
+    context_.prompts.Message(this, QStringLiteral("Flash update failed!"),
+                             QStringLiteral("Flash Update Fail"), Icon::kExclamation);
+  }
+  abort_requested_ = true;
+  SetMoment(FlashMoment::kStopped);
+}
+
+void CDeviceConfigPage::OnText(std::string_view text) {
+  update_->Log().Append(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  update_->Log().viewport()->repaint();
+}
+
+void CDeviceConfigPage::OnProgressRange(int records) { update_->Progress().Begin(records); }
+
+void CDeviceConfigPage::OnProgress(int position) { update_->Progress().Advance(position); }
+
+void CDeviceConfigPage::Pump() { QCoreApplication::processEvents(); }
 
 }  // namespace quillon

@@ -2,21 +2,30 @@
 #pragma once
 
 #include <QWidget>
+#include <optional>
 
+#include "firmware/FlashControls.h"
+#include "firmware/FlashUpdate.h"
+#include "firmware/RestartCommand.h"
 #include "pages/common/PageContext.h"
 
-class QBoxLayout;
-class QLabel;
 class QLineEdit;
-class QPlainTextEdit;
-class QProgressBar;
+class QMimeData;
 class QPushButton;
 
 namespace quillon {
 
+class CFlashGroup;
+class CReportText;
+
 // The first tab of every family: the report on the board, its serial number and restart (the Device
-// Configuration group), and its firmware (the Flash Update group).
-class CDeviceConfigPage : public QWidget {
+// Configuration group), and its firmware (the Flash Update group). The page keeps the loaded file
+// until another one is loaded, whatever becomes of the board or the run.
+//
+// A flash update runs on the stack of the click on "Program" and turns the event loop after each
+// record, which lets "Abort" through. It holds the gate from its start to its end, so that no other
+// handler starts an exchange in between, whichever buttons are enabled.
+class CDeviceConfigPage : public QWidget, private FlashObserver {
   Q_OBJECT
 
  public:
@@ -27,32 +36,65 @@ class CDeviceConfigPage : public QWidget {
   // the empty form. Tells of a firmware that is newer than this program knows.
   void ShowDeviceInfo();
 
+  // Stops a run before its next record, as the "Abort" button does. Nothing without a run.
+  void AbortRun();
+
  Q_SIGNALS:
   // What the other tabs of the family depend on. Not sent without boards.
   void BoardReported(bool flash_mode_active, bool firmware_suits);
   // The "Refresh" button: close all boards and detect them again.
   void RefreshRequested();
+  // Around a flash update; the end comes on every way out of it.
+  void RunStarted();
+  void RunEnded();
+
+ protected:
+  void showEvent(QShowEvent* event) override;
+  void dragEnterEvent(QDragEnterEvent* event) override;
+  void dropEvent(QDropEvent* event) override;
 
  private:
   QWidget* BuildReportGroup();
   QWidget* BuildSerialRow();
-  QWidget* BuildFlashGroup();
+  void ConnectButtons();
+
+  // Enables the controls as the state says, with tool tips that say why.
+  void ShowControls();
+  void SetMoment(FlashMoment moment);
+
+  void OnSetSerial();
+  void OnRestart(RestartButton button);
+  void OnLoadFile();
+  void LoadDropped(const QString& path);
+  std::optional<QString> DroppedFile(const QMimeData* dropped) const;
+  void UnloadFile();
+  void LoadFile(const QString& path);
+  void OnProgram();
+  void RunFlashUpdate();
+  void ShowWrongDevice();
+  void ShowCompleted();
+  void ShowStopped(bool failed);
+
+  void OnText(std::string_view text) override;
+  void OnProgressRange(int records) override;
+  void OnProgress(int position) override;
+  bool AbortRequested() override { return abort_requested_; }
+  void Pump() override;
 
   PageContext context_;
   std::uint32_t device_mode_;
-  QPlainTextEdit* report_ = nullptr;
+  FlashPageState state_;
+  KvxImage image_;
+  bool running_ = false;         // a run is on the stack
+  bool abort_requested_ = true;  // also while there is nothing to abort
+  CReportText* report_ = nullptr;
   QPushButton* refresh_ = nullptr;
   QPushButton* flash_ = nullptr;
   QPushButton* device_ = nullptr;
   QLineEdit* serial_ = nullptr;
   QPushButton* set_ = nullptr;
   QPushButton* reboot_ = nullptr;
-  QPlainTextEdit* log_ = nullptr;
-  QLabel* file_ = nullptr;
-  QProgressBar* progress_ = nullptr;
-  QPushButton* program_ = nullptr;
-  QPushButton* execute_ = nullptr;
-  QPushButton* load_ = nullptr;
+  CFlashGroup* update_ = nullptr;
 };
 
 }  // namespace quillon

@@ -20,6 +20,8 @@ CPageSet::CPageSet(PageContext context, const FamilyTraits& traits, QWidget* par
   setTabEnabled(0, true);
   connect(config_, &CDeviceConfigPage::BoardReported, this, &CPageSet::EnablePages);
   connect(config_, &CDeviceConfigPage::RefreshRequested, this, &CPageSet::RefreshRequested);
+  connect(config_, &CDeviceConfigPage::RunStarted, this, &CPageSet::RunStarted);
+  connect(config_, &CDeviceConfigPage::RunEnded, this, &CPageSet::RunEnded);
   connect(this, &QTabWidget::currentChanged, this, &CPageSet::Page);
 }
 
@@ -61,6 +63,8 @@ void CPageSet::LoadDeviceDefaults() {
                              QStringLiteral("Load Defaults"), UserPrompts::Icon::kError);
   }
 }
+
+void CPageSet::AbortRun() { config_->AbortRun(); }
 
 void CPageSet::ResetIndicators() {
   for (const Slot& slot : slots_) {

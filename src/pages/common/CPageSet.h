@@ -29,6 +29,9 @@ class CPageSet : public QTabWidget {
   // one message at the end if any did. The caller keeps other exchanges away.
   void LoadDeviceDefaults();
 
+  // Stops a flash update before its next record; nothing without one.
+  void AbortRun();
+
   // All lamps dark and still.
   void ResetIndicators();
 
@@ -41,6 +44,9 @@ class CPageSet : public QTabWidget {
 
  Q_SIGNALS:
   void RefreshRequested();
+  // Around a flash update: nothing else is to be chosen meanwhile.
+  void RunStarted();
+  void RunEnded();
 
  protected:
   using Factory = std::function<CSettingsPage*()>;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QString>
+#include <optional>
 
 class QWidget;
 
@@ -23,6 +24,12 @@ class UserPrompts {
   // A question with the buttons Yes and No. Closing the box means No.
   [[nodiscard]] virtual bool AskYesNo(QWidget* parent, const QString& text,
                                       const QString& caption) = 0;
+
+  // A choice of one file that exists; nothing when the user cancels. `filter` is as in QFileDialog.
+  // Leaves the process's current directory as it was.
+  [[nodiscard]] virtual std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
+                                                        const QString& default_suffix,
+                                                        const QString& filter) = 0;
 };
 
 }  // namespace quillon

@@ -13,26 +13,38 @@ ScriptedPrompts::~ScriptedPrompts() {
 
 void ScriptedPrompts::ExpectMessage(const std::string& text, const std::string& caption,
                                     Icon icon) {
-  expected_.push_back({text, caption, icon, false, false});
+  expected_.push_back({text, caption, icon, Kind::kMessage});
 }
 
 void ScriptedPrompts::ExpectQuestion(const std::string& text, const std::string& caption,
                                      bool yes) {
-  expected_.push_back({text, caption, Icon::kQuestion, true, yes});
+  expected_.push_back({text, caption, Icon::kQuestion, Kind::kQuestion, yes});
+}
+
+void ScriptedPrompts::ExpectOpenFile(std::optional<QString> path) {
+  expected_.push_back({"KVX Files (*.kvx);;All Files (*)", "Open", Icon::kQuestion, Kind::kFile,
+                       false, std::move(path)});
 }
 
 void ScriptedPrompts::Message(QWidget* /*parent*/, const QString& text, const QString& caption,
                               Icon icon) {
-  const Prompt prompt = Next(text, caption, false);
+  const Prompt prompt = Next(text, caption, Kind::kMessage);
   EXPECT_EQ(prompt.icon, icon) << text.toStdString();
 }
 
 bool ScriptedPrompts::AskYesNo(QWidget* /*parent*/, const QString& text, const QString& caption) {
-  return Next(text, caption, true).yes;
+  return Next(text, caption, Kind::kQuestion).yes;
+}
+
+std::optional<QString> ScriptedPrompts::OpenFile(QWidget* /*parent*/, const QString& caption,
+                                                 const QString& default_suffix,
+                                                 const QString& filter) {
+  EXPECT_EQ(default_suffix, "kvx");
+  return Next(filter, caption, Kind::kFile).path;
 }
 
 ScriptedPrompts::Prompt ScriptedPrompts::Next(const QString& text, const QString& caption,
-                                              bool question) {
+                                              Kind kind) {
   if (expected_.empty()) {
     ADD_FAILURE() << "No test expects the prompt \"" << caption.toStdString()
                   << "\": " << text.toStdString();
@@ -42,7 +54,7 @@ ScriptedPrompts::Prompt ScriptedPrompts::Next(const QString& text, const QString
   expected_.pop_front();
   EXPECT_EQ(prompt.text, text.toStdString());
   EXPECT_EQ(prompt.caption, caption.toStdString());
-  EXPECT_EQ(prompt.question, question) << text.toStdString();
+  EXPECT_EQ(prompt.kind, kind) << text.toStdString();
   if (while_open_) std::exchange(while_open_, nullptr)();
   return prompt;
 }

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 
 #include "pages/common/UserPrompts.h"
@@ -17,23 +18,29 @@ class ScriptedPrompts : public UserPrompts {
 
   void ExpectMessage(const std::string& text, const std::string& caption, Icon icon);
   void ExpectQuestion(const std::string& text, const std::string& caption, bool yes);
+  // Answers a choice of a file; nothing cancels it.
+  void ExpectOpenFile(std::optional<QString> path);
 
   // Runs while the next expected prompt is open, as an event of its event loop would.
   void WhileOpen(std::function<void()> action) { while_open_ = std::move(action); }
 
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
   bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
+  std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
+                                  const QString& default_suffix, const QString& filter) override;
 
  private:
+  enum class Kind { kMessage, kQuestion, kFile };
   struct Prompt {
-    std::string text;
+    std::string text;  // of a choice of a file, its filter
     std::string caption;
     Icon icon = Icon::kQuestion;
-    bool question = false;
+    Kind kind = Kind::kMessage;
     bool yes = false;
+    std::optional<QString> path = std::nullopt;
   };
 
-  Prompt Next(const QString& text, const QString& caption, bool question);
+  Prompt Next(const QString& text, const QString& caption, Kind kind);
 
   std::deque<Prompt> expected_;
   std::function<void()> while_open_;

@@ -1,0 +1,45 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QElapsedTimer>
+#include <QWidget>
+
+#include "pages/common/FlashPace.h"
+
+class QLabel;
+class QProgressBar;
+
+namespace quillon {
+
+// The progress bar of the flash update, and beside it what is loaded and how long the run takes.
+class CFlashProgress : public QWidget {
+  Q_OBJECT
+
+ public:
+  explicit CFlashProgress(QWidget* parent = nullptr);
+
+  // What the loaded file holds.
+  void ShowLoaded(const QString& text);
+
+  // The records of a run begin: the bar is active, at 0 of `records`.
+  void Begin(int records);
+  // Cheap enough for every record: most calls draw nothing. 0 is always drawn.
+  void Advance(int position);
+  // At 0 and inactive, as without a run.
+  void Reset();
+
+ protected:
+  void changeEvent(QEvent* event) override;
+
+ private:
+  FlashPace::Time Now() const { return FlashPace::Time(clock_.elapsed()); }
+  void Tint();
+
+  QElapsedTimer clock_;
+  FlashPace pace_;
+  QProgressBar* bar_;
+  QLabel* loaded_;
+  QLabel* times_;
+};
+
+}  // namespace quillon

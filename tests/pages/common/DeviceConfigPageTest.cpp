@@ -1,0 +1,232 @@
+// SPDX-License-Identifier: MIT
+#include <QDragEnterEvent>
+#include <QMimeData>
+#include <QUrl>
+
+#include "pages/common/DeviceConfigBench.h"
+
+namespace quillon::testing {
+namespace {
+
+using Icon = UserPrompts::Icon;
+
+constexpr const char* kNotLoaded =
+    "This is an invalid or incompatible file and will not be loaded.\r\n\r\n";
+constexpr const char* kUnloaded = "Refresh Device serial Set Reboot Load...";
+constexpr const char* kFileLoaded = "Refresh Device serial Set Reboot Program Load...";
+
+// A file of these bytes with so many empty records behind them.
+Bytes WithEmptyRecords(Bytes file, int records) {
+  for (int i = 0; i < records; ++i) file.insert(file.end(), {0, 0, 0, 0});
+  return file;
+}
+
+// Whether the page takes what is dragged over it, and then drops it.
+bool Drop(CDeviceConfigPage& page, const QList<QUrl>& urls) {
+  QMimeData data;
+  data.setUrls(urls);
+  QDragEnterEvent enter({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  enter.ignore();
+  QCoreApplication::sendEvent(&page, &enter);
+  QDropEvent drop({9, 9}, Qt::CopyAction, &data, Qt::LeftButton, Qt::NoModifier);
+  drop.ignore();
+  QCoreApplication::sendEvent(&page, &drop);
+  QCoreApplication::processEvents();
+  EXPECT_EQ(enter.isAccepted(), drop.isAccepted());
+  return drop.isAccepted();
+}
+
+}  // namespace
+
+TEST(DeviceConfigPage, LoadsAFileAndSaysWhatItHolds) {
+  const std::pair<Bytes, const char*> cases[]{
+      {{0x10, 0x09}, "0 records, 0 bytes"},
+      {{0x10, 0x09, 0, 3, 1, 0, 1, 2, 3, 1, 0xFF, 0xFF}, "1 record, 3 bytes"},
+      {{0x10, 0x09, 0, 1, 0, 0, 7, 0, 2, 0, 0, 7}, "1 record, 1 byte; the file's end is cut off"},
+      {WithEmptyRecords({0x10, 0x09}, 2046), "2,046 records, 0 bytes"},
+  };
+  for (const auto& [bytes, loaded] : cases) {
+    SCOPED_TRACE(loaded);
+    DeviceConfigBench bench(kInFlashMode);
+    EXPECT_EQ(bench.Loaded(), "No file is loaded.");
+    EXPECT_EQ(bench.Enabled(), kUnloaded);
+    bench.Load(WriteFile("a %1 b.kvx", bytes));
+    EXPECT_EQ(bench.Loaded(), loaded);
+    EXPECT_EQ(bench.Log(), "File : a %1 b.kvx loaded.");
+    EXPECT_EQ(bench.Enabled(), kFileLoaded);
+    QStringList labels;
+    for (const auto* const label : bench.page.findChildren<QLabel*>()) labels << label->text();
+    EXPECT_TRUE(labels.contains("File : " + PathOf("a %1 b.kvx")));
+  }
+}
+
+TEST(DeviceConfigPage, RefusesFilesWithTheNumberFound) {
+  const struct {
+    const char* product;
+    Bytes bytes;
+    std::string text;
+  } cases[]{
+      {"0x0910",
+       {0x20, 0x09, 0},
+       std::string(kNotLoaded) + "Current Device ID :  910\r\nDevice ID found in %1.kvx : 920"},
+      {"0x0910", {}, std::string(kNotLoaded) + "Bytes found in %1.kvx : 0 (at least 2)"},
+      {"0x0910", {0x10}, std::string(kNotLoaded) + "Bytes found in %1.kvx : 1 (at least 2)"},
+      {"0x0910",
+       {0x10, 0x09, 0, 0, 0, 0, 0, 60, 0, 0},
+       std::string(kNotLoaded) + "Data bytes found in record 2 of %1.kvx : 60 (at most 59)"},
+      {"0x0910", WithEmptyRecords({0x10, 0x09}, 2047),
+       std::string(kNotLoaded) + "Records found in %1.kvx : 2047 or more (at most 2046)"},
+      {"0x0800",
+       {0x00, 0x08, 0},
+       std::string(kNotLoaded) + "Bytes found in %1.kvx : 3 (at least 4)"},
+      {"0x0800",
+       {0x00, 0x08, 0x30, 0x01},
+       "This is a node update file and will not be loaded.\r\nPlease load core update file."},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.text);
+    DeviceConfigBench bench("\"product\": \"" + std::string(c.product) +
+                            R"(", "firmware": "0.10", "mode": "flash")");
+    const std::string log = bench.Log();
+    const QString path = WriteFile("%1.kvx", c.bytes);
+    bench.bench.prompts.ExpectOpenFile(path);
+    bench.bench.prompts.ExpectMessage(c.text, "Invalid KVX File!", Icon::kExclamation);
+    bench.Click("Load...");
+    EXPECT_EQ(bench.Enabled(), kUnloaded);
+    EXPECT_EQ(bench.Log(), log);
+  }
+}
+
+TEST(DeviceConfigPage, TakesACoreFileForANodeSystem) {
+  DeviceConfigBench bench(R"("product": "0x0800", "firmware": "1.00", "mode": "flash")", 3);
+  bench.Load(WriteFile("core.kvx", {0x00, 0x08, 0, 0, 0, 2, 0, 0, 1, 0x10, 1}));
+  EXPECT_EQ(bench.Loaded(), "1 record, 2 bytes");
+}
+
+TEST(DeviceConfigPage, UnloadsTheFileBeforeItAsksForAnother) {
+  DeviceConfigBench bench(kInFlashMode);
+  const QString good = WriteFile("good.kvx", Firmware(1));
+  bench.Load(good);
+  bench.bench.prompts.ExpectOpenFile(std::nullopt);
+  bench.bench.prompts.WhileOpen([&] { EXPECT_EQ(bench.Enabled(), kUnloaded); });
+  bench.Click("Load...");
+  EXPECT_EQ(bench.Enabled(), kUnloaded);
+  EXPECT_EQ(bench.Loaded(), "No file is loaded.");
+  EXPECT_EQ(bench.Log(), "File : good.kvx loaded.");
+
+  bench.Load(good);
+  for (const QString& name : {QString("missing.kvx"), QString(".")}) {
+    const QString path = name == "." ? PathOf("") : PathOf(name);
+    bench.bench.prompts.ExpectOpenFile(path);
+    bench.bench.prompts.ExpectMessage(name == "." ? "Cannot open " : "Cannot open missing.kvx",
+                                      "File Load Error", Icon::kExclamation);
+    bench.Click("Load...");
+    EXPECT_EQ(bench.Enabled(), kUnloaded);
+  }
+
+  const auto hold = bench.bench.link.gate.Enter();
+  bench.Click("Load...");
+}
+
+TEST(DeviceConfigPage, TakesOneDroppedFileWhileLoadIsEnabled) {
+  const QUrl kvx = QUrl::fromLocalFile(WriteFile("dropped.KVX", Firmware(2)));
+  DeviceConfigBench bench(kInFlashMode);
+  EXPECT_FALSE(Drop(bench.page, {kvx, kvx}));
+  EXPECT_FALSE(Drop(bench.page, {QUrl::fromLocalFile(PathOf("dropped.txt"))}));
+  EXPECT_FALSE(Drop(bench.page, {QUrl("http://localhost/dropped.kvx")}));
+  {
+    const auto hold = bench.bench.link.gate.Enter();
+    EXPECT_FALSE(Drop(bench.page, {kvx}));
+  }
+  EXPECT_EQ(bench.Enabled(), kUnloaded);
+  EXPECT_TRUE(Drop(bench.page, {kvx}));
+  EXPECT_EQ(bench.Enabled(), kFileLoaded);
+  EXPECT_EQ(bench.Log(), "File : dropped.KVX loaded.");
+
+  bench.bench.prompts.ExpectMessage("Cannot open gone.kvx", "File Load Error", Icon::kExclamation);
+  EXPECT_TRUE(Drop(bench.page, {QUrl::fromLocalFile(PathOf("gone.kvx"))}));
+  EXPECT_EQ(bench.Enabled(), kUnloaded);
+
+  DeviceConfigBench device_mode(R"("product": "0x0910", "firmware": "2.82")");
+  EXPECT_FALSE(Drop(device_mode.page, {kvx}));
+}
+
+TEST(DeviceConfigPage, SetsTheSerialNumber) {
+  DeviceConfigBench bench(R"("product": "0x0910", "firmware": "2.82", "serial": "001")");
+  auto& serial = bench.Serial();
+  const auto set = [&](const QString& text) {
+    serial.clear();
+    serial.insert(text);
+    bench.Click("Set");
+  };
+  const auto expect_set = [&] {
+    bench.bench.prompts.ExpectMessage(
+        "New device serial number successfully set.\r\n\r\nClick on the REBOOT button to "
+        "initialise\r\ndevice with new serial number.",
+        "Serial Number", Icon::kInformation);
+  };
+  EXPECT_EQ(serial.text(), "001");
+  for (const char* const text : {"", "12", "4x6"}) {
+    bench.bench.prompts.ExpectMessage("Please enter a valid 3 digit serial number.",
+                                      "Invalid Serial Number", Icon::kExclamation);
+    set(text);
+  }
+  EXPECT_EQ(serial.text(), "") << "letters are not taken";
+  EXPECT_FALSE(bench.Board().next_serial) << "nothing was sent";
+
+  expect_set();
+  set("427");
+  EXPECT_EQ(bench.Board().next_serial, "427");
+
+  bench.library.AnswerWithEcho({.command = 7}, 6);
+  bench.bench.prompts.ExpectMessage("Set serial command failed!", "Command Failed",
+                                    Icon::kExclamation);
+  set("428");
+  // Intended: a lost answer counts as success, as the board may have taken the number.
+  bench.library.FailRead({.command = 7});
+  expect_set();
+  set("429");
+  bench.library.FailWrite({.command = 7});
+  expect_set();
+  set("430");
+  EXPECT_EQ(bench.Board().next_serial, "429");
+}
+
+TEST(DeviceConfigPage, RestartsTheBoardInTheModeOfTheButton) {
+  DeviceConfigBench bench(R"("product": "0x0910", "firmware": "2.82")");
+  EXPECT_EQ(bench.Enabled(), "Refresh Flash serial Set Reboot");
+  // A command that is not sent fails the test.
+  const auto expect_command = [&](std::uint8_t command) {
+    bench.library.BeforeWrite({.command = command}, [] {});
+  };
+  const auto click = [&](const QString& button, std::uint8_t command, bool flash_mode) {
+    SCOPED_TRACE(button.toStdString());
+    expect_command(command);
+    bench.Click(button);
+    EXPECT_FALSE(bench.library.DropUnstruck());
+    EXPECT_EQ(bench.Board().flash_mode, flash_mode);
+    bench.Detect();
+  };
+  click("Reboot", 9, false);
+  click("Flash", 0xFF, true);
+  EXPECT_EQ(bench.Enabled(), kUnloaded);
+  click("Reboot", 9, true);
+  click("Device", 0xFF, false);
+  const auto hold = bench.bench.link.gate.Enter();
+  bench.Click("Flash");
+  EXPECT_FALSE(bench.Board().flash_mode) << "not while something else is under way";
+}
+
+TEST(DeviceConfigPage, OffersNothingButRefreshWithoutBoards) {
+  DeviceConfigBench bench(kInFlashMode);
+  bench.Load(WriteFile("a.kvx", Firmware(1)));
+  bench.bus.Unplug("b");
+  bench.Detect();
+  EXPECT_EQ(bench.Enabled(), "Refresh");
+  EXPECT_EQ(bench.Serial().text(), "");
+  bench.bus.Plug("b");
+  bench.Detect();
+  EXPECT_EQ(bench.Enabled(), kFileLoaded) << "the file is still there";
+}
+
+}  // namespace quillon::testing

@@ -1,0 +1,247 @@
+// SPDX-License-Identifier: MIT
+#include <QProgressBar>
+#include <functional>
+#include <optional>
+
+#include "firmware/FlashBench.h"
+#include "pages/common/DeviceConfigBench.h"
+
+// Runs of the flash update on the page: its controls, its log and its messages.
+namespace quillon::testing {
+namespace {
+
+using Icon = UserPrompts::Icon;
+
+constexpr int kRecords = 3;
+// Exchange 1 is the erase, the last one the finish.
+constexpr int kErase = 1, kFinish = kRecords + 2;
+
+constexpr const char* kProgrammable = "Refresh serial Set Reboot Program Load...";
+constexpr const char* kExecutable = "Refresh Device serial Set Reboot Execute Load...";
+
+// The log as the text box gives it back.
+std::string Lines(QString text) { return text.replace("\r\n", "\n").toStdString(); }
+std::string Lines(const std::string& text) { return Lines(QString::fromStdString(text)); }
+
+class RunBench : public DeviceConfigBench {
+ public:
+  explicit RunBench(const std::string& fields = kInFlashMode) : DeviceConfigBench(fields) {
+    QObject::connect(&page, &CDeviceConfigPage::RunStarted, [this] { ++started; });
+    QObject::connect(&page, &CDeviceConfigPage::RunEnded, [this] {
+      ++ended;
+      EXPECT_TRUE(bench.link.gate.IsOpen()) << "what waited for the run can follow";
+    });
+  }
+
+  void LoadFirmware() { Load(WriteFile("new.kvx", Firmware(kRecords))); }
+  void ExpectFailure() {
+    bench.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail", Icon::kExclamation);
+  }
+  void ExpectSuccess() {
+    bench.prompts.ExpectMessage(
+        "Flash update completed successfully!\r\n\r\nYou may click on the Execute button to "
+        "restart the module\r\nin Device Mode.",
+        "Flash Update Complete", Icon::kInformation);
+  }
+
+  // Clicks "Program"; the log that this adds.
+  std::string Program() {
+    const std::size_t before = Log().size();
+    const int runs = ended;
+    Click("Program");
+    EXPECT_EQ(started, runs + 1);
+    EXPECT_EQ(ended, runs + 1);
+    return Log().substr(before);
+  }
+
+  // Runs an event between this record, counted from 1, and the next.
+  void AfterRecord(int record, const std::function<void()>& event) {
+    library.BeforeWrite({.nth = record, .command = 0}, [this, event] {
+      QMetaObject::invokeMethod(&page, event, Qt::QueuedConnection);
+    });
+  }
+
+  int Bar() const { return page.findChild<QProgressBar*>()->value(); }
+
+  void ExpectSecondRunSucceeds() {
+    ExpectSuccess();
+    EXPECT_EQ(Program(), Lines(kBegun + kComplete));
+    EXPECT_EQ(Enabled(), kExecutable);
+    EXPECT_TRUE(Board().flash.valid);
+    EXPECT_EQ(Board().flash.Version(), 0x0283);
+    EXPECT_EQ(Board().flash.bytes.size(), 4U * kRecords);
+    Click("Execute");
+    EXPECT_FALSE(Board().flash_mode);
+  }
+
+  int started = 0, ended = 0;
+};
+
+// A way to go wrong. With a status an answer came, without it none.
+struct Way {
+  std::string name;
+  std::function<void(RunBench&, int exchange)> provoke;
+  std::optional<int> status = std::nullopt;
+};
+
+std::vector<Way> AllWays() {
+  std::vector<Way> ways = {
+      {"write fails", [](RunBench& b, int n) { b.library.FailWrite({.nth = n}); }},
+      {"read fails", [](RunBench& b, int n) { b.library.FailRead({.nth = n}, 1); }},
+      {"read times out", [](RunBench& b, int n) { b.library.FailRead({.nth = n}, 4); }},
+      {"vanishes",
+       [](RunBench& b, int n) {
+         b.bus.ProvokeFault("b",
+                            {.kind = sim::FaultKind::kVanish, .nth = static_cast<unsigned>(n)});
+       }},
+  };
+  for (const int status : {2, 3, 4, 5, 6}) {
+    ways.push_back({"status " + std::to_string(status),
+                    [status](RunBench& b, int n) {
+                      b.library.AnswerWithEcho({.nth = n}, static_cast<std::uint8_t>(status));
+                    },
+                    status});
+  }
+  return ways;
+}
+
+std::string ErrorLine(int status) {
+  switch (status) {
+    case 2:
+      return "\r\nError Code: CMD_FAIL!\r\n";
+    case 4:
+      return "\r\nError Code: FLASH_FAIL!\r\n";
+    case 5:
+      return "\r\nError Code: CONFIG_FAIL!\r\n";
+    case 6:
+      return "\r\nError Code: EEPROM_FAIL!\r\n";
+    default:
+      return "";
+  }
+}
+
+std::string ExpectedLog(const Way& way, int exchange) {
+  if (exchange == kFinish || way.status == 3) return kBegun + kComplete;
+  if (exchange == kErase) {
+    if (!way.status || way.status == 2) return kErasing + "Erase failed!\r\n" + kFailure;
+    return kBegun + kComplete;
+  }
+  return kBegun + (way.status ? ErrorLine(*way.status) : "") + kFailure;
+}
+
+}  // namespace
+
+TEST(FlashRun, LeavesTheBoardProgrammableWhateverExchangeFails) {
+  for (const Way& way : AllWays()) {
+    for (int exchange = kErase; exchange <= kFinish; ++exchange) {
+      SCOPED_TRACE(way.name + ", exchange " + std::to_string(exchange));
+      RunBench run;
+      run.LoadFirmware();
+      way.provoke(run, exchange);
+      const std::string expected = ExpectedLog(way, exchange);
+      const bool fails = expected.ends_with(kFailure);
+      if (fails) {
+        run.ExpectFailure();
+      } else {
+        run.ExpectSuccess();
+      }
+      EXPECT_EQ(run.Program(), Lines(expected));
+      EXPECT_EQ(run.Enabled(), fails ? kProgrammable : kExecutable);
+      EXPECT_TRUE(run.Board().flash_mode);
+      if (!fails) continue;
+
+      run.bus.Plug("b");
+      run.Detect();
+      EXPECT_EQ(run.bench.link.table.CurrentType(), 1U) << "listed in Flash Mode";
+      EXPECT_EQ(run.Enabled(), kProgrammable) << "after a new report as before it";
+      run.ExpectSecondRunSucceeds();
+    }
+  }
+}
+
+TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
+  RunBench run;
+  run.LoadFirmware();
+  EXPECT_EQ(run.Log(), "File : new.kvx loaded.");
+  std::vector<std::string> seen;
+  run.library.BeforeWrite({.nth = 1, .onwards = true}, [&] {
+    if (run.ended > 0) return;
+    EXPECT_FALSE(run.bench.link.gate.IsOpen());
+    seen.push_back(run.Enabled());
+  });
+  run.ExpectSuccess();
+  run.bench.prompts.WhileOpen([&] {
+    EXPECT_EQ(run.Enabled(), kExecutable);
+    EXPECT_EQ(run.started, 1);
+    EXPECT_EQ(run.ended, 0) << "tree and menu follow the message";
+  });
+  EXPECT_EQ(run.Program(), Lines(kBegun + kComplete));
+  EXPECT_THAT(seen, ::testing::AllOf(::testing::SizeIs(kRecords + 2), ::testing::Each("Abort")));
+  EXPECT_EQ(run.Bar(), kRecords);
+  run.Detect();
+  EXPECT_EQ(run.Bar(), 0);
+  EXPECT_EQ(run.Enabled(), kExecutable);
+}
+
+TEST(FlashRun, AbortsBeforeTheNextRecordAndStartsNothingInBetween) {
+  for (int record = 1; record <= kRecords; ++record) {
+    SCOPED_TRACE(record);
+    RunBench run;
+    int refreshes = 0;
+    QObject::connect(&run.page, &CDeviceConfigPage::RefreshRequested, [&] { ++refreshes; });
+    run.LoadFirmware();
+    run.AfterRecord(record, [&] {
+      run.Click("Abort");
+      EXPECT_EQ(run.Enabled(), kProgrammable);
+      // Enabled they are, but the run is still on the stack.
+      for (const char* const button : {"Program", "Set", "Reboot", "Load..."}) run.Click(button);
+      EXPECT_EQ(run.started, 1);
+    });
+    if (record == kRecords) {
+      run.ExpectSuccess();
+      EXPECT_EQ(run.Program(), Lines(kBegun + kComplete)) << "too late";
+      EXPECT_EQ(run.Enabled(), kExecutable);
+      continue;
+    }
+    EXPECT_EQ(run.Program(), Lines(kBegun + "Aborted!" + kAborted));
+    EXPECT_EQ(run.Enabled(), kProgrammable);
+    EXPECT_EQ(run.Bar(), 0);
+    EXPECT_TRUE(run.Board().flash_mode);
+    EXPECT_FALSE(run.Board().flash.valid);
+    EXPECT_EQ(run.Board().flash.bytes.size(), 4U * static_cast<unsigned>(record));
+    run.ExpectSecondRunSucceeds();
+  }
+}
+
+TEST(FlashRun, SendsNothingToABoardOfAnotherProduct) {
+  RunBench run(std::string(kInFlashMode) +
+               R"(}, {"id": "c", "product": "0x1000", "firmware": "2.71", "mode": "flash")");
+  run.LoadFirmware();
+  run.bench.link.table.SetCurrent(1);
+  run.page.ShowDeviceInfo();
+  run.bench.prompts.ExpectMessage(
+      "An invalid or incompatible file is currently loaded\r\n"
+      "and cannot be used with the current device\r\n\r\n",
+      "Invalid KVX File!", Icon::kExclamation);
+  run.bench.prompts.WhileOpen([&] { EXPECT_EQ(run.ended, 0); });
+  EXPECT_EQ(run.Program(), "");
+  EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Program Load...");
+  EXPECT_TRUE(run.bus.Find("c")->State().flash.valid);
+
+  run.bench.link.table.SetCurrent(0);
+  run.page.ShowDeviceInfo();
+  run.ExpectSecondRunSucceeds();
+}
+
+TEST(FlashRun, ErasesAndFinishesWithAFileWithoutRecords) {
+  RunBench run;
+  run.Load(WriteFile("empty.kvx", {0x10, 0x09}));
+  run.ExpectSuccess();
+  EXPECT_EQ(run.Program(), Lines(kBegun + kComplete));
+  EXPECT_TRUE(run.Board().flash.bytes.empty());
+  // The board refuses to run what is no firmware, and stays in its loader.
+  run.Click("Execute");
+  EXPECT_TRUE(run.Board().flash_mode);
+}
+
+}  // namespace quillon::testing
