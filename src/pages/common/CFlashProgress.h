@@ -11,6 +11,8 @@ class QProgressBar;
 
 namespace quillon {
 
+class CPlainLine;
+
 // The progress bar of the flash update, and beside it what is loaded and how long the run takes.
 class CFlashProgress : public QWidget {
   Q_OBJECT
@@ -39,7 +41,7 @@ class CFlashProgress : public QWidget {
   FlashPace pace_;
   QProgressBar* bar_;
   QLabel* loaded_;
-  QLabel* times_;
+  CPlainLine* times_;
 };
 
 }  // namespace quillon

@@ -181,6 +181,8 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
   run.Detect();
   EXPECT_EQ(run.Bar(), 0);
   EXPECT_EQ(run.Enabled(), kExecutable);
+  run.LoadFirmware();
+  EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Program Load...");
 }
 
 TEST(FlashRun, AbortsBeforeTheNextRecordAndStartsNothingInBetween) {
