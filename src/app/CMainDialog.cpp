@@ -59,6 +59,8 @@ CMainDialog::CMainDialog(const MainServices& services)
   problem_->setWordWrap(true);
   problem_->setTextFormat(Qt::PlainText);
   problem_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+  // However long a name or a path in it: it must not decide how wide the window is.
+  problem_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   problem_->setFrameShape(QFrame::StyledPanel);
   problem_->setMargin(6);
   problem_->setAccessibleName(tr("What keeps boards from working"));

@@ -332,6 +332,16 @@ TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
 TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   NoLibrary library;
   MainBench bench(library);
+TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
+  NoLibrary none;
+  MainBench calm(none);
+  calm.window.Initialise();
+  NoLibrary wordy(std::string(900, 'W'));
+  MainBench bench(wordy);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.minimumSizeHint().width(), calm.window.minimumSizeHint().width());
+}
+
   QStringList lines;
   QAction* check = nullptr;
   for (const QAction* const menu : bench.window.menuBar()->actions()) {
