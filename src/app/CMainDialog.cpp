@@ -245,3 +245,5 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
 }
 
 }  // namespace quillon
+  // For good: a board that comes now, while a box is open too, must not be found and opened again.
+  closed_.emplace(services_.link.gate.Enter());

@@ -4,6 +4,7 @@
 #include <QMainWindow>
 #include <functional>
 #include <map>
+#include <optional>
 
 #include "devlink/BoardFamily.h"
 #include "devlink/DeviceNotifier.h"
@@ -77,6 +78,7 @@ class CMainDialog : public QMainWindow {
   QWidget* nothing_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
   bool initialised_ = false;
+  std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
   int auto_connect_ = 1;
   int auto_update_ = 1;
 };
