@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
 
 #include "app/CMainDialog.h"
 #include "app/MainBench.h"
@@ -117,8 +119,6 @@ TEST(MainDialog, SaysThatClosingFailedAndGoesOn) {
   EXPECT_TRUE(bench.window.close());
 }
 
-TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
-  const struct {
 TEST(MainDialog, DetectsNothingMoreOnceItIsClosed) {
   TranscriptLibrary library(R"(
     close 0 -> 1
@@ -161,6 +161,8 @@ TEST(MainDialog, FitsItsScreenAndKeepsTheFocusWhereItWasPressed) {
   EXPECT_EQ(window.focusWidget(), &window.Tree());
 }
 
+TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
+  const struct {
     const char* board;
     const char* page_set;  // its last tab; empty: none
     const char* prompt;
@@ -330,6 +332,16 @@ TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
   EXPECT_TRUE(said);
 }
 
+TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
+  NoLibrary none;
+  MainBench calm(none);
+  calm.window.Initialise();
+  NoLibrary wordy(std::string(900, 'W'));
+  MainBench bench(wordy);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.minimumSizeHint().width(), calm.window.minimumSizeHint().width());
+}
+
 TEST(MainDialog, ShowsNothingForProductsWithoutPagesAndHomeForUnknownOnes) {
   for (const auto& [product, home] : {std::pair{"1600", false}, {"4242", true}}) {
     TranscriptLibrary library(std::string(R"(
@@ -374,16 +386,6 @@ TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
 TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   NoLibrary library;
   MainBench bench(library);
-TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
-  NoLibrary none;
-  MainBench calm(none);
-  calm.window.Initialise();
-  NoLibrary wordy(std::string(900, 'W'));
-  MainBench bench(wordy);
-  bench.window.Initialise();
-  EXPECT_EQ(bench.window.minimumSizeHint().width(), calm.window.minimumSizeHint().width());
-}
-
   QStringList lines;
   QAction* check = nullptr;
   for (const QAction* const menu : bench.window.menuBar()->actions()) {
