@@ -4,6 +4,8 @@
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
+#include <QPointer>
+#include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QTimer>
@@ -59,6 +61,8 @@ CMainDialog::CMainDialog(const MainServices& services)
   splitter->setStretchFactor(1, 1);
   splitter->setChildrenCollapsible(false);
   problem_->setWordWrap(true);
+  // However long a name or a path in it: it must not decide how wide the window is.
+  problem_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   problem_->setTextFormat(Qt::PlainText);
   problem_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
   problem_->setFrameShape(QFrame::StyledPanel);
@@ -97,7 +101,9 @@ CMainDialog::CMainDialog(const MainServices& services)
   // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
   splitter->setSizes({character * 66, character * 148});
-  resize(character * 218, fontMetrics().lineSpacing() * 44);
+  const QSize whole(character * 218, fontMetrics().lineSpacing() * 44);
+  // On a small screen with some room left for the frame.
+  resize(whole.boundedTo(screen()->availableSize() * 0.95));
 }
 
 void CMainDialog::CreateMenu() {
@@ -159,6 +165,7 @@ void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,
 void CMainDialog::Redetect() {
   const auto hold = services_.link.gate.TryEnter();
   if (!hold) return;
+  const QPointer<QWidget> focus(focusWidget());
   CloseAllBoards();
   services_.link.table.Clear();
   tree_->Rebuild();
@@ -167,6 +174,9 @@ void CMainDialog::Redetect() {
   DetectAllTypes();
   for (const auto& [family, set] : page_sets_) set->ResetIndicators();
   tree_->Rebuild();
+  // Pages that were hidden meanwhile have lost it, and with it whoever works by keyboard.
+  QWidget* const next = focus && focus->isVisible() && focus->isEnabled() ? focus : tree_;
+  next->setFocus();
 }
 
 void CMainDialog::DetectAllTypes() {
@@ -286,6 +296,8 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
     event->ignore();
     return;
   }
+  // For good: a board that comes now, while a box is open too, must not be found and opened again.
+  closed_.emplace(services_.link.gate.Enter());
   CloseAllBoards();
   event->accept();
 }

@@ -5,6 +5,7 @@
 #include <QMainWindow>
 #include <functional>
 #include <map>
+#include <optional>
 
 #include "devlink/BoardFamily.h"
 #include "devlink/DeviceNotifier.h"
@@ -87,6 +88,7 @@ class CMainDialog : public QMainWindow {
   QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
   bool close_after_run_ = false;
   bool initialised_ = false;
+  std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
   int auto_connect_ = 1;
   int auto_update_ = 1;
 };

@@ -86,6 +86,12 @@ void CDeviceTreeCtrl::selectionChanged(const QItemSelection& selected,
   }
 }
 
+QItemSelectionModel::SelectionFlags CDeviceTreeCtrl::selectionCommand(const QModelIndex& index,
+                                                                      const QEvent* event) const {
+  const auto command = QTreeView::selectionCommand(index, event);
+  return command.testFlag(QItemSelectionModel::Deselect) ? QItemSelectionModel::NoUpdate : command;
+}
+
 void CDeviceTreeCtrl::Choose(const QModelIndex& item) {
   chosen_ = item;
   const TreeItemKind kind = model_.Kind(item);

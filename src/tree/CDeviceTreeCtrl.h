@@ -62,6 +62,9 @@ class CDeviceTreeCtrl : public QTreeView {
   void keyPressEvent(QKeyEvent* event) override;
   void contextMenuEvent(QContextMenuEvent* event) override;
   void selectionChanged(const QItemSelection& selected, const QItemSelection& deselected) override;
+  // A board is always chosen: Ctrl with a click or Space does not take the highlight away.
+  QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                       const QEvent* event) const override;
 
  private:
   std::vector<NodeList> ReadNodes();

@@ -5,6 +5,8 @@
 #include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
+#include <QPushButton>
+#include <QScreen>
 
 #include "app/CMainDialog.h"
 #include "app/MainBench.h"
@@ -115,6 +117,48 @@ TEST(MainDialog, SaysThatClosingFailedAndGoesOn) {
   EXPECT_EQ(bench.window.ShownPageSet(), nullptr) << "no boards: the home page";
   expect_failure();
   EXPECT_TRUE(bench.window.close());
+}
+
+TEST(MainDialog, DetectsNothingMoreOnceItIsClosed) {
+  TranscriptLibrary library(R"(
+    close 0 -> 1
+    detect 2 -> 0
+    detect 1 -> 0
+    detect 3 -> 0
+    close 0 -> 0
+  )");
+  MainBench bench(library);
+  bench.window.Initialise();
+  bench.prompts.ExpectMessage("An error occured while attempting to close device!",
+                              "Close Device Failed", Icon::kExclamation);
+  bench.prompts.WhileOpen([&] { bench.ReportArrival(); });
+  EXPECT_TRUE(bench.window.close());
+  bench.ReportArrival();
+  bench.RunEvents();
+  EXPECT_EQ(bench.settled, 1);
+}
+
+TEST(MainDialog, FitsItsScreenAndKeepsTheFocusWhereItWasPressed) {
+  SimMain main(kJoystick);
+  auto& window = main.bench.window;
+  window.show();
+  window.Initialise();
+  const QSize room = window.screen()->availableSize().expandedTo(window.minimumSizeHint());
+  EXPECT_LE(window.width(), room.width());
+  EXPECT_LE(window.height(), room.height());
+  ASSERT_NE(window.ShownPageSet(), nullptr);
+  QPushButton* refresh = nullptr;
+  for (auto* const button : window.ShownPageSet()->findChildren<QPushButton*>()) {
+    if (button->text() == "Refresh") refresh = button;
+  }
+  ASSERT_NE(refresh, nullptr);
+  refresh->setFocus();
+  refresh->click();
+  EXPECT_EQ(window.focusWidget(), refresh);
+  // What had the focus is on a page that is not shown again.
+  main.bus.Unplug("j");
+  window.Redetect();
+  EXPECT_EQ(window.focusWidget(), &window.Tree());
 }
 
 TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
@@ -286,6 +330,16 @@ TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
                        "most. The others are not shown.";
   }
   EXPECT_TRUE(said);
+}
+
+TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
+  NoLibrary none;
+  MainBench calm(none);
+  calm.window.Initialise();
+  NoLibrary wordy(std::string(900, 'W'));
+  MainBench bench(wordy);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.minimumSizeHint().width(), calm.window.minimumSizeHint().width());
 }
 
 TEST(MainDialog, ShowsNothingForProductsWithoutPagesAndHomeForUnknownOnes) {

@@ -227,6 +227,15 @@ TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
   EXPECT_FALSE(qvariant_cast<QFont>(Stick().data(Qt::FontRole)).bold());
 }
 
+TEST_F(DeviceTreeCtrl, KeepsTheHighlightOnACtrlClick) {
+  FillAllKinds();
+  QTest::mouseClick(tree.viewport(), Qt::LeftButton, Qt::ControlModifier,
+                    tree.visualRect(Stick()).center());
+  EXPECT_TRUE(tree.selectionModel()->isSelected(Stick()));
+  QTest::keyClick(&tree, Qt::Key_Space, Qt::ControlModifier);
+  EXPECT_TRUE(tree.selectionModel()->isSelected(Stick()));
+}
+
 TEST_F(DeviceTreeCtrl, RefusesAChoiceWhileTheGateIsHeld) {
   FillAllKinds();
   boards.clear();

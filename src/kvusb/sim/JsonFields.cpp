@@ -7,6 +7,8 @@
 namespace quillon::sim {
 namespace {
 
+constexpr int kDeepest = 32;
+
 std::optional<std::uint32_t> Digits(std::string_view text, int base) {
   std::uint32_t value = 0;
   const char* end = text.data() + text.size();
@@ -18,8 +20,13 @@ std::optional<std::uint32_t> Digits(std::string_view text, int base) {
 }  // namespace
 
 nlohmann::json ParseJson(std::string_view text) {
+  // What is shown of a wrong value is printed by recursion, so a file must not say how deep.
+  const auto limit_depth = [](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
+    if (depth > kDeepest) throw FormatError("The text is nested too deeply.");
+    return true;
+  };
   try {
-    return nlohmann::json::parse(text);
+    return nlohmann::json::parse(text, limit_depth);
   } catch (const nlohmann::json::exception& error) {
     std::string_view what = error.what();  // "[json.exception...] parse error at line ..."
     if (const auto end = what.find("] "); end != what.npos) what.remove_prefix(end + 2);

@@ -42,6 +42,9 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   layout->addLayout(groups_, 1);
   origin_line_ = new QLabel;
   origin_line_->setTextFormat(Qt::PlainText);
+  // The name of a board is what a board says: it must not decide how wide the window is.
+  origin_line_->setWordWrap(true);
+  origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   origin_line_->setAccessibleName(tr("Where the values come from"));
   layout->addWidget(origin_line_);
   auto* const row = new QHBoxLayout;

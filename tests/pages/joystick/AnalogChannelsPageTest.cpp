@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "pages/joystick/CAnalogChannelsPage.h"
 #include "testing/OwnFolders.h"
 #include "testing/link/SimLibrary.h"
@@ -65,6 +67,17 @@ TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
   EXPECT_FALSE(Lamp(page, "Error").IsLit());
   EXPECT_FALSE(Lamp(page, "Busy").IsLit());
   EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001.");
+}
+
+TEST(AnalogChannels, IsNotWidenedByTheNameThatABoardGivesItself) {
+  TranscriptLibrary library(kRetrieve);
+  PageBench bench(library);
+  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
+  const int width = page.minimumSizeHint().width();
+  std::ranges::fill(bench.link.table.Record(0).product_text, 'W');
+  Button(page, "Retrieve").click();
+  ASSERT_TRUE(OriginOf(page).startsWith("Retrieved from WWWW"));
+  EXPECT_EQ(page.minimumSizeHint().width(), width);
 }
 
 TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis) {
