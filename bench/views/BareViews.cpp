@@ -5,53 +5,52 @@
 
 namespace quillon::bench {
 
-BareTreeModel::Item* BareTreeModel::Add(Item* parent, const QString& text) {
-  std::vector<Item*>& level = parent == nullptr ? roots_ : parent->children;
-  items_.push_back(std::make_unique<Item>(Item{parent, static_cast<int>(level.size()), text}));
-  level.push_back(items_.back().get());
-  return level.back();
+void BareTreeModel::AddChildren(Item& parent, std::size_t count) {
+  parent.children = items_.data() + items_.size();
+  parent.child_count = static_cast<int>(count);
+  for (int row = 0; row < parent.child_count; ++row) items_.push_back({&parent, nullptr, 0, row});
 }
 
-void BareTreeModel::Rebuild(int boards, int nodes_per_board, int ports_per_node) {
+void BareTreeModel::Rebuild(std::size_t boards, std::size_t nodes_per_board,
+                            std::size_t ports_per_node) {
   beginResetModel();
-  roots_.clear();
+  const std::size_t nodes = boards * nodes_per_board;
   items_.clear();
-  Add(nullptr, QStringLiteral("Root 1"));
-  Item* const root = Add(nullptr, QStringLiteral("Root 2"));
-  for (int i = 0; i < boards; ++i) {
-    Item* const board = Add(root, QStringLiteral("Board of a certain kind 000"));
-    for (int j = 0; j < nodes_per_board; ++j) {
-      Item* const node = Add(board, QStringLiteral("Node"));
-      for (int k = 0; k < ports_per_node; ++k) Add(node, QStringLiteral("Port"));
-    }
-  }
+  // Items point at each other: all the room comes first.
+  items_.reserve(3 + boards + nodes + nodes * ports_per_node);
+  items_.push_back({nullptr, nullptr, 0, 0});
+  items_.push_back({nullptr, nullptr, 0, 1});
+  AddChildren(items_[0], 1);
+  AddChildren(items_[1], boards);
+  const std::size_t first_node = items_.size();
+  for (std::size_t i = 0; i < boards; ++i) AddChildren(items_[3 + i], nodes_per_board);
+  for (std::size_t i = 0; i < nodes; ++i) AddChildren(items_[first_node + i], ports_per_node);
   endResetModel();
 }
 
 QModelIndex BareTreeModel::index(int row, int column, const QModelIndex& parent) const {
   if (row < 0 || column != 0 || row >= rowCount(parent)) return {};
-  const auto& level =
-      parent.isValid() ? static_cast<Item*>(parent.internalPointer())->children : roots_;
-  return createIndex(row, column, level[static_cast<std::size_t>(row)]);
+  const Item* const first =
+      parent.isValid() ? static_cast<Item*>(parent.internalPointer())->children : items_.data();
+  return createIndex(row, column, first + row);
 }
 
 QModelIndex BareTreeModel::parent(const QModelIndex& child) const {
   if (!child.isValid()) return {};
-  Item* const parent = static_cast<Item*>(child.internalPointer())->parent;
+  const Item* const parent = static_cast<Item*>(child.internalPointer())->parent;
   return parent == nullptr ? QModelIndex() : createIndex(parent->row, 0, parent);
 }
 
 int BareTreeModel::rowCount(const QModelIndex& parent) const {
-  const auto& level =
-      parent.isValid() ? static_cast<Item*>(parent.internalPointer())->children : roots_;
-  return static_cast<int>(level.size());
+  if (parent.isValid()) return static_cast<Item*>(parent.internalPointer())->child_count;
+  return items_.empty() ? 0 : 2;
 }
 
 int BareTreeModel::columnCount(const QModelIndex& /*parent*/) const { return 1; }
 
 QVariant BareTreeModel::data(const QModelIndex& index, int role) const {
   if (!index.isValid() || role != Qt::DisplayRole) return {};
-  return static_cast<Item*>(index.internalPointer())->text;
+  return QStringLiteral("Board of a certain kind 000");
 }
 
 BareTableModel::BareTableModel(int rows, int columns, QObject* parent)

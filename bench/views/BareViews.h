@@ -3,22 +3,20 @@
 
 #include <QAbstractItemModel>
 #include <QAbstractTableModel>
-#include <memory>
 #include <vector>
 
 namespace quillon::bench {
 
-// A tree of boards, nodes and ports, with pointers as ids and a text per item: the shape of the
-// device tree and nothing else.
+// A tree of boards, nodes and ports in one vector, with pointers as ids: the shape of the device
+// tree and nothing else.
 class BareTreeModel : public QAbstractItemModel {
   Q_OBJECT
 
  public:
   using QAbstractItemModel::QAbstractItemModel;
 
-  // Two roots; the second holds all boards.
-  void Rebuild(int boards, int nodes_per_board, int ports_per_node);
-  int Items() const { return static_cast<int>(items_.size()); }
+  // Two roots; the second holds all boards, and the first one item.
+  void Rebuild(std::size_t boards, std::size_t nodes_per_board, std::size_t ports_per_node);
 
   QModelIndex index(int row, int column, const QModelIndex& parent = {}) const override;
   QModelIndex parent(const QModelIndex& child) const override;
@@ -28,16 +26,15 @@ class BareTreeModel : public QAbstractItemModel {
 
  private:
   struct Item {
-    Item* parent = nullptr;
-    int row = 0;
-    QString text;
-    std::vector<Item*> children{};
+    Item* parent;
+    Item* children;
+    int child_count;
+    int row;
   };
 
-  Item* Add(Item* parent, const QString& text);
+  void AddChildren(Item& parent, std::size_t count);
 
-  std::vector<std::unique_ptr<Item>> items_;
-  std::vector<Item*> roots_;
+  std::vector<Item> items_;
 };
 
 // A table of texts.

@@ -8,6 +8,7 @@
 
 #include "bench/Figures.h"
 #include "bench/views/BareViews.h"
+#include "bench/views/PaintedView.h"
 #include "devlink/Detection.h"
 #include "pages/common/UserPrompts.h"
 #include "pages/joystick/CScanMatrixChannelsPage.h"
@@ -32,11 +33,6 @@ class NoPrompts : public UserPrompts {
   }
 };
 
-void Paint(QAbstractScrollArea& view) {
-  QCoreApplication::sendPostedEvents();
-  view.viewport()->repaint();
-}
-
 // All rows in sight on both sides, in cells of one size.
 void LayOut(CScanMatrixChannelsPage& page, const CGridCtrl& grid, QTableView& bare) {
   const int height = grid.verticalHeader()->defaultSectionSize();
@@ -48,6 +44,7 @@ void LayOut(CScanMatrixChannelsPage& page, const CGridCtrl& grid, QTableView& ba
   }
   bare.resize(grid.size());
   bare.show();
+  QCoreApplication::processEvents();
 }
 
 }  // namespace
@@ -63,24 +60,27 @@ bool MeasurePageRefresh(int rounds, HidLibrary& library) {
   bare.setModel(&model);
   LayOut(page, grid, bare);
 
+  PaintedView painted_grid(grid);
+  PaintedView painted_bare(bare);
   const auto refresh_ours = [&] {
     for (int i = 0; i < kRepeats; ++i) {
       link.table.CurrentRecord().library_a[0] = kAnswers[i % 2];
       page.Retrieve();
-      Paint(grid);
+      painted_grid.Paint();
     }
   };
   const auto refresh_bare = [&] {
     for (int i = 0; i < kRepeats; ++i) {
       model.Fill(kAnswers[i % 2]);
-      Paint(bare);
+      painted_bare.Paint();
     }
   };
   const Pair times = MeasureInTurn(rounds, refresh_ours, refresh_bare);
   const int push = kColumns - 2;
   if (grid.Rows() != kRows + 1 || grid.Columns() != kColumns + 1 ||
-      grid.Text(1, push) != QStringLiteral("Button 2")) {
-    std::fprintf(stderr, "the page does not show what was answered\n");
+      grid.Text(1, push) != QStringLiteral("Button 2") || !painted_grid.Check() ||
+      !painted_bare.Check()) {
+    std::fprintf(stderr, "the page does not show what was answered, or not all of it\n");
     return false;
   }
   PrintRatio("64-row page: 20 x answer to painted", "ms", times, kGoal);
