@@ -46,9 +46,10 @@ void PrintRatio(const std::string& what, const char* unit, const Pair& pair, dou
   const double ours = Median(pair.ours);
   const double floor = Median(pair.floor);
   const double ratio = ours / floor;
-  std::printf("%-46s %9.2f %9.2f %-3s ratio %5.2f (least %5.2f), goal %.2f: %s\n", what.c_str(),
-              ours, floor, unit, ratio, Least(pair.ours) / Least(pair.floor), goal,
-              ratio <= goal ? "met" : "MISSED");
+  std::printf("%-46s %9.2f %9.2f %-3s ratio %5.2f (least %5.2f)", what.c_str(), ours, floor, unit,
+              ratio, Least(pair.ours) / Least(pair.floor));
+  if (goal > 0.0) std::printf(", goal %.2f: %s", goal, ratio <= goal ? "met" : "MISSED");
+  std::printf("\n");
   std::fflush(stdout);
 }
 

@@ -26,7 +26,7 @@ Pair MeasureInTurn(int rounds, const std::function<void()>& ours,
                    const std::function<void()>& floor);
 
 // Prints one line: both medians, their ratio and that of the least values, and the goal, which the
-// ratio of the medians meets or misses.
+// ratio of the medians meets or misses. 0: there is no goal.
 void PrintRatio(const std::string& what, const char* unit, const Pair& pair, double goal);
 
 }  // namespace quillon::bench

@@ -6,8 +6,8 @@
 #include <cstdio>
 #include <cstdlib>
 
-#include "bench/views/PageRefresh.h"
-#include "bench/views/TreeRebuild.h"
+#include "bench/PageRefresh.h"
+#include "bench/TreeRebuild.h"
 #include "devlink/LoadedLibrary.h"
 
 int main(int argc, char** argv) {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bench/views/BareViews.h"
+#include "bench/BareViews.h"
 
 #include <algorithm>
 

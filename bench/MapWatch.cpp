@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bench/start/MapWatch.h"
+#include "bench/MapWatch.h"
 
 #include <poll.h>
 #include <xcb/xcb.h>

@@ -16,7 +16,7 @@ class MapWatch {
   bool IsConnected() const;
   // Forgets the events of the programs before.
   void Drain();
-  // Waits for the next MapNotify of a window that is no menu or tooltip; false after a few seconds
+  // Waits for the next MapNotify of a window that is no menu or tooltip; false after 20 s
   // without one.
   bool WaitForWindow();
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bench/start/Child.h"
+#include "bench/Child.h"
 
 #include <fcntl.h>
 #include <signal.h>

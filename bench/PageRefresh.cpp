@@ -1,14 +1,15 @@
 // SPDX-License-Identifier: MIT
-#include "bench/views/PageRefresh.h"
+#include "bench/PageRefresh.h"
 
 #include <QCoreApplication>
 #include <QHeaderView>
+#include <QScrollBar>
 #include <QTableView>
 #include <cstdio>
 
+#include "bench/BareViews.h"
 #include "bench/Figures.h"
-#include "bench/views/BareViews.h"
-#include "bench/views/PaintedView.h"
+#include "bench/PaintedView.h"
 #include "devlink/Detection.h"
 #include "pages/common/UserPrompts.h"
 #include "pages/joystick/CScanMatrixChannelsPage.h"
@@ -78,8 +79,8 @@ bool MeasurePageRefresh(int rounds, HidLibrary& library) {
   const Pair times = MeasureInTurn(rounds, refresh_ours, refresh_bare);
   const int push = kColumns - 2;
   if (grid.Rows() != kRows + 1 || grid.Columns() != kColumns + 1 ||
-      grid.Text(1, push) != QStringLiteral("Button 2") || !painted_grid.Check() ||
-      !painted_bare.Check()) {
+      grid.Text(1, push) != QStringLiteral("Button 2") || grid.verticalScrollBar()->maximum() > 0 ||
+      !painted_grid.Check() || !painted_bare.Check()) {
     std::fprintf(stderr, "the page does not show what was answered, or not all of it\n");
     return false;
   }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "bench/views/PaintedView.h"
+#include "bench/PaintedView.h"
 
 #include <QCoreApplication>
 #include <QPaintEvent>

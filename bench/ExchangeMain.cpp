@@ -11,17 +11,9 @@
 namespace quillon::bench {
 namespace {
 
-// Of a USB exchange, for the counter "percent": the share of its 2 ms that the host's part takes.
-constexpr double kPercentOfExchange = 2e-3 / 100.0;
 constexpr std::uint8_t kCommand = 0x11;
 
 HidLibrary* library = nullptr;
-
-void AddShare(benchmark::State& state) {
-  state.counters["percent"] =
-      benchmark::Counter(kPercentOfExchange, benchmark::Counter::kIsIterationInvariantRate |
-                                                 benchmark::Counter::kInvert);
-}
 
 void Query(benchmark::State& state) {
   DeviceRecord record{};
@@ -32,7 +24,6 @@ void Query(benchmark::State& state) {
     if (!QueryPacket(*library, record, packet)) state.SkipWithError("the exchange failed");
     benchmark::DoNotOptimize(packet);
   }
-  AddShare(state);
 }
 
 void Send(benchmark::State& state) {
@@ -44,7 +35,6 @@ void Send(benchmark::State& state) {
     if (!SendPacket(*library, record, packet)) state.SkipWithError("the exchange failed");
     benchmark::DoNotOptimize(packet);
   }
-  AddShare(state);
 }
 
 BENCHMARK(Query);
