@@ -1,0 +1,32 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <functional>
+#include <string>
+#include <vector>
+
+namespace quillon::bench {
+
+// Measured values of one side, one per run.
+using Samples = std::vector<double>;
+
+double Median(Samples samples);
+double Least(const Samples& samples);
+
+// Processor time of this process, in ms. Others who compute beside it do not count.
+double ProcessorMilliseconds();
+
+// Runs both sides in turn, `rounds` times after one round that does not count, and takes the
+// processor time of each run.
+struct Pair {
+  Samples ours;
+  Samples floor;
+};
+Pair MeasureInTurn(int rounds, const std::function<void()>& ours,
+                   const std::function<void()>& floor);
+
+// Prints one line: both medians, their ratio and that of the least values, and the goal, which the
+// ratio of the medians meets or misses. 0: there is no goal.
+void PrintRatio(const std::string& what, const char* unit, const Pair& pair, double goal);
+
+}  // namespace quillon::bench
