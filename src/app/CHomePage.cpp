@@ -38,6 +38,8 @@ CHomePage::CHomePage(QWidget* parent) : QTabWidget(parent), hint_(new QLabel) {
   ShowBoardCount(0);
 }
 
+void CHomePage::ShowSearch() { hint_->setText(tr("Looking for boards ...")); }
+
 void CHomePage::ShowBoardCount(std::uint32_t count) {
   hint_->setText(count == 0 ? tr("No board was found.\nPlug one in, or look again.")
                             : tr("This board has no settings that Quillon knows.\n"

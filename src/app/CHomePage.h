@@ -16,6 +16,8 @@ class CHomePage : public QTabWidget {
 
   // Says what there is to choose from, or what to do when there is nothing.
   void ShowBoardCount(std::uint32_t count);
+  // Says that boards are being looked for.
+  void ShowSearch();
 
  Q_SIGNALS:
   void RefreshRequested();

@@ -16,6 +16,7 @@
 #include "app/MainMenu.h"
 #include "app/Profile.h"
 #include "devlink/Detection.h"
+#include "devlink/DeviceText.h"
 #include "firmware/RestartCommand.h"
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
@@ -169,6 +170,7 @@ void CMainDialog::Redetect() {
   CloseAllBoards();
   services_.link.table.Clear();
   tree_->Rebuild();
+  home_->ShowSearch();
   repaint();
   services_.settle();
   DetectAllTypes();
@@ -185,7 +187,7 @@ void CMainDialog::DetectAllTypes() {
   for (const std::uint32_t type : kDetectionOrder) {
     reported += DetectBoards(library, table, type).reported;
   }
-  QString problem = QString::fromStdString(library.DescribeProblem(nullptr));
+  QString problem = QString::fromStdString(ShownText(library.DescribeProblem(nullptr)));
   if (reported > table.Count()) {
     if (!problem.isEmpty()) problem += QLatin1Char('\n');
     problem += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "
@@ -207,6 +209,9 @@ void CMainDialog::SelectFamilyPages() {
   const DeviceTable& table = services_.link.table;
   const BoardFamily family = FamilyOf(table.CurrentRecord().product_id);
   const auto set = page_sets_.find(family);
+  // A Yes that then loads nothing would be a lie; a family's second product keeps its own rule.
+  tree_->SetToolReady(DeviceTool::kLoadDefaults,
+                      set == page_sets_.end() || set->second->HasSettingsPages());
   if (set != page_sets_.end()) {
     pages_->setCurrentWidget(set->second);
     set->second->ShowBoard();

@@ -167,6 +167,7 @@ void CGridCtrl::Enter(int row, int column, const QString& text) {
   }
   const bool kept = !end_edit_ || end_edit_(row, column);
   if (!self) return;
+  entry_kept_ = kept;
   if (!kept && model_->Holds(row, column)) {
     SetText(row, column, old_text);
     SetValue(row, column, old_value);
@@ -174,12 +175,14 @@ void CGridCtrl::Enter(int row, int column, const QString& text) {
   Redraw();
 }
 
-void CGridCtrl::FinishEdit() {
+bool CGridCtrl::FinishEdit() {
   CloseChoices();
   QLineEdit* editor = delegate_->Editor();
-  if (editor == nullptr || state() != EditingState) return;
+  if (editor == nullptr || state() != EditingState) return true;
+  entry_kept_ = true;
   commitData(editor);
   closeEditor(editor, QAbstractItemDelegate::NoHint);
+  return entry_kept_;
 }
 
 void CGridCtrl::Open(int row, int column) {

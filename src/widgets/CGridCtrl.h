@@ -82,7 +82,8 @@ class CGridCtrl : public QTableView {
   void Enter(int row, int column, const QString& text);
   // Takes over what is still being typed into a number cell; a key or menu that starts an update
   // does not end the typing by itself.
-  void FinishEdit();
+  // False when the page refused it.
+  bool FinishEdit();
 
   QSize sizeHint() const override;
   void keyboardSearch(const QString&) override {}
@@ -114,6 +115,7 @@ class CGridCtrl : public QTableView {
   EndEditHandler end_edit_;
   Qt::KeyboardModifiers click_keys_;
   bool fitted_ = false;
+  bool entry_kept_ = true;  // what the page said of the last choice or entry
 };
 
 }  // namespace quillon

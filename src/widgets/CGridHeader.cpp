@@ -32,7 +32,8 @@ void CGridHeader::paintSection(QPainter* painter, const QRect& rect, int section
   const QString title = model()->headerData(section, orientation()).toString().trimmed();
   const bool columns = orientation() == Qt::Horizontal;
   const QRect room = rect.adjusted(columns ? 2 : kMargin, 0, -2, 0);
-  painter->drawText(room, Qt::AlignVCenter | (columns ? Qt::AlignHCenter : Qt::AlignLeft),
+  const int side = columns ? Qt::AlignHCenter : Qt::AlignLeft;
+  painter->drawText(room, side | Qt::AlignVCenter,
                     fontMetrics().elidedText(title, Qt::ElideRight, room.width()));
 }
 

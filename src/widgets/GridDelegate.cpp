@@ -7,6 +7,7 @@
 #include <QStyle>
 #include <QStyleOptionButton>
 #include <algorithm>
+#include <cmath>
 
 #include "widgets/Tone.h"
 
@@ -45,7 +46,7 @@ void PaintFocus(QPainter* painter, const QRect& rect, const QColor& colour) {
 
 QColor Mixed(const QColor& ground, const QColor& over, double part) {
   const auto mix = [part](int low, int high) {
-    return static_cast<int>(low + (high - low) * part + 0.5);
+    return static_cast<int>(std::lround(low + (high - low) * part));
   };
   return {mix(ground.red(), over.red()), mix(ground.green(), over.green()),
           mix(ground.blue(), over.blue())};

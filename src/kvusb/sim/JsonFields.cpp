@@ -36,9 +36,10 @@ nlohmann::json ParseJson(std::string_view text) {
 
 std::optional<std::uint16_t> ParseVersion(std::string_view text) {
   const auto dot = text.find('.');
-  if (dot == text.npos || dot > 2 || text.size() != dot + 3) return std::nullopt;
+  if (dot > 2 || text.size() != dot + 3) return std::nullopt;
   const auto whole = Digits(text.substr(0, dot), 16), part = Digits(text.substr(dot + 1), 16);
-  if (!whole || !part || text.find_first_not_of("0123456789.") != text.npos) return std::nullopt;
+  if (!whole.has_value() || !part.has_value() || text.find_first_not_of("0123456789.") != text.npos)
+    return std::nullopt;
   return static_cast<std::uint16_t>(*whole << 8 | *part);
 }
 

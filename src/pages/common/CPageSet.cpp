@@ -2,6 +2,7 @@
 #include "pages/common/CPageSet.h"
 
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "pages/common/CDeviceConfigPage.h"
 #include "pages/common/CSettingsPage.h"
@@ -65,6 +66,11 @@ void CPageSet::LoadDeviceDefaults() {
 }
 
 void CPageSet::AbortRun() { config_->AbortRun(); }
+
+bool CPageSet::HasSettingsPages() const {
+  return std::any_of(slots_.begin(), slots_.end(),
+                     [](const Slot& slot) { return static_cast<bool>(slot.factory); });
+}
 
 void CPageSet::ResetIndicators() {
   for (const Slot& slot : slots_) {

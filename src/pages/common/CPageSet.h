@@ -32,6 +32,9 @@ class CPageSet : public QTabWidget {
   // Stops a flash update before its next record; nothing without one.
   void AbortRun();
 
+  // Whether any settings page exists yet.
+  bool HasSettingsPages() const;
+
   // All lamps dark and still.
   void ResetIndicators();
 

@@ -107,7 +107,10 @@ void CSettingsPage::Retrieve() {
 void CSettingsPage::Update() {
   const auto hold = context_.link.gate.TryEnter();
   if (!hold) return;
-  for (auto* const grid : findChildren<CGridCtrl*>()) grid->FinishEdit();
+  // What was refused just now must not look stored.
+  for (auto* const grid : findChildren<CGridCtrl*>()) {
+    if (!grid->FinishEdit()) return;
+  }
   ShowError(false);
   ShowBusy(true);
   static_cast<void>(StoreOnBoard());

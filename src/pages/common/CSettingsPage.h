@@ -36,9 +36,10 @@ class CSettingsPage : public QWidget {
   void Update();
   void Defaults();
 
-  // What "Load default settings" of the device does with each page: defaults without a question,
-  // then an update. Returns the update's success.
+  // What "Load default settings" of the device does with each page: the defaults without a
+  // question ...
   void LoadDefaults() { DefaultsRoutine(); }
+  // ... and then the update. Returns whether it succeeded.
   [[nodiscard]] bool StoreOnBoard();
 
   // Lamps dark and still, as after a detection.
@@ -150,7 +151,8 @@ class CSettingsPage : public QWidget {
     return packet;
   }
 
-  // What the values of the page are.
+  // What the values of the page are. After a retrieve in part the marks still compare with what was
+  // there before it.
   enum class Origin { kNone, kRetrieved, kPartlyRetrieved, kStored };
 
   void SetOrigin(Origin origin);

@@ -34,7 +34,7 @@ class EditMarks : public QObject {
   bool AnyEdited() const;
 
  Q_SIGNALS:
-  // After every change of a tracked control.
+  // Some control got or lost its mark.
   void Changed();
 
  private:

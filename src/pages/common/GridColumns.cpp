@@ -67,7 +67,7 @@ void GridRows::Show() {
       const std::uint32_t code =
           std::clamp(GetField(records_[record], column.field), column.minimum, column.maximum);
       SetField(records_[record], column.field, code);
-      SetCode(RowOf(record), column.column, column.shown.empty() ? code : column.shown[code]);
+      SetCode(RowOf(record), column.column, code < column.shown.size() ? column.shown[code] : code);
     }
   }
 }
