@@ -10,12 +10,13 @@
 #include <thread>
 #include <utility>
 
-#include "kvusb/sim/StateFile.h"
+#include "kvusb/boards/WiredBoard.h"
 
 namespace quillon::sim {
 namespace {
 
 using std::chrono::microseconds;
+using Delivery = WiredBoard::Delivery;
 
 constexpr microseconds kReadLimit = std::chrono::seconds(2), kEraseLimit = std::chrono::seconds(10);
 constexpr std::uint8_t kErase = 8;
@@ -40,24 +41,15 @@ microseconds MachineNow() {
 
 // A place on the bus: the board, and what the library knows of it.
 struct Bus::Slot {
-  // An answer on its way.
-  struct Pending {
-    Answer answer{};
-    std::size_t bytes = std::tuple_size_v<Answer>;
-    std::int32_t result = KVUSB_OK;
-    microseconds delay{0};
-    bool restart = false;
-  };
+  Slot(BoardSpec spec, const std::optional<std::filesystem::path>& state_folder)
+      : wired(std::move(spec), state_folder), plugged(wired.Spec().plugged) {}
 
-  explicit Slot(BoardSpec spec) : board(std::move(spec)) {}
-
-  Board board;
-  Faults faults;
-  bool plugged = true;
+  WiredBoard wired;
+  bool plugged;
   std::uint32_t number = 1;
   microseconds back_at{0};
-  std::optional<Pending> pending;
-  std::string load_problem, save_problem;
+  std::optional<WiredBoard::Outcome> pending;  // an answer on its way
+  microseconds limit{0};                       // for which a reader waits for it
 
   // The records made so far are dead from here on.
   void Disown() {
@@ -86,22 +78,12 @@ Bus::Bus(Rig rig, BusOptions options) : options_(std::move(options)) {
 Bus::~Bus() = default;
 
 void Bus::TakeIn(BoardSpec spec) {
-  auto slot = std::make_unique<Slot>(std::move(spec));
-  const BoardSpec& own = slot->board.Spec();
-  for (const Fault& fault : own.faults) slot->faults.Add(fault);
-  slot->plugged = own.plugged;
-  if (options_.state_folder) {
-    LoadedState loaded = LoadState(*options_.state_folder, own);
-    if (loaded.state) slot->board.State() = std::move(*loaded.state);
-    slot->load_problem = std::move(loaded.problem);
-    slot->board.LosePower();
-  }
-  slots_.push_back(std::move(slot));
+  slots_.push_back(std::make_unique<Slot>(std::move(spec), options_.state_folder));
 }
 
 Bus::Slot* Bus::SlotOf(std::string_view id) const {
   const auto found =
-      std::ranges::find_if(slots_, [&](const auto& slot) { return slot->board.Spec().id == id; });
+      std::ranges::find_if(slots_, [&](const auto& slot) { return slot->wired.Spec().id == id; });
   return found == slots_.end() ? nullptr : found->get();
 }
 
@@ -122,17 +104,16 @@ Bus::Slot* Bus::LiveSlot(const DeviceRecord* record) const {
 }
 
 void Bus::Fill(DeviceRecord& record, const Slot& slot) const {
-  const Board& board = slot.board;
-  const BoardSpec& spec = board.Spec();
+  const BoardSpec& spec = slot.wired.Spec();
   std::memset(record.library_a, 0, sizeof record.library_a);
   std::memcpy(record.library_a, kMark.data(), kMark.size());
   std::memcpy(record.library_a + kNumberAt, &slot.number, sizeof slot.number);
   std::memcpy(record.library_a + kIdAt, spec.id.data(), std::min(spec.id.size(), kIdBytes));
   record.product_id = spec.product;
-  record.version = board.VersionWord();
+  record.version = slot.wired.TheBoard().VersionWord();
   FillText(record.product_text, spec.product_text);
   FillText(record.manufacturer, spec.manufacturer);
-  FillText(record.serial_number, spec.serial_text.value_or(board.State().serial));
+  FillText(record.serial_number, slot.wired.SerialText());
 }
 
 std::int32_t Bus::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) {
@@ -140,7 +121,7 @@ std::int32_t Bus::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_
   FinishRestarts();
   std::uint32_t found = 0;
   for (const auto& slot : slots_)
-    if (IsPresent(*slot) && slot->board.Type() == type) Fill(first[found++], *slot);
+    if (IsPresent(*slot) && slot->wired.TheBoard().Type() == type) Fill(first[found++], *slot);
   if (found == 0) return 0;
   *count = found;
   return 1;
@@ -159,27 +140,14 @@ std::int32_t Bus::Write(const DeviceRecord* record, const std::uint8_t* packet) 
   Wait(options_.latency / 2);
 
   const Request request(packet, KVUSB_PACKET_BYTES);
-  const auto fault = slot->faults.Match(request);
-  const auto befalls = [&](FaultKind kind) { return fault && fault->kind == kind; };
-  if (befalls(FaultKind::kWriteFails)) return KVUSB_WRITE_FAILED;
-  if (befalls(FaultKind::kVanish)) {
-    Unplug(slot->board.Spec().id);
+  const WiredBoard::Outcome outcome = slot->wired.Take(request);
+  if (outcome.delivery == Delivery::kNotTaken) return KVUSB_WRITE_FAILED;
+  if (outcome.delivery == Delivery::kVanished) {
+    Unplug(slot->wired.Spec().id);
     return KVUSB_WRITE_FAILED;
   }
-  const Reply reply =
-      befalls(FaultKind::kStatus) ? Plain(fault->value) : slot->board.Handle(request);
-  if (reply.changed) Keep(*slot);
-
-  Slot::Pending pending{.answer = reply.answer, .delay = reply.busy, .restart = reply.restart};
-  if (befalls(FaultKind::kWrongEcho)) pending.answer[0] = fault->value;
-  if (befalls(FaultKind::kShortAnswer))
-    pending.bytes = std::min<std::size_t>(fault->value, pending.bytes);
-  if (befalls(FaultKind::kReadFails)) pending.result = KVUSB_READ_FAILED;
-  if (befalls(FaultKind::kStall)) {
-    pending.result = KVUSB_READ_TIMEOUT;
-    pending.delay = request[kCommandAt] == kErase ? kEraseLimit : kReadLimit;
-  }
-  slot->pending = pending;
+  slot->pending = outcome;
+  slot->limit = request[kCommandAt] == kErase ? kEraseLimit : kReadLimit;
   return KVUSB_OK;
 }
 
@@ -190,11 +158,14 @@ std::int32_t Bus::Read(const DeviceRecord* record, std::uint8_t* packet) {
     Wait(kReadLimit);
     return KVUSB_READ_TIMEOUT;
   }
-  const Slot::Pending pending = *std::exchange(slot->pending, std::nullopt);
-  Wait(options_.latency / 2 + pending.delay);
-  if (pending.result == KVUSB_OK) std::copy_n(pending.answer.begin(), pending.bytes, packet);
+  const WiredBoard::Outcome pending = *std::exchange(slot->pending, std::nullopt);
+  const bool stalled = pending.delivery == Delivery::kStalled;
+  Wait(options_.latency / 2 + (stalled ? slot->limit : pending.busy));
+  if (pending.delivery == Delivery::kAnswer)
+    std::copy_n(pending.answer.begin(), pending.bytes, packet);
   if (pending.restart) Restart(*slot);
-  return pending.result;
+  if (stalled) return KVUSB_READ_TIMEOUT;
+  return pending.delivery == Delivery::kAnswer ? KVUSB_OK : KVUSB_READ_FAILED;
 }
 
 std::int32_t Bus::Close(std::uint32_t count, const DeviceRecord* first) {
@@ -204,7 +175,7 @@ std::int32_t Bus::Close(std::uint32_t count, const DeviceRecord* first) {
   for (const DeviceRecord& record : std::span(first, count)) {
     Slot* slot = LiveSlot(&record);
     if (slot != nullptr) {
-      if (slot->faults.MatchClose()) closed = false;
+      if (slot->wired.ClosingFails()) closed = false;
       slot->Disown();
     } else if (std::memcmp(record.library_a, kMark.data(), kMark.size()) != 0) {
       closed = false;  // never a record of ours; one of a board that has gone is closed already
@@ -223,17 +194,16 @@ void Bus::Announce(std::uint32_t event, const Slot& slot) const {
   if (handler_ == nullptr) return;
   std::array<char, 40> front{};
   std::snprintf(front.data(), front.size(), R"(\\?\HID#Vid_4C7E&Pid_%04x#)",
-                static_cast<unsigned>(slot.board.Spec().product));
-  const std::string path = front.data() + slot.board.State().serial;
+                static_cast<unsigned>(slot.wired.Spec().product));
+  const std::string path = front.data() + slot.wired.TheBoard().State().serial;
   handler_(event, KVUSB_DEVICE_INTERFACE, path.c_str(), context_);
 }
 
 void Bus::Restart(Slot& slot) {
   slot.Disown();
-  if (options_.latency.count() > 0) slot.back_at = options_.now() + slot.board.Spec().reboot;
+  if (options_.latency.count() > 0) slot.back_at = options_.now() + slot.wired.Spec().reboot;
   Announce(KVUSB_EVENT_REMOVAL, slot);
-  slot.board.Restart();
-  Keep(slot);
+  slot.wired.Restart();
   Announce(KVUSB_EVENT_ARRIVAL, slot);
 }
 
@@ -243,21 +213,16 @@ void Bus::FinishRestarts() {
     if (slot->pending && slot->pending->restart) Restart(*slot);
 }
 
-void Bus::Keep(Slot& slot) {
-  if (!options_.state_folder) return;
-  slot.save_problem = SaveState(*options_.state_folder, slot.board.Spec(), slot.board.State());
-}
-
 std::string Bus::Problem(const DeviceRecord* record) const {
   if (record == nullptr) return problem_;
   const Slot* slot = LiveSlot(record);
   if (slot == nullptr) return "The board is not there any more.";
-  return slot->load_problem.empty() ? slot->save_problem : slot->load_problem;
+  return slot->wired.Problem();
 }
 
 Board* Bus::Find(std::string_view id) {
   Slot* slot = SlotOf(id);
-  return slot == nullptr ? nullptr : &slot->board;
+  return slot == nullptr ? nullptr : &slot->wired.TheBoard();
 }
 
 void Bus::Plug(std::string_view id) {
@@ -273,12 +238,11 @@ void Bus::Unplug(std::string_view id) {
   slot->plugged = false;
   slot->Disown();
   Announce(KVUSB_EVENT_REMOVAL, *slot);
-  slot->board.LosePower();
-  Keep(*slot);
+  slot->wired.Unplug();
 }
 
 void Bus::ProvokeFault(std::string_view id, const Fault& fault) {
-  if (Slot* slot = SlotOf(id)) slot->faults.Add(fault);
+  if (Slot* slot = SlotOf(id)) slot->wired.Provoke(fault);
 }
 
 }  // namespace quillon::sim

@@ -11,10 +11,10 @@
 #include <string_view>
 #include <vector>
 
+#include "kvusb/boards/Board.h"
+#include "kvusb/boards/Faults.h"
+#include "kvusb/boards/Rig.h"
 #include "kvusb/kvusb.h"
-#include "kvusb/sim/Board.h"
-#include "kvusb/sim/Faults.h"
-#include "kvusb/sim/Rig.h"
 
 namespace quillon::sim {
 
@@ -71,7 +71,6 @@ class Bus {
   void Wait(std::chrono::microseconds duration) const;
   void Restart(Slot& slot);
   void FinishRestarts();
-  void Keep(Slot& slot);
   void Announce(std::uint32_t event, const Slot& slot) const;
 
   BusOptions options_;

@@ -5,7 +5,7 @@
 #include <set>
 #include <tuple>
 
-#include "kvusb/sim/Rig.h"
+#include "kvusb/boards/Rig.h"
 
 namespace quillon::sim {
 namespace {

@@ -4,8 +4,8 @@
 #include <fstream>
 #include <iterator>
 
+#include "kvusb/boards/StateFile.h"
 #include "kvusb/sim/SimBench.h"
-#include "kvusb/sim/StateFile.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::sim {

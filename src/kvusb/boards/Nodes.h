@@ -5,8 +5,8 @@
 #include <cstdint>
 #include <optional>
 
-#include "kvusb/sim/Loader.h"
-#include "kvusb/sim/Report.h"
+#include "kvusb/boards/Loader.h"
+#include "kvusb/boards/Report.h"
 
 namespace quillon::sim {
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/JsonFields.h"
+#include "kvusb/boards/JsonFields.h"
 
 #include <charconv>
 #include <utility>

@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/StateFile.h"
+#include "kvusb/boards/StateFile.h"
 
 #include <algorithm>
 #include <fstream>
 #include <iterator>
 
-#include "kvusb/sim/JsonFields.h"
+#include "kvusb/boards/JsonFields.h"
 
 namespace quillon::sim {
 namespace {

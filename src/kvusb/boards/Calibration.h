@@ -5,7 +5,7 @@
 #include <cstdint>
 #include <optional>
 
-#include "kvusb/sim/Report.h"
+#include "kvusb/boards/Report.h"
 
 namespace quillon::sim {
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <variant>
 
-#include "kvusb/sim/Board.h"
+#include "kvusb/boards/Board.h"
 
 namespace quillon::sim {
 

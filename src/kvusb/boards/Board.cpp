@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Board.h"
+#include "kvusb/boards/Board.h"
 
 #include <algorithm>
 #include <utility>

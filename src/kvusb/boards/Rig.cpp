@@ -1,12 +1,12 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Rig.h"
+#include "kvusb/boards/Rig.h"
 
 #include <algorithm>
 #include <set>
 
+#include "kvusb/boards/Family.h"
+#include "kvusb/boards/JsonFields.h"
 #include "kvusb/kvusb.h"
-#include "kvusb/sim/Family.h"
-#include "kvusb/sim/JsonFields.h"
 
 namespace quillon::sim {
 namespace {

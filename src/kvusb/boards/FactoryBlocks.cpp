@@ -2,7 +2,7 @@
 #include <string_view>
 #include <utility>
 
-#include "kvusb/sim/Family.h"
+#include "kvusb/boards/Family.h"
 
 namespace quillon::sim {
 namespace {

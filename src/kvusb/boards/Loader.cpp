@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Loader.h"
+#include "kvusb/boards/Loader.h"
 
 #include <algorithm>
 

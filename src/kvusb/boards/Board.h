@@ -7,11 +7,11 @@
 #include <string>
 #include <string_view>
 
-#include "kvusb/sim/Calibration.h"
-#include "kvusb/sim/Family.h"
-#include "kvusb/sim/Loader.h"
-#include "kvusb/sim/Nodes.h"
-#include "kvusb/sim/Rig.h"
+#include "kvusb/boards/Calibration.h"
+#include "kvusb/boards/Family.h"
+#include "kvusb/boards/Loader.h"
+#include "kvusb/boards/Nodes.h"
+#include "kvusb/boards/Rig.h"
 
 namespace quillon::sim {
 

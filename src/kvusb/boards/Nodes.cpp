@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Nodes.h"
+#include "kvusb/boards/Nodes.h"
 
 #include <algorithm>
 

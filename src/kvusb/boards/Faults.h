@@ -5,7 +5,7 @@
 #include <optional>
 #include <vector>
 
-#include "kvusb/sim/Report.h"
+#include "kvusb/boards/Report.h"
 
 namespace quillon::sim {
 

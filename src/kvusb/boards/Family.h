@@ -8,7 +8,7 @@
 #include <string>
 #include <vector>
 
-#include "kvusb/sim/Report.h"
+#include "kvusb/boards/Report.h"
 
 namespace quillon::sim {
 

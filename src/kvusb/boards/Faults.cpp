@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Faults.h"
+#include "kvusb/boards/Faults.h"
 
 namespace quillon::sim {
 namespace {

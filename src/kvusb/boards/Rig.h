@@ -11,8 +11,8 @@
 #include <variant>
 #include <vector>
 
-#include "kvusb/sim/Faults.h"
-#include "kvusb/sim/Nodes.h"
+#include "kvusb/boards/Faults.h"
+#include "kvusb/boards/Nodes.h"
 
 namespace quillon::sim {
 

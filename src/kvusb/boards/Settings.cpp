@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <algorithm>
 
-#include "kvusb/sim/Family.h"
+#include "kvusb/boards/Family.h"
 
 namespace quillon::sim {
 namespace {

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Family.h"
+#include "kvusb/boards/Family.h"
 
 #include <array>
 

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "kvusb/sim/Calibration.h"
+#include "kvusb/boards/Calibration.h"
 
 #include <algorithm>
 
