@@ -187,7 +187,7 @@ void CMainDialog::DetectAllTypes() {
   for (const std::uint32_t type : kDetectionOrder) {
     reported += DetectBoards(library, table, type).reported;
   }
-  QString problem = QString::fromStdString(ShownText(library.DescribeProblem(nullptr)));
+  QString problem = QString::fromStdString(ShownText(library.DescribeProblem(nullptr).sentence));
   if (reported > table.Count()) {
     if (!problem.isEmpty()) problem += QLatin1Char('\n');
     problem += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "

@@ -21,8 +21,9 @@ Detected DetectBoards(HidLibrary& library, DeviceTable& table, std::uint32_t typ
   if (library.DetectHID(found, table.Free(), type) == 0) return {};
   const std::uint32_t first = table.Count();
   const std::uint32_t listed = table.Append(found, type);
-  if (type != KVUSB_TYPE_FIRMWARE) {
-    for (std::uint32_t i = first; i < first + listed; ++i) AskIdentity(library, table.Record(i));
+  for (std::uint32_t i = first; i < first + listed; ++i) {
+    if (type != KVUSB_TYPE_FIRMWARE) AskIdentity(library, table.Record(i));
+    table.SetProblem(i, library.DescribeProblem(&table.Record(i)));
   }
   return {found, listed};
 }

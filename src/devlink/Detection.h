@@ -15,7 +15,8 @@ struct Detected {
 };
 
 // Appends the boards of one type to the table and asks those of type 1 and 3 for their identity. A
-// board that does not answer is kept, with the version 0 and the firmware flag 1.
+// board that does not answer is kept, with the version 0 and the firmware flag 1. What the library
+// says against a board goes into the table.
 Detected DetectBoards(HidLibrary& library, DeviceTable& table, std::uint32_t type);
 
 // Closes all boards of the table. False when the library says that it failed.

@@ -2,6 +2,7 @@
 #include "devlink/DeviceTable.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace quillon {
 
@@ -9,7 +10,19 @@ void DeviceTable::SetCurrent(std::uint32_t index) {
   if (index < count_) current_ = index;
 }
 
+const Problem& DeviceTable::ProblemOf(std::uint32_t index) const {
+  static const Problem kNone;
+  const auto found = problems_.find(index);
+  return found == problems_.end() ? kNone : found->second;
+}
+
+void DeviceTable::SetProblem(std::uint32_t index, Problem problem) {
+  problems_.erase(index);
+  if (problem.kind != KVUSB_PROBLEM_NONE) problems_.emplace(index, std::move(problem));
+}
+
 void DeviceTable::Clear() {
+  problems_.clear();
   count_ = 0;
   current_ = 0;
   types_[0] = 0;

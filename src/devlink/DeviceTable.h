@@ -2,9 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <span>
 #include <vector>
 
+#include "devlink/Problem.h"
 #include "kvusb/kvusb.h"
 
 namespace quillon {
@@ -35,6 +37,10 @@ class DeviceTable {
   std::uint32_t Type(std::uint32_t index) const { return types_[index]; }
   std::uint32_t CurrentType() const { return types_[current_]; }
 
+  // What kept a listed board from working when it was detected; no problem at all for most.
+  const Problem& ProblemOf(std::uint32_t index) const;
+  void SetProblem(std::uint32_t index, Problem problem);
+
   // All boards found, for closing them.
   std::span<DeviceRecord> Boards() { return {records_.data(), count_}; }
   // Where the next boards go: room and margin.
@@ -50,6 +56,7 @@ class DeviceTable {
  private:
   std::vector<DeviceRecord> records_;
   std::vector<std::uint32_t> types_;
+  std::map<std::uint32_t, Problem> problems_;
   std::uint32_t count_ = 0;
   std::uint32_t current_ = 0;
 };

@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "devlink/HidPacket.h"
+#include "devlink/Problem.h"
 #include "kvusb/kvusb.h"
 
 namespace quillon {
@@ -33,7 +34,7 @@ class HidLibrary {
   virtual bool SetDeviceChangeHandler(DeviceChangeHandler /*handler*/, void* /*context*/) {
     return false;
   }
-  virtual std::string DescribeProblem(const DeviceRecord* /*record*/) { return {}; }
+  virtual Problem DescribeProblem(const DeviceRecord* /*record*/) { return {}; }
 };
 
 // Stands in where no library could be loaded: finds no board, and closes none with success.
@@ -55,7 +56,9 @@ class NoLibrary : public HidLibrary {
     return KVUSB_READ_FAILED;
   }
   std::int32_t CloseDevices(std::span<DeviceRecord> /*records*/) override { return 1; }
-  std::string DescribeProblem(const DeviceRecord* /*record*/) override { return reason_; }
+  Problem DescribeProblem(const DeviceRecord* /*record*/) override {
+    return {reason_.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER, reason_};
+  }
 
  private:
   std::string reason_;

@@ -52,14 +52,14 @@ class LoadedLibrary : public HidLibrary {
   bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override {
     return functions_.set_handler != nullptr && functions_.set_handler(handler, context) != 0;
   }
-  std::string DescribeProblem(const DeviceRecord* record) override {
+  Problem DescribeProblem(const DeviceRecord* record) override {
+    if (functions_.describe == nullptr) return {};
     std::array<char, 1024> text{};
-    if (functions_.describe == nullptr ||
-        functions_.describe(record, text.data(), static_cast<std::uint32_t>(text.size())) == 0) {
-      return {};
-    }
+    const std::int32_t kind =
+        functions_.describe(record, text.data(), static_cast<std::uint32_t>(text.size()));
+    if (kind == KVUSB_PROBLEM_NONE) return {};
     text.back() = '\0';
-    return text.data();
+    return {kind, text.data()};
   }
 
  private:

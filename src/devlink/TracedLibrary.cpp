@@ -62,7 +62,7 @@ bool TracedLibrary::SetDeviceChangeHandler(DeviceChangeHandler handler, void* co
   return inner_.SetDeviceChangeHandler(handler, context);
 }
 
-std::string TracedLibrary::DescribeProblem(const DeviceRecord* record) {
+Problem TracedLibrary::DescribeProblem(const DeviceRecord* record) {
   return inner_.DescribeProblem(record);
 }
 

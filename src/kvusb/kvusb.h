@@ -120,9 +120,17 @@ typedef void(KVUSB_CALL* DeviceChangeHandler)(uint32_t event, uint32_t device_ty
 typedef int32_t(KVUSB_CALL* SetDeviceChangeHandlerFunction)(DeviceChangeHandler handler,
                                                             void* context);
 
+/* Kinds of problems, as far as the program can help with them. */
+enum {
+  KVUSB_PROBLEM_NONE = 0,
+  KVUSB_PROBLEM_OTHER = 1,      /* as are all codes that are not listed */
+  KVUSB_PROBLEM_PERMISSION = 2, /* the system does not let this user open the board */
+  KVUSB_PROBLEM_IN_USE = 3      /* another program holds the board */
+};
+
 /* DescribeProblem: a sentence (UTF-8, zero-terminated, cut to `size` bytes) on what keeps the
  * library (record NULL) or one board from working, for the user to read.
- * Returns nonzero when there is one; 0, with an empty text, when all is well. */
+ * Returns the kind of the problem; KVUSB_PROBLEM_NONE, with an empty text, when all is well. */
 typedef int32_t(KVUSB_CALL* DescribeProblemFunction)(const DeviceRecord* record, char* text,
                                                      uint32_t size);
 

@@ -83,7 +83,7 @@ TEST(OpenedLibrary, TellsWhyThereIsNoLibrary) {
     EXPECT_THAT(
         opened.Problem().toStdString(),
         ::testing::AllOf(::testing::StartsWith("The HID library "), ::testing::HasSubstr(name)));
-    EXPECT_EQ(opened.Library().DescribeProblem(nullptr), opened.Problem().toStdString());
+    EXPECT_EQ(opened.Library().DescribeProblem(nullptr).sentence, opened.Problem().toStdString());
     std::uint32_t count = 0;
     DeviceRecord record{};
     EXPECT_EQ(opened.Library().DetectHID(count, {&record, 1}, 2), 0);

@@ -63,6 +63,30 @@ TEST(Detection, ListsBoardsInOrderAndAsksTypes1And3) {
   EXPECT_EQ(table.Count(), 5U);
 }
 
+// Two boards, the second of which may not be opened.
+class LockedLibrary : public TranscriptLibrary {
+ public:
+  using TranscriptLibrary::TranscriptLibrary;
+  Problem DescribeProblem(const DeviceRecord* record) override {
+    if (record->product_id != 0x0520) return {};
+    return {KVUSB_PROBLEM_PERMISSION, "No."};
+  }
+};
+
+TEST(Detection, KeepsWhatIsWrongWithABoardUntilTheNextOne) {
+  constexpr const char* kTwo = R"(
+      detect 2 -> 1 boards 2
+      board pid 0910 version 0282 product "" maker "" serial "001"
+      board pid 0520 version 0283 product "" maker "" serial "002")";
+  LockedLibrary library(kTwo);
+  DeviceTable table;
+  DetectBoards(library, table, 2);
+  EXPECT_EQ(table.ProblemOf(0), Problem());
+  EXPECT_EQ(table.ProblemOf(1), (Problem{KVUSB_PROBLEM_PERMISSION, "No."}));
+  table.Clear();
+  EXPECT_EQ(table.ProblemOf(1), Problem());
+}
+
 // Fills as many records as there is room for with garbage, reports any number, never answers.
 class GarbageLibrary : public NoLibrary {
  public:

@@ -63,7 +63,7 @@ TEST(LoadedLibrary, FourFunctionsAreEnough) {
   EXPECT_EQ(library->CloseDevices(std::span(table).first(1)), 1);
   EXPECT_EQ(library->CloseDevices(table), 0);
   EXPECT_FALSE(library->SetDeviceChangeHandler(nullptr, nullptr));
-  EXPECT_EQ(library->DescribeProblem(nullptr), "");
+  EXPECT_EQ(library->DescribeProblem(nullptr), Problem());
 }
 
 TEST(LoadedLibrary, UsesTheOptionalFunctionsAndTakesItsHandlerBack) {
@@ -78,8 +78,9 @@ TEST(LoadedLibrary, UsesTheOptionalFunctionsAndTakesItsHandlerBack) {
     const auto library = Load(FIXTURE_SIX);
     EXPECT_TRUE(library->SetDeviceChangeHandler(note, &events));
     EXPECT_THAT(events, ::testing::ElementsAre("32768 5 hello"));
-    EXPECT_EQ(library->DescribeProblem(nullptr), std::string(1023, 'x'));
-    EXPECT_EQ(library->DescribeProblem(&record), "");
+    EXPECT_EQ(library->DescribeProblem(nullptr),
+              (Problem{KVUSB_PROBLEM_PERMISSION, std::string(1023, 'x')}));
+    EXPECT_EQ(library->DescribeProblem(&record), Problem());
   }
   EXPECT_THAT(events, ::testing::ElementsAre("32768 5 hello", "32772 5 bye"));
 }

@@ -66,8 +66,8 @@ class FullLibrary : public NoLibrary {
   bool SetDeviceChangeHandler(DeviceChangeHandler /*handler*/, void* context) override {
     return context == this;
   }
-  std::string DescribeProblem(const DeviceRecord* record) override {
-    return record == nullptr ? "library" : "board";
+  Problem DescribeProblem(const DeviceRecord* record) override {
+    return {KVUSB_PROBLEM_IN_USE, record == nullptr ? "library" : "board"};
   }
 };
 
@@ -76,8 +76,8 @@ TEST(TracedLibrary, HandsOnWhatItDoesNotTraceAndBoundsWhatItDoes) {
   std::ostringstream out;
   TracedLibrary traced(inner, out, [] { return 0.0; });
   DeviceRecord record{};
-  EXPECT_EQ(traced.DescribeProblem(nullptr), "library");
-  EXPECT_EQ(traced.DescribeProblem(&record), "board");
+  EXPECT_EQ(traced.DescribeProblem(nullptr), (Problem{KVUSB_PROBLEM_IN_USE, "library"}));
+  EXPECT_EQ(traced.DescribeProblem(&record), (Problem{KVUSB_PROBLEM_IN_USE, "board"}));
   EXPECT_TRUE(traced.SetDeviceChangeHandler(nullptr, &inner));
   EXPECT_EQ(out.str(), "quillon trace 1\n");
 

@@ -145,7 +145,7 @@ KVUSB_EXPORT std::int32_t KVUSB_CALL DescribeProblem(const DeviceRecord* record,
     std::string problem = library.bus->Problem(record);
     if (record == nullptr && !library.problem.empty()) problem = library.problem;
     CopyText(problem, text, size);
-    return problem.empty() ? 0 : 1;
+    return problem.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER;
   });
 }
 

@@ -93,7 +93,7 @@ bool FaultyLibrary::SetDeviceChangeHandler(DeviceChangeHandler handler, void* co
   return inner_.SetDeviceChangeHandler(handler, context);
 }
 
-std::string FaultyLibrary::DescribeProblem(const DeviceRecord* record) {
+Problem FaultyLibrary::DescribeProblem(const DeviceRecord* record) {
   return inner_.DescribeProblem(record);
 }
 

@@ -55,7 +55,7 @@ class FaultyLibrary : public HidLibrary {
                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
   bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
-  std::string DescribeProblem(const DeviceRecord* record) override;
+  Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
   enum class Side { kWrite, kRead };

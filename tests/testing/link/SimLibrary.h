@@ -32,7 +32,10 @@ class SimLibrary : public HidLibrary {
     bus_.SetChangeHandler(handler, context);
     return true;
   }
-  std::string DescribeProblem(const DeviceRecord* record) override { return bus_.Problem(record); }
+  Problem DescribeProblem(const DeviceRecord* record) override {
+    std::string sentence = bus_.Problem(record);
+    return {sentence.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER, std::move(sentence)};
+  }
 
  private:
   sim::Bus& bus_;
