@@ -5,7 +5,9 @@
 # Debian 12's packages, by what needs them. Recommended packages are not installed, so a list names
 # all that its programs need to run.
 declare -rA kPackages=(
-  [build]='g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev'
+  [build]='g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev pkg-config libhidapi-dev libudev-dev'
+  [test]='umockdev libumockdev-dev'
+  [kernel]='qemu-system-x86 busybox-static cpio kmod'
   [qt]='qt6-base-dev fonts-dejavu-core'
   [wayland]='qt6-wayland'
   [screen]='xvfb xauth'
@@ -17,7 +19,9 @@ declare -rA kPackages=(
 
 # The programs that show the same on a distribution whose package names we do not know.
 declare -rA kPrograms=(
-  [build]='g++ cmake ninja ccache'
+  [build]='g++ cmake ninja ccache pkg-config'
+  [test]='umockdev-wrapper'
+  [kernel]='qemu-system-x86_64 busybox cpio depmod'
   [qt]='qmake6'
   [wayland]=''
   [screen]='xvfb-run xauth'
