@@ -8,6 +8,8 @@
 //
 // The variables are read at the first call. With a rig that cannot be used there are no boards, and
 // DescribeProblem(NULL) says why.
+#include "kvusb/Exports.h"
+
 #include <cerrno>
 #include <charconv>
 #include <cstdlib>
@@ -79,28 +81,6 @@ Library& TheLibrary() {
   return library;
 }
 
-// Cuts a text to `size` bytes with its zero, and never inside a character.
-void CopyText(const std::string& from, char* to, std::uint32_t size) {
-  if (to == nullptr || size == 0) return;
-  std::size_t length = std::min<std::size_t>(from.size(), size - 1);
-  const auto continues = [&](std::size_t at) {
-    return at < from.size() && (static_cast<unsigned char>(from[at]) & 0xC0) == 0x80;
-  };
-  while (length > 0 && continues(length)) --length;
-  std::memcpy(to, from.data(), length);
-  to[length] = '\0';
-}
-
-// Runs the call; an exception ends here, as the given result.
-template <typename Call>
-std::int32_t Guarded(std::int32_t failure, Call call) noexcept {
-  try {
-    return call();
-  } catch (...) {
-    return failure;
-  }
-}
-
 }  // namespace
 }  // namespace quillon::sim
 
@@ -108,27 +88,32 @@ extern "C" {
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL DetectHID(std::uint32_t* count, DeviceRecord* first,
                                                std::uint32_t type) {
+  using namespace quillon;
   using namespace quillon::sim;
   return Guarded(0, [&] { return TheLibrary().bus->Detect(count, first, type); });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL WriteData(DeviceRecord* record, std::uint8_t* packet) {
+  using namespace quillon;
   using namespace quillon::sim;
   return Guarded(KVUSB_WRITE_FAILED, [&] { return TheLibrary().bus->Write(record, packet); });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL ReadData(DeviceRecord* record, std::uint8_t* packet) {
+  using namespace quillon;
   using namespace quillon::sim;
   return Guarded(KVUSB_READ_FAILED, [&] { return TheLibrary().bus->Read(record, packet); });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL CloseDevices(std::uint32_t count, DeviceRecord* first) {
+  using namespace quillon;
   using namespace quillon::sim;
   return Guarded(0, [&] { return TheLibrary().bus->Close(count, first); });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL SetDeviceChangeHandler(DeviceChangeHandler handler,
                                                             void* context) {
+  using namespace quillon;
   using namespace quillon::sim;
   return Guarded(0, [&] {
     TheLibrary().bus->SetChangeHandler(handler, context);
@@ -138,6 +123,7 @@ KVUSB_EXPORT std::int32_t KVUSB_CALL SetDeviceChangeHandler(DeviceChangeHandler 
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL DescribeProblem(const DeviceRecord* record, char* text,
                                                      std::uint32_t size) {
+  using namespace quillon;
   using namespace quillon::sim;
   return Guarded(0, [&] {
     CopyText("", text, size);

@@ -1,0 +1,47 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <filesystem>
+#include <optional>
+#include <string>
+#include <system_error>
+#include <vector>
+
+// What the Linux kernel lets everyone read of the vendor's boards, in /sys: it says which boards
+// there are, and of which type, before one is opened and even where none may be.
+//
+//   /sys/class/hidraw/hidraw3 -> .../usb1/1-2/1-2:1.1/0003:4C7E:0910.0007/hidraw/hidraw3
+//                                         the board |  HID device: bus, vendor, product, number
+//                                                   USB interface
+namespace quillon {
+
+inline constexpr std::uint16_t kUsbVendorId = 0x4C7E;
+
+// The usage page of the top-level collection through which a board is configured; its usage is the
+// device type (KVUSB_TYPE_...).
+inline constexpr std::uint16_t kConfigurationUsagePage = 0xFF4C;
+
+// A HID interface of one of our boards.
+struct HidrawNode {
+  std::string device;  // "/dev/hidraw3"
+  std::string hid;     // "0003:4C7E:0910.0007", which the kernel gives to no other before a reboot
+  std::string board;   // the physical board: its folder in /sys
+  std::uint16_t product_id = 0;  // USB idProduct
+  std::uint16_t release = 0;     // USB bcdDevice; 0 for a board that is not on USB
+  std::string product_text;      // USB iProduct, iManufacturer, iSerialNumber as the kernel gives
+  std::string manufacturer;      // them: UTF-8 from a board that means well
+  std::string serial;
+  std::optional<std::uint32_t> type;  // of a configuration interface; nothing for any other
+};
+
+// The node of a folder such as /sys/class/hidraw/hidraw3; nothing if it is not one of our boards'
+// or is gone already.
+std::optional<HidrawNode> ReadHidrawNode(const std::filesystem::path& folder);
+
+// All nodes of our boards, by their number. HID interfaces of other makers cost one readlink each.
+// `error` tells why the kernel's list cannot be read.
+std::vector<HidrawNode> ListHidrawNodes(std::error_code& error,
+                                        const std::filesystem::path& sys = "/sys");
+
+}  // namespace quillon

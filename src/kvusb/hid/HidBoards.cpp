@@ -1,0 +1,243 @@
+// SPDX-License-Identifier: MIT
+#include "kvusb/hid/HidBoards.h"
+
+#include <fcntl.h>
+#include <hidapi.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <span>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "kvusb/Exports.h"
+
+namespace quillon {
+namespace {
+
+using Clock = std::chrono::steady_clock;
+using std::chrono::milliseconds;
+
+constexpr std::size_t kReportBytes = KVUSB_PACKET_BYTES - 1;
+constexpr std::uint8_t kErase = 8, kNodeCommand = 0x1C;
+constexpr std::size_t kCommandAt = 4, kFunctionAt = 6;
+
+// hidraw keeps no more than 64 reports for a reader that is late.
+constexpr int kMostStaleReports = 256;
+
+// The private bytes of a record: mark and number.
+constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'H', 'I', 'D'};
+
+bool IsErase(const std::uint8_t* packet) {
+  return packet[kCommandAt] == kErase ||
+         (packet[kCommandAt] == kNodeCommand && packet[kFunctionAt] == kErase);
+}
+
+// What is behind the text is zeros.
+void FillText(std::span<char> field, std::string_view text) {
+  std::ranges::fill(field, '\0');
+  CopyText(text, field.data(), static_cast<std::uint32_t>(field.size()));
+}
+
+bool HasMark(const DeviceRecord& record) {
+  return std::memcmp(record.library_a, kMark.data(), kMark.size()) == 0;
+}
+
+std::string ReasonOf(int error) { return std::generic_category().message(error); }
+
+// hid_read_timeout(), going on where a signal interrupted it. Bytes read, 0 for none in time, -1.
+int ReadReport(hid_device* handle, std::span<std::uint8_t> report, Clock::time_point deadline) {
+  for (;;) {
+    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
+    errno = 0;
+    const int bytes = hid_read_timeout(handle, report.data(), report.size(),
+                                       static_cast<int>(std::max<long long>(left.count(), 0)));
+    if (bytes >= 0 || errno != EINTR) return bytes;
+  }
+}
+
+}  // namespace
+
+void HidClose::operator()(hid_device_* handle) const { hid_close(handle); }
+
+OpenedHid OpenHid(const std::string& device) {
+  OpenedHid opened;
+  opened.handle.reset(hid_open_path(device.c_str()));
+  if (opened.handle) return opened;
+  // hidapi has the reason as a text only.
+  const int file = open(device.c_str(), O_RDWR | O_CLOEXEC);
+  opened.error = file < 0 ? errno : EIO;
+  if (file >= 0) close(file);
+  return opened;
+}
+
+// A board from its detection until it is closed.
+struct HidBoards::Port {
+  std::uint32_t number = 0;
+  std::string device, hid;
+  HidHandle handle;
+  int open_error = 0;
+  std::uint8_t command = 0;                   // of the last request
+  milliseconds limit{0};                      // for its answer
+  std::optional<std::uint8_t> late_answer{};  // of a request that was given up
+};
+
+HidBoards::HidBoards(HidOptions options) : options_(std::move(options)) { hid_init(); }
+
+HidBoards::~HidBoards() {
+  ports_.clear();
+  hid_exit();
+}
+
+HidBoards::Port* HidBoards::PortOf(const DeviceRecord* record) const {
+  if (record == nullptr || !HasMark(*record)) return nullptr;
+  std::uint32_t number = 0;
+  std::memcpy(&number, record->library_a + kMark.size(), sizeof number);
+  const auto found = ports_.find(number);
+  return found == ports_.end() ? nullptr : found->second.get();
+}
+
+// A board that was detected and not closed since keeps its port.
+HidBoards::Port& HidBoards::PortFor(const HidrawNode& node) {
+  for (const auto& [number, port] : ports_)
+    if (port->hid == node.hid) return *port;
+  auto port = std::make_unique<Port>();
+  port->number = next_number_++;
+  port->device = node.device;
+  port->hid = node.hid;
+  port->limit = options_.answer_limit;
+  return *ports_.emplace(port->number, std::move(port)).first->second;
+}
+
+bool HidBoards::Open(Port& port) const {
+  if (port.handle) return true;
+  OpenedHid opened = options_.open(port.device);
+  port.handle = std::move(opened.handle);
+  port.open_error = opened.error;
+  return port.handle != nullptr;
+}
+
+// Boards that have left without being closed would keep their handles for ever.
+void HidBoards::CloseMissing(const std::vector<HidrawNode>& nodes) {
+  std::erase_if(ports_, [&](const auto& entry) {
+    return std::ranges::none_of(
+        nodes, [&](const HidrawNode& node) { return node.hid == entry.second->hid; });
+  });
+}
+
+void HidBoards::Fill(DeviceRecord& record, const HidrawNode& node, const Port& port) const {
+  std::memset(record.library_a, 0, sizeof record.library_a);
+  std::memset(record.library_b, 0, sizeof record.library_b);
+  std::memcpy(record.library_a, kMark.data(), kMark.size());
+  std::memcpy(record.library_a + kMark.size(), &port.number, sizeof port.number);
+  record.product_id = node.product_id;
+  record.version = node.release;
+  FillText(record.product_text, node.product_text);
+  FillText(record.manufacturer, node.manufacturer);
+  FillText(record.serial_number, node.serial);
+}
+
+std::int32_t HidBoards::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) {
+  if (count == nullptr || first == nullptr) return 0;
+  const std::vector<HidrawNode> nodes = ListHidrawNodes(list_error_, options_.sys);
+  CloseMissing(nodes);
+  std::uint32_t found = 0;
+  for (const HidrawNode& node : nodes) {
+    if (node.type != type) continue;
+    Port& port = PortFor(node);
+    Open(port);
+    Fill(first[found++], node, port);
+  }
+  if (found == 0) return 0;
+  *count = found;
+  return 1;
+}
+
+std::int32_t HidBoards::Write(const DeviceRecord* record, const std::uint8_t* packet) {
+  Port* const port = PortOf(record);
+  if (port == nullptr || packet == nullptr || !Open(*port)) return KVUSB_WRITE_FAILED;
+  if (packet[0] != 0) return KVUSB_WRITE_FAILED;  // a report number that the boards do not have
+
+  // What is there by now answers an earlier question.
+  std::array<std::uint8_t, kReportBytes> stale{};
+  for (int i = 0; i < kMostStaleReports; ++i) {
+    const int bytes = hid_read_timeout(port->handle.get(), stale.data(), stale.size(), 0);
+    if (bytes < 0) return KVUSB_WRITE_FAILED;
+    if (bytes == 0) break;
+    port->late_answer.reset();
+  }
+  if (hid_write(port->handle.get(), packet, KVUSB_PACKET_BYTES) < 0) return KVUSB_WRITE_FAILED;
+  port->command = packet[kCommandAt];
+  port->limit = IsErase(packet) ? options_.erase_limit : options_.answer_limit;
+  return KVUSB_OK;
+}
+
+std::int32_t HidBoards::Read(const DeviceRecord* record, std::uint8_t* packet) {
+  Port* const port = PortOf(record);
+  if (port == nullptr || packet == nullptr || !Open(*port)) return KVUSB_READ_FAILED;
+  const auto deadline = Clock::now() + port->limit;
+  std::array<std::uint8_t, kReportBytes> report{};
+  for (;;) {
+    const int bytes = ReadReport(port->handle.get(), report, deadline);
+    if (bytes < 0) return KVUSB_READ_FAILED;
+    if (bytes == 0) {
+      port->late_answer = port->command;
+      return KVUSB_READ_TIMEOUT;
+    }
+    // Given up earlier and come only now, after the next request went out.
+    const auto late = std::exchange(port->late_answer, std::nullopt);
+    if (late && late != port->command && report[0] == *late) continue;
+    std::copy_n(report.begin(), bytes, packet);
+    return KVUSB_OK;
+  }
+}
+
+std::int32_t HidBoards::Close(std::uint32_t count, const DeviceRecord* first) {
+  if (count > 0 && first == nullptr) return 0;
+  bool closed = true;
+  for (const DeviceRecord& record : std::span(first, count)) {
+    if (const Port* const port = PortOf(&record)) {
+      ports_.erase(port->number);
+    } else if (!HasMark(record)) {
+      closed = false;  // never a record of ours; one of a board that has gone is closed already
+    }
+  }
+  return closed ? 1 : 0;
+}
+
+std::int32_t HidBoards::Describe(const DeviceRecord* record, std::string& text) const {
+  text.clear();
+  if (record == nullptr) {
+    if (!list_error_) return KVUSB_PROBLEM_NONE;
+    text = "Boards cannot be looked for: the kernel's list of HID devices, " +
+           (options_.sys / "class" / "hidraw").string() +
+           ", cannot be read: " + list_error_.message() + ".";
+    return KVUSB_PROBLEM_OTHER;
+  }
+  const Port* const port = PortOf(record);
+  const int error = port == nullptr ? ENODEV : port->open_error;
+  switch (error) {
+    case 0:
+      return KVUSB_PROBLEM_NONE;
+    case EACCES:
+    case EPERM:
+      text = "Linux does not let you open " + port->device + " (" + ReasonOf(error) + ").";
+      return KVUSB_PROBLEM_PERMISSION;
+    case EBUSY:
+      text = "Another program holds " + port->device + ".";
+      return KVUSB_PROBLEM_IN_USE;
+    case ENODEV:
+    case ENXIO:
+      text = "The board is not there any more.";
+      return KVUSB_PROBLEM_OTHER;
+    default:
+      text = port->device + " cannot be opened: " + ReasonOf(error) + ".";
+      return KVUSB_PROBLEM_OTHER;
+  }
+}
+
+}  // namespace quillon

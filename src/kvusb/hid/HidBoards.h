@@ -1,0 +1,78 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "hidraw/HidrawList.h"
+#include "kvusb/kvusb.h"
+
+struct hid_device_;
+
+namespace quillon {
+
+struct HidClose {
+  void operator()(hid_device_* handle) const;
+};
+using HidHandle = std::unique_ptr<hid_device_, HidClose>;
+
+// A node opened through hidapi, or the system's reason (errno) why not.
+struct OpenedHid {
+  HidHandle handle;
+  int error = 0;
+};
+
+OpenedHid OpenHid(const std::string& device);
+
+struct HidOptions {
+  std::filesystem::path sys = "/sys";
+  // Seams for tests, which run as root and do not want to wait.
+  std::function<OpenedHid(const std::string& device)> open = OpenHid;
+  std::chrono::milliseconds answer_limit{2000};
+  std::chrono::milliseconds erase_limit{10000};
+};
+
+// The boards on the machine's USB, behind the four functions of kvusb.h, as a class. The methods
+// have the arguments, results and effects written there, and take null pointers as a failure.
+//
+// Detection lists boards from what the kernel tells everyone and opens each: one that may not be
+// opened is listed all the same, and DescribeProblem() says why it does not work. A record is
+// recognised by a mark and a number in library_a; the number is the board's from its first
+// detection until it is closed, so a record from before is dead.
+class HidBoards {
+ public:
+  explicit HidBoards(HidOptions options = {});
+  ~HidBoards();
+  HidBoards(const HidBoards&) = delete;
+  HidBoards& operator=(const HidBoards&) = delete;
+
+  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type);
+  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet);
+  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet);
+  std::int32_t Close(std::uint32_t count, const DeviceRecord* first);
+
+  // The kind of problem, and its sentence in `text`.
+  std::int32_t Describe(const DeviceRecord* record, std::string& text) const;
+
+ private:
+  struct Port;
+
+  Port* PortOf(const DeviceRecord* record) const;
+  Port& PortFor(const HidrawNode& node);
+  void Fill(DeviceRecord& record, const HidrawNode& node, const Port& port) const;
+  void CloseMissing(const std::vector<HidrawNode>& nodes);
+  bool Open(Port& port) const;
+
+  HidOptions options_;
+  std::map<std::uint32_t, std::unique_ptr<Port>> ports_;
+  std::uint32_t next_number_ = 1;
+  std::error_code list_error_;
+};
+
+}  // namespace quillon
