@@ -1,7 +1,7 @@
 # One target per folder. Sources are listed, never globbed; headers belong to the list.
 #
 #   quillon_library(<name> [QT] SOURCES <file>... [LINK <target>...])
-#   quillon_test(<name> [QT] SOURCES <file>... [LINK <target>...])
+#   quillon_test(<name> [QT] [KERNEL] SOURCES <file>... [LINK <target>...])
 
 include_guard(GLOBAL)
 include(GoogleTest)
@@ -53,10 +53,23 @@ function(quillon_library name)
   endif()
 endfunction()
 
+# Programs over an emulated kernel need umockdev's library before all others but a sanitizer's.
+set(QUILLON_EMULATION umockdev-wrapper)
+if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
+  execute_process(
+    COMMAND ${CMAKE_CXX_COMPILER} -print-file-name=libasan.so
+    OUTPUT_VARIABLE asan OUTPUT_STRIP_TRAILING_WHITESPACE)
+  set(QUILLON_EMULATION env LD_PRELOAD=${asan}:libumockdev-preload.so.0)
+endif()
+
 # Every test case is a ctest entry and so a process of its own, with a time limit.
 function(quillon_test name)
-  cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
+  cmake_parse_arguments(ARG "QT;KERNEL" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
+  if(ARG_KERNEL)
+    target_link_libraries(${name} PRIVATE quillon-testing-kernel)
+    set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${QUILLON_EMULATION}")
+  endif()
   target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
   target_link_libraries(${name} PRIVATE quillon-options ${ARG_LINK} GTest::gmock)
   if(ARG_QT)

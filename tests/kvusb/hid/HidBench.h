@@ -1,0 +1,75 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <string>
+#include <vector>
+
+#include "kvusb/hid/HidBoards.h"
+#include "testing/kernel/EmulatedKernel.h"
+
+namespace quillon::testing {
+
+using Bytes = std::vector<std::uint8_t>;
+
+inline const std::string kJoystick = R"("product": "0x0910", "firmware": "2.82")";
+
+inline sim::Rig RigOf(const std::string& boards) {
+  auto rig = sim::ParseRig(R"({"boards": [)" + boards + "]}");
+  if (const auto* wrong = std::get_if<std::string>(&rig)) ADD_FAILURE() << *wrong;
+  return std::holds_alternative<sim::Rig>(rig) ? std::get<sim::Rig>(std::move(rig)) : sim::Rig();
+}
+
+// How many files this process has open.
+inline std::size_t OpenFiles() {
+  const std::filesystem::directory_iterator files("/proc/self/fd");
+  return static_cast<std::size_t>(std::distance(begin(files), end(files)));
+}
+
+// Boards on an emulated kernel, and the exchanges with them through the hidapi library.
+class HidBench {
+ public:
+  explicit HidBench(const std::string& boards, HidOptions options = {})
+      : hid(std::move(options)), table(1024) {
+    kernel.Add(RigOf(boards));
+    Detect();
+  }
+
+  // All types in the program's order; how many boards there are.
+  std::size_t Detect() {
+    count = 0;
+    types.clear();
+    for (const std::uint32_t type : {2U, 1U, 3U}) {
+      std::uint32_t found = 0;
+      if (hid.Detect(&found, &table[count], type) == 0) continue;
+      types.insert(types.end(), found, type);
+      count += found;
+    }
+    return count;
+  }
+
+  std::int32_t Close() { return hid.Close(static_cast<std::uint32_t>(count), table.data()); }
+
+  // Sends the bytes, zeros behind them, and gives the first `wanted` bytes of the answer; none when
+  // the write or the read failed.
+  Bytes Ask(Bytes packet, std::size_t wanted = 1, std::size_t board = 0) {
+    packet.resize(KVUSB_PACKET_BYTES);
+    wrote = hid.Write(&table[board], packet.data());
+    read = wrote == KVUSB_OK ? hid.Read(&table[board], packet.data()) : -1;
+    if (wrote != KVUSB_OK || read != KVUSB_OK) return {};
+    packet.resize(wanted);
+    return packet;
+  }
+
+  EmulatedKernel kernel;
+  HidBoards hid;
+  std::vector<DeviceRecord> table;
+  std::vector<std::uint32_t> types;
+  std::size_t count = 0;
+  std::int32_t wrote = -1, read = -1;
+};
+
+}  // namespace quillon::testing

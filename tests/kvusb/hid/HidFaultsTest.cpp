@@ -1,0 +1,251 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <signal.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <fstream>
+#include <thread>
+
+#include "kvusb/hid/HidBench.h"
+
+namespace quillon::testing {
+namespace {
+
+using std::chrono::milliseconds;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+const Bytes kReadHat = {0, 0, 0, 0, 0x13}, kReadAnalog = {0, 0, 0, 0, 0x11};
+const Bytes kReadPorts = {0, 0, 0, 0, 0x17};
+
+// Long enough for an answer that is there, and short where none will come.
+const HidOptions kImpatient{.answer_limit = milliseconds(20), .erase_limit = milliseconds(60)};
+
+std::string BoardWith(const std::string& fault) {
+  return "{\"id\": \"a\", " + kJoystick + ", \"faults\": [" + fault + "]}";
+}
+
+TEST(HidFaults, AnAnswerThatDoesNotComeIsATimeoutAndLeavesTheBuffer) {
+  HidBench bench(BoardWith(R"({"kind": "stall", "command": "0x13"})"), kImpatient);
+  Bytes packet = kReadHat;
+  packet.resize(65);
+  const Bytes request = packet;
+  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_READ_TIMEOUT);
+  EXPECT_EQ(packet, request);
+  EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+}
+
+TEST(HidFaults, AnEraseMayTakeLonger) {
+  const auto seconds = [](Bytes request) {
+    HidBench bench(BoardWith(R"({"kind": "stall", "times": 0})"),
+                   {.answer_limit = milliseconds(1), .erase_limit = milliseconds(40)});
+    const auto begin = std::chrono::steady_clock::now();
+    EXPECT_THAT(bench.Ask(std::move(request)), IsEmpty());
+    EXPECT_EQ(bench.read, KVUSB_READ_TIMEOUT);
+    return std::chrono::steady_clock::now() - begin;
+  };
+  EXPECT_GE(seconds({0, 0, 0, 0, 8}), milliseconds(40));
+  EXPECT_GE(seconds({0, 0, 0, 0, 0x1C, 0, 8}), milliseconds(40));
+  // How much sooner others end is the machine's business, so only a limit that was not given.
+  HidBench bench(BoardWith(R"({"kind": "stall", "times": 0})"),
+                 {.answer_limit = milliseconds(1), .erase_limit = std::chrono::hours(1)});
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 9}), IsEmpty());
+  EXPECT_EQ(bench.read, KVUSB_READ_TIMEOUT);
+}
+
+TEST(HidFaults, ALateAnswerIsNotTakenForTheNextQuestion) {
+  HidBench bench(BoardWith(R"({"kind": "stall", "command": "0x13", "times": 0})"), kImpatient);
+  Bytes late(64, 0xEE);
+  late[0] = 0x13;
+
+  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+  bench.kernel.SendReport(0, late);
+  bench.kernel.SendReport(0, late);
+  EXPECT_THAT(bench.Ask(kReadAnalog, 2), ElementsAre(0x11, 0x59)) << "it came before the request";
+
+  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+  Bytes packet = kReadHat;
+  packet.resize(65);
+  packet[4] = 0x15;
+  bench.kernel.Board(0).Provoke({.kind = sim::FaultKind::kStall, .command = 0x15});
+  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  bench.kernel.SendReport(0, late);
+  Bytes wanted(64, 0x22);
+  wanted[0] = 0x15;
+  bench.kernel.SendReport(0, wanted);
+  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(packet[0], 0x15) << "it came between the request and its answer";
+  EXPECT_EQ(packet[1], 0x22);
+}
+
+TEST(HidFaults, AStreamOfReportsCannotHoldUpAWrite) {
+  HidBench bench("{\"id\": \"a\", " + kJoystick + "}", kImpatient);
+  for (int i = 0; i < 60; ++i) bench.kernel.SendReport(0, Bytes(64, 0x77));
+  EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+}
+
+TEST(HidFaults, ShortAndWrongAnswersAreHandedOnAsTheyCome) {
+  HidBench bench(BoardWith(R"({"kind": "short_answer", "command": "0x11", "value": 2},
+                              {"kind": "wrong_echo", "command": "0x13", "value": 20})"));
+  EXPECT_THAT(bench.Ask(kReadAnalog, 5), ElementsAre(0x11, 0x59, 0, 0, 0x11));
+  EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(20));
+}
+
+TEST(HidFaults, ARefusedReportIsAWriteFailure) {
+  HidBench bench(BoardWith(R"({"kind": "write_fails", "command": "0x13"})"));
+  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+  EXPECT_EQ(bench.wrote, KVUSB_WRITE_FAILED);
+  EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+}
+
+TEST(HidFaults, ABoardPulledAtAnyMomentFailsAndTheOthersGoOn) {
+  const std::string two = BoardWith(R"({"kind": "vanish", "command": "0x13"})") +
+                          R"(, {"id": "b", "product": "0x0510", "firmware": "2.30"})";
+  {
+    HidBench bench(two);
+    EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+    EXPECT_EQ(bench.wrote, KVUSB_OK);
+    EXPECT_EQ(bench.read, KVUSB_READ_FAILED) << "between write and read";
+    bench.kernel.FinishRestarts();
+    EXPECT_THAT(bench.Ask(kReadPorts, 1, 1), ElementsAre(0x17));
+    EXPECT_NE(bench.Close(), 0);
+    EXPECT_EQ(bench.Detect(), 1U);
+  }
+  {
+    HidBench bench(two);
+    bench.kernel.Unplug(0);
+    EXPECT_THAT(bench.Ask(kReadAnalog), IsEmpty());
+    EXPECT_EQ(bench.wrote, KVUSB_WRITE_FAILED) << "before the write";
+    bench.kernel.Plug(0);
+    EXPECT_THAT(bench.Ask(kReadAnalog), IsEmpty()) << "a board that came back has a new record";
+    EXPECT_EQ(bench.Detect(), 2U);
+    EXPECT_THAT(bench.Ask(kReadAnalog, 1, 1), ElementsAre(0x11)) << "the newest is the last";
+  }
+  {
+    // During detection: listed by the kernel, gone when it is opened.
+    EmulatedKernel* kernel = nullptr;
+    HidOptions options;
+    options.open = [&](const std::string& device) {
+      if (kernel != nullptr) std::exchange(kernel, nullptr)->Unplug(0);
+      return OpenHid(device);
+    };
+    HidBench bench(two, options);
+    bench.Close();
+    kernel = &bench.kernel;
+    ASSERT_EQ(bench.Detect(), 2U);
+    EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+    EXPECT_EQ(bench.wrote, KVUSB_WRITE_FAILED);
+    EXPECT_THAT(bench.Ask(kReadPorts, 1, 1), ElementsAre(0x17));
+  }
+}
+
+TEST(HidFaults, ABoardPulledWhileItsAnswerIsAwaitedEndsTheWait) {
+  HidBench bench(BoardWith(R"({"kind": "stall"})"), {.answer_limit = std::chrono::hours(1)});
+  Bytes packet(65);
+  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  std::thread hand([&] { bench.kernel.Unplug(0); });
+  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_READ_FAILED);
+  hand.join();
+}
+
+TEST(HidFaults, ASignalDoesNotEndAWait) {
+  HidBench bench(BoardWith(R"({"kind": "stall"})"), {.answer_limit = std::chrono::hours(1)});
+  struct sigaction action {};
+  action.sa_handler = [](int) {};
+  sigaction(SIGUSR1, &action, nullptr);
+  Bytes packet(65);
+  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  std::atomic<bool> done = false;
+  const pthread_t reader = pthread_self();
+  std::thread disturber([&] {
+    for (int i = 0; i < 100; ++i) {
+      pthread_kill(reader, SIGUSR1);
+      std::this_thread::yield();
+    }
+    bench.kernel.SendReport(0, Bytes(64, 0x31));
+    while (!done) {
+      pthread_kill(reader, SIGUSR1);
+      std::this_thread::yield();
+    }
+  });
+  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+  done = true;
+  disturber.join();
+  EXPECT_EQ(packet[0], 0x31);
+}
+
+TEST(HidFaults, OddTextsAndDescriptors) {
+  HidBench bench(R"({"id": "a", "product": "0x0910", "firmware": "2.82", "serial_hex": "31...",
+                     "name_hex": "41 ED A0 80 C3...", "manufacturer_hex": ""},
+                    {"id": "b", "product": "0x0910", "firmware": "2.82", "serial_hex": "32"},
+                    {"id": "c", "product": "0x0910", "firmware": "2.82", "serial_hex": "32"})");
+  ASSERT_EQ(bench.count, 3U);
+  EXPECT_STREQ(bench.table[0].serial_number, std::string(19, '1').c_str()) << "cut, with an end";
+  EXPECT_EQ(std::string(bench.table[0].product_text).substr(0, 4), "A\xED\xA0\x80");
+  EXPECT_STREQ(bench.table[0].manufacturer, "");
+  EXPECT_STREQ(bench.table[1].serial_number, bench.table[2].serial_number);
+  bench.kernel.Board(1).Provoke({.kind = sim::FaultKind::kStatus, .value = 0x41});
+  EXPECT_THAT(bench.Ask(kReadHat, 1, 1), ElementsAre(0x41)) << "told apart all the same";
+  EXPECT_THAT(bench.Ask(kReadHat, 1, 2), ElementsAre(0x13));
+}
+
+TEST(HidFaults, ABoardThatMayNotBeOpenedIsListedAndSaysWhy) {
+  const struct {
+    int error;
+    std::int32_t kind;
+    const char* words;
+  } cases[]{{EACCES, KVUSB_PROBLEM_PERMISSION, "does not let you open /dev/hidraw1"},
+            {EPERM, KVUSB_PROBLEM_PERMISSION, "does not let you"},
+            {EBUSY, KVUSB_PROBLEM_IN_USE, "Another program holds /dev/hidraw1."},
+            {ENODEV, KVUSB_PROBLEM_OTHER, "not there any more"},
+            {EMFILE, KVUSB_PROBLEM_OTHER, "cannot be opened"}};
+  for (const auto& c : cases) {
+    int error = c.error;
+    HidOptions options;
+    options.open = [&](const std::string& device) {
+      return error != 0 ? OpenedHid{nullptr, error} : OpenHid(device);
+    };
+    HidBench bench("{\"id\": \"a\", " + kJoystick + "}", options);
+    ASSERT_EQ(bench.count, 1U);
+    std::string sentence;
+    EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), c.kind);
+    EXPECT_THAT(sentence, HasSubstr(c.words));
+    EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+    error = 0;
+    EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13)) << "as soon as it may be";
+    EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), KVUSB_PROBLEM_NONE);
+    EXPECT_EQ(sentence, "");
+  }
+}
+
+TEST(HidFaults, RefusesWhatTheSystemRefuses) {
+  HidBench bench("{\"id\": \"a\", " + kJoystick + "}");
+  bench.Close();
+  constexpr uid_t kNobody = 65534;
+  const uid_t user = geteuid();
+  if (user != 0) GTEST_SKIP() << "only root can become somebody else";
+  bench.kernel.LetOthersOpen(false);
+  ASSERT_EQ(seteuid(kNobody), 0);
+  EXPECT_EQ(bench.Detect(), 1U);
+  std::string sentence;
+  EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), KVUSB_PROBLEM_PERMISSION);
+  EXPECT_THAT(sentence, HasSubstr("Permission denied"));
+  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+  ASSERT_EQ(seteuid(user), 0);
+}
+
+TEST(HidFaults, AMachineWithoutHidrawSaysSo) {
+  HidBoards hid({.sys = "/nowhere"});
+  std::vector<DeviceRecord> table(4);
+  std::uint32_t count = 0;
+  EXPECT_EQ(hid.Detect(&count, table.data(), 2), 0);
+  std::string sentence;
+  EXPECT_EQ(hid.Describe(nullptr, sentence), KVUSB_PROBLEM_OTHER);
+  EXPECT_THAT(sentence, HasSubstr("/nowhere/class/hidraw"));
+}
+
+}  // namespace
+}  // namespace quillon::testing

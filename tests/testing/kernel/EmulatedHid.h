@@ -1,0 +1,60 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <umockdev.h>
+
+#include <cstdint>
+#include <functional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace quillon::testing {
+
+// What a USB device says of itself.
+struct UsbFace {
+  std::uint16_t vendor = 0, product = 0, release = 0;
+  std::string manufacturer, product_text, serial;
+};
+
+// A piece of the emulated /sys, as umockdev takes it.
+std::string UsbDeviceText(const std::string& path, const UsbFace& face, int number);
+
+// One HID interface in the emulated /sys with its hidraw node.
+class EmulatedHid {
+ public:
+  // A report from the host, with its report number. Called on umockdev's thread. Returns an errno
+  // for a report that cannot be sent, else 0.
+  using Taken = std::function<int(std::span<const std::uint8_t> report)>;
+
+  // `usb` is the path of the USB device, `number` is the interface's, `hidraw` one that was never
+  // used in this testbed.
+  EmulatedHid(UMockdevTestbed* testbed, const std::string& usb, const UsbFace& face, int number,
+              int hidraw, std::vector<std::uint8_t> report_descriptor, Taken taken);
+  ~EmulatedHid();
+  EmulatedHid(const EmulatedHid&) = delete;
+  EmulatedHid& operator=(const EmulatedHid&) = delete;
+
+  const std::string& Device() const { return device_; }
+
+  void Send(std::span<const std::uint8_t> report) const;
+  // Whether the host has fetched all that was sent.
+  bool IsFetched() const;
+  // What a host sees at once when the cable is pulled: readers end.
+  void HangUp();
+
+ private:
+  std::string Terminal() const;
+  static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
+  static gboolean OnWrite(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
+
+  UMockdevTestbed* testbed_;
+  UMockdevIoctlBase* handler_;
+  std::vector<std::uint8_t> report_descriptor_;
+  Taken taken_;
+  std::string device_, interface_path_, hid_path_, node_path_;
+  int pty_ = -1;
+  bool hung_up_ = false;
+};
+
+}  // namespace quillon::testing
