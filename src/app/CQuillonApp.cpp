@@ -3,8 +3,8 @@
 
 #include <QThread>
 
+#include "app/BoardNotifier.h"
 #include "app/CMainDialog.h"
-#include "app/LibraryNotifier.h"
 #include "app/MessageBoxes.h"
 #include "app/OpenedLibrary.h"
 #include "app/Profile.h"
@@ -38,10 +38,10 @@ int CQuillonApp::Run() {
     prompts.Message(nullptr, opened.Problem(), QStringLiteral("Quillon"),
                     UserPrompts::Icon::kExclamation);
   }
-  LibraryNotifier notifier(opened.Library());
+  const auto notifier = MakeBoardNotifier(opened.Library());
   Profile profile;
   CMainDialog dialog(
-      {link, prompts, notifier, profile, [] { QThread::msleep(kSettleMilliseconds); }});
+      {link, prompts, *notifier, profile, [] { QThread::msleep(kSettleMilliseconds); }});
   dialog.show();
   return exec();
 }

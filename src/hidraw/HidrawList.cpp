@@ -108,6 +108,7 @@ std::optional<HidrawNode> ReadHidrawNode(const fs::path& folder) {
   node.hid = hid_folder.filename().string();
   const auto name = ParseHidName(node.hid);
   if (!name || name->vendor != kUsbVendorId) return std::nullopt;
+  node.folder = real.string();
   node.device = "/dev/" + real.filename().string();
   node.product_id = name->product;
   node.type = TypeOf(hid_folder);

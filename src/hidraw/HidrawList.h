@@ -24,6 +24,7 @@ inline constexpr std::uint16_t kConfigurationUsagePage = 0xFF4C;
 
 // A HID interface of one of our boards.
 struct HidrawNode {
+  std::string folder;  // of the node in /sys, without links
   std::string device;  // "/dev/hidraw3"
   std::string hid;     // "0003:4C7E:0910.0007", which the kernel gives to no other before a reboot
   std::string board;   // the physical board: its folder in /sys

@@ -39,14 +39,6 @@ std::string TextAttribute(const char* name, const std::string& text) {
          Hex({reinterpret_cast<const std::uint8_t*>(line.data()), line.size()}) + "\n";
 }
 
-void Add(UMockdevTestbed* testbed, const std::string& text) {
-  GError* error = nullptr;
-  if (umockdev_testbed_add_from_string(testbed, text.c_str(), &error) != 0) return;
-  const std::string reason = error != nullptr ? error->message : "no reason";
-  g_clear_error(&error);
-  throw std::runtime_error("umockdev took no device: " + reason);
-}
-
 // Copies into the memory that an ioctl's argument points at.
 void Put(UMockdevIoctlClient* client, std::size_t size, const void* from) {
   UMockdevIoctlData* const argument = umockdev_ioctl_client_get_arg(client);
@@ -57,6 +49,25 @@ void Put(UMockdevIoctlClient* client, std::size_t size, const void* from) {
 }
 
 }  // namespace
+
+void Testbed::Add(const std::string& device) const {
+  GError* error = nullptr;
+  const bool added = umockdev_testbed_add_from_string(self, device.c_str(), &error) != 0;
+  const std::string reason = error != nullptr ? error->message : "no reason";
+  g_clear_error(&error);
+  if (!added) throw std::runtime_error("umockdev took no device: " + reason);
+  if (after_event) after_event();
+}
+
+void Testbed::Remove(const std::string& path) const {
+  Tell(path, "remove");
+  umockdev_testbed_remove_device(self, ("/sys" + path).c_str());
+}
+
+void Testbed::Tell(const std::string& path, const char* action) const {
+  umockdev_testbed_uevent(self, ("/sys" + path).c_str(), action);
+  if (after_event) after_event();
+}
 
 std::string UsbDeviceText(const std::string& path, const UsbFace& face, int number) {
   return "P: " + path + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_device\n" +
@@ -70,7 +81,7 @@ std::string UsbDeviceText(const std::string& path, const UsbFace& face, int numb
          TextAttribute("product", face.product_text) + TextAttribute("serial", face.serial) + "\n";
 }
 
-EmulatedHid::EmulatedHid(UMockdevTestbed* testbed, const std::string& usb, const UsbFace& face,
+EmulatedHid::EmulatedHid(const Testbed& testbed, const std::string& usb, const UsbFace& face,
                          int number, int hidraw, std::vector<std::uint8_t> report_descriptor,
                          Taken taken)
     : testbed_(testbed),
@@ -84,39 +95,39 @@ EmulatedHid::EmulatedHid(UMockdevTestbed* testbed, const std::string& usb, const
   const std::string hid = Format("0003:%04X:%04X.%04X", vendor, product, hidraw + 1U);
   hid_path_ = interface_path_ + "/" + hid;
   node_path_ = hid_path_ + "/hidraw/" + node;
-  Add(testbed_,
+  testbed_.Add(
       "P: " + interface_path_ + "\nE: SUBSYSTEM=usb\nE: DEVTYPE=usb_interface\nE: DRIVER=usbhid\n" +
-          Format("E: PRODUCT=%x/%x/%x\n", vendor, product, static_cast<unsigned>(face.release)) +
-          TextAttribute("bInterfaceNumber", Format("%02d", number)) + "\n");
-  Add(testbed_, "P: " + hid_path_ + "\nE: SUBSYSTEM=hid\nE: DRIVER=hid-generic\n" +
-                    Format("E: HID_ID=0003:%08X:%08X\n", vendor, product) +
-                    "H: report_descriptor=" + Hex(report_descriptor_) + "\n\n");
+      Format("E: PRODUCT=%x/%x/%x\n", vendor, product, static_cast<unsigned>(face.release)) +
+      TextAttribute("bInterfaceNumber", Format("%02d", number)) + "\n");
+  testbed_.Add("P: " + hid_path_ + "\nE: SUBSYSTEM=hid\nE: DRIVER=hid-generic\n" +
+               Format("E: HID_ID=0003:%08X:%08X\n", vendor, product) +
+               "H: report_descriptor=" + Hex(report_descriptor_) + "\n\n");
   // Before the node comes, as somebody may open it at its event already.
   g_signal_connect(handler_, "handle-ioctl", G_CALLBACK(OnIoctl), this);
   g_signal_connect(handler_, "handle-write", G_CALLBACK(OnWrite), this);
-  if (umockdev_testbed_attach_ioctl(testbed_, device_.c_str(), handler_, nullptr) == 0)
+  if (umockdev_testbed_attach_ioctl(testbed_.self, device_.c_str(), handler_, nullptr) == 0)
     throw std::runtime_error("umockdev cannot answer for " + device_);
-  Add(testbed_,
+  testbed_.Add(
       "P: " + node_path_ + "\nN: " + node + "\nE: SUBSYSTEM=hidraw\nE: DEVNAME=" + device_ +
-          Format("\nE: MAJOR=241\nE: MINOR=%d\n", hidraw) + "L: device=../../../" + hid + "\n\n");
-  pty_ = umockdev_testbed_get_dev_fd(testbed_, device_.c_str());
+      Format("\nE: MAJOR=241\nE: MINOR=%d\n", hidraw) + "L: device=../../../" + hid + "\n\n");
+  pty_ = umockdev_testbed_get_dev_fd(testbed_.self, device_.c_str());
   if (pty_ < 0) throw std::runtime_error("umockdev has no terminal for " + device_);
 }
 
 // A client that reacts to the first event must not find the interface any more, and a name under
 // /sys can only come again when all below it is gone.
 EmulatedHid::~EmulatedHid() {
-  gchar* const root_text = umockdev_testbed_get_root_dir(testbed_);
+  gchar* const root_text = umockdev_testbed_get_root_dir(testbed_.self);
   const std::filesystem::path root = root_text;
   g_free(root_text);
   std::error_code ignored;
   std::filesystem::remove(root / "sys/class/hidraw" / device_.substr(5), ignored);
-  umockdev_testbed_uevent(testbed_, ("/sys" + node_path_).c_str(), "remove");
-  umockdev_testbed_uevent(testbed_, ("/sys" + hid_path_).c_str(), "remove");
+  testbed_.Tell(node_path_, "remove");
+  testbed_.Tell(hid_path_, "remove");
   HangUp();
-  umockdev_testbed_detach_ioctl(testbed_, device_.c_str(), nullptr);
+  umockdev_testbed_detach_ioctl(testbed_.self, device_.c_str(), nullptr);
   for (const std::string& path : {node_path_, hid_path_, interface_path_})
-    umockdev_testbed_remove_device(testbed_, ("/sys" + path).c_str());
+    umockdev_testbed_remove_device(testbed_.self, ("/sys" + path).c_str());
   g_object_unref(handler_);
 }
 
@@ -145,7 +156,7 @@ void EmulatedHid::HangUp() {
   if (std::exchange(hung_up_, true)) return;
   std::string link = Terminal();
   std::ranges::replace(link, '/', '_');
-  gchar* const root = umockdev_testbed_get_root_dir(testbed_);
+  gchar* const root = umockdev_testbed_get_root_dir(testbed_.self);
   std::error_code ignored;
   std::filesystem::remove(std::filesystem::path(root) / "dev/.ptymap" / link, ignored);
   g_free(root);

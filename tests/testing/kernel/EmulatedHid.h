@@ -11,6 +11,18 @@
 
 namespace quillon::testing {
 
+// umockdev's testbed, and what to do after each event that it sends.
+struct Testbed {
+  // Adds the device that the text describes; its event is sent.
+  void Add(const std::string& device) const;
+  // Sends the event, then forgets the device. The ones below it have to go first.
+  void Remove(const std::string& path) const;
+  void Tell(const std::string& path, const char* action) const;
+
+  UMockdevTestbed* self;
+  std::function<void()> after_event;
+};
+
 // What a USB device says of itself.
 struct UsbFace {
   std::uint16_t vendor = 0, product = 0, release = 0;
@@ -29,7 +41,7 @@ class EmulatedHid {
 
   // `usb` is the path of the USB device, `number` is the interface's, `hidraw` one that was never
   // used in this testbed.
-  EmulatedHid(UMockdevTestbed* testbed, const std::string& usb, const UsbFace& face, int number,
+  EmulatedHid(const Testbed& testbed, const std::string& usb, const UsbFace& face, int number,
               int hidraw, std::vector<std::uint8_t> report_descriptor, Taken taken);
   ~EmulatedHid();
   EmulatedHid(const EmulatedHid&) = delete;
@@ -48,7 +60,7 @@ class EmulatedHid {
   static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
   static gboolean OnWrite(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
 
-  UMockdevTestbed* testbed_;
+  const Testbed& testbed_;
   UMockdevIoctlBase* handler_;
   std::vector<std::uint8_t> report_descriptor_;
   Taken taken_;

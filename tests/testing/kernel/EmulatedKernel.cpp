@@ -28,7 +28,8 @@ const std::vector<std::uint8_t> kMouse = {0x05, 0x01, 0x09, 0x02, 0xA1, 0x01, 0x
 // The testbed, and the numbers that it gives away once only.
 class EmulatedKernel::Usb {
  public:
-  Usb() : testbed(umockdev_testbed_new()) {
+  explicit Usb(std::function<void()> after_event)
+      : testbed{umockdev_testbed_new(), std::move(after_event)} {
     if (umockdev_in_mock_environment() == 0)
       throw std::runtime_error("this test has to run under umockdev-wrapper");
     // The real /sys is open to everyone.
@@ -36,13 +37,13 @@ class EmulatedKernel::Usb {
   }
   ~Usb() {
     others.clear();
-    g_object_unref(testbed);
+    g_object_unref(testbed.self);
   }
   Usb(const Usb&) = delete;
   Usb& operator=(const Usb&) = delete;
 
   std::filesystem::path Root() const {
-    gchar* const text = umockdev_testbed_get_root_dir(testbed);
+    gchar* const text = umockdev_testbed_get_root_dir(testbed.self);
     std::filesystem::path root = text;
     g_free(text);
     return root;
@@ -58,10 +59,7 @@ class EmulatedKernel::Usb {
 
     Device(Usb& usb, int port, const UsbFace& face, const std::vector<Interface>& interfaces)
         : usb_(usb), path_(kHub + "/1-" + std::to_string(port)) {
-      GError* error = nullptr;
-      umockdev_testbed_add_from_string(
-          usb.testbed, UsbDeviceText(path_, face, ++usb.last_device).c_str(), &error);
-      if (error != nullptr) throw std::runtime_error(error->message);
+      usb.testbed.Add(UsbDeviceText(path_, face, ++usb.last_device));
       for (std::size_t i = 0; i < interfaces.size(); ++i)
         hids.push_back(std::make_unique<EmulatedHid>(
             usb.testbed, path_, face, static_cast<int>(i), usb.next_hidraw++,
@@ -69,8 +67,7 @@ class EmulatedKernel::Usb {
     }
     ~Device() {
       hids.clear();
-      umockdev_testbed_uevent(usb_.testbed, ("/sys" + path_).c_str(), "remove");
-      umockdev_testbed_remove_device(usb_.testbed, ("/sys" + path_).c_str());
+      usb_.testbed.Remove(path_);
     }
     Device(const Device&) = delete;
     Device& operator=(const Device&) = delete;
@@ -82,7 +79,7 @@ class EmulatedKernel::Usb {
     std::string path_;
   };
 
-  UMockdevTestbed* testbed;
+  Testbed testbed;
   int last_device = 1, next_hidraw = 0, next_port = 1;
   std::vector<std::unique_ptr<Device>> others;
 };
@@ -137,7 +134,8 @@ struct EmulatedKernel::Place {
   bool vanished = false, restarting = false;
 };
 
-EmulatedKernel::EmulatedKernel() : usb_(std::make_unique<Usb>()) {}
+EmulatedKernel::EmulatedKernel(std::function<void()> after_event)
+    : usb_(std::make_unique<Usb>(std::move(after_event))) {}
 
 EmulatedKernel::~EmulatedKernel() = default;
 

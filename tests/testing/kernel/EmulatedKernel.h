@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <span>
 #include <string>
@@ -20,7 +21,9 @@ namespace quillon::testing {
 // owns the object.
 class EmulatedKernel {
  public:
-  EmulatedKernel();
+  // `after_event` runs after each event, for somebody in this process who listens to them: no more
+  // than ten may wait for a listener.
+  explicit EmulatedKernel(std::function<void()> after_event = {});
   ~EmulatedKernel();
   EmulatedKernel(const EmulatedKernel&) = delete;
   EmulatedKernel& operator=(const EmulatedKernel&) = delete;

@@ -1,0 +1,15 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <memory>
+
+#include "devlink/DeviceNotifier.h"
+#include "devlink/HidLibrary.h"
+
+namespace quillon {
+
+// Where this library's boards come and go: its own events if it has the optional function for
+// them, else the system's. The library outlives the notifier.
+std::unique_ptr<DeviceNotifier> MakeBoardNotifier(HidLibrary& library);
+
+}  // namespace quillon

@@ -1,0 +1,72 @@
+// SPDX-License-Identifier: MIT
+#include "app/UdevNotifier.h"
+
+#include <libudev.h>
+
+#include <QSocketNotifier>
+#include <cerrno>
+#include <system_error>
+#include <utility>
+
+#include "hidraw/HidrawList.h"
+#include "kvusb/kvusb.h"
+
+namespace quillon {
+namespace {
+
+std::vector<HidrawNode> Nodes() {
+  std::error_code ignored;
+  return ListHidrawNodes(ignored);
+}
+
+std::string Text(const char* text) { return text != nullptr ? text : ""; }
+
+}  // namespace
+
+void UdevNotifier::Release::operator()(udev* context) const { udev_unref(context); }
+void UdevNotifier::Release::operator()(udev_monitor* monitor) const { udev_monitor_unref(monitor); }
+
+// The kernel applies the filter, so that other devices never wake the program.
+UdevNotifier::UdevNotifier() : context_(udev_new()) {
+  if (!context_) return;
+  monitor_.reset(udev_monitor_new_from_netlink(context_.get(), "udev"));
+  if (!monitor_) return;
+  udev_monitor_filter_add_match_subsystem_devtype(monitor_.get(), "hidraw", nullptr);
+  udev_monitor_filter_add_match_subsystem_devtype(monitor_.get(), "usb", "usb_device");
+  if (udev_monitor_enable_receiving(monitor_.get()) < 0) monitor_.reset();
+  boards_.emplace(Nodes());
+}
+
+UdevNotifier::~UdevNotifier() = default;
+
+bool UdevNotifier::Start(Handler handler) {
+  if (!monitor_) return false;
+  handler_ = std::move(handler);
+  auto* const readable =
+      new QSocketNotifier(udev_monitor_get_fd(monitor_.get()), QSocketNotifier::Read, this);
+  connect(readable, &QSocketNotifier::activated, this, &UdevNotifier::OnReadable);
+  return true;
+}
+
+void UdevNotifier::OnReadable() {
+  for (;;) {
+    errno = 0;
+    udev_device* const device = udev_monitor_receive_device(monitor_.get());
+    if (device == nullptr) break;
+    const KernelEvent event{Text(udev_device_get_action(device)),
+                            Text(udev_device_get_subsystem(device)),
+                            Text(udev_device_get_syspath(device))};
+    udev_device_unref(device);
+    if (const auto board = boards_->Take(event)) Report(*board);
+  }
+  // More came at once than the socket holds.
+  if (errno != ENOBUFS) return;
+  for (const BoardEvent& board : boards_->Compare(Nodes())) Report(board);
+}
+
+void UdevNotifier::Report(const BoardEvent& event) const {
+  handler_(event.arrived ? KVUSB_EVENT_ARRIVAL : KVUSB_EVENT_REMOVAL, KVUSB_DEVICE_INTERFACE,
+           event.path);
+}
+
+}  // namespace quillon

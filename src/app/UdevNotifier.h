@@ -1,0 +1,42 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QObject>
+#include <memory>
+#include <optional>
+
+#include "devlink/DeviceNotifier.h"
+#include "hidraw/BoardEvents.h"
+
+struct udev;
+struct udev_monitor;
+
+namespace quillon {
+
+// Hot-plug events of the system, from udev: the kernel's own, after udev has given the nodes their
+// rights. Listens from its construction on; what comes before Start() is told after it.
+class UdevNotifier : public QObject, public DeviceNotifier {
+  Q_OBJECT
+
+ public:
+  UdevNotifier();
+  ~UdevNotifier() override;
+
+  bool Start(Handler handler) override;
+
+ private:
+  struct Release {
+    void operator()(udev* context) const;
+    void operator()(udev_monitor* monitor) const;
+  };
+
+  void OnReadable();
+  void Report(const BoardEvent& event) const;
+
+  std::unique_ptr<udev, Release> context_;
+  std::unique_ptr<udev_monitor, Release> monitor_;
+  std::optional<BoardEvents> boards_;
+  Handler handler_;
+};
+
+}  // namespace quillon

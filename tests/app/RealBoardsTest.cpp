@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+//
+// The program on what it meets in the world: its own library over hidapi, the kernel's list and
+// udev's events. Only the boards are simulated, as devices of an emulated kernel.
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QElapsedTimer>
+
+#include "app/BoardNotifier.h"
+#include "app/CMainDialog.h"
+#include "app/Profile.h"
+#include "app/UdevNotifier.h"
+#include "devlink/LoadedLibrary.h"
+#include "pages/common/CPageSet.h"
+#include "pages/common/CSettingsPage.h"
+#include "testing/kernel/EmulatedKernel.h"
+#include "testing/pages/PageBench.h"
+#include "testing/pages/ScriptedPrompts.h"
+#include "tree/CDeviceTreeCtrl.h"
+#include "widgets/CGridCtrl.h"
+
+namespace quillon::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+sim::Rig RigOf(const char* boards) {
+  auto rig = sim::ParseRig(std::string(R"({"boards": [)") + boards + "]}");
+  return std::get<sim::Rig>(std::move(rig));
+}
+
+constexpr const char* kTwoJoysticks = R"(
+    {"id": "one", "product": "0x0910", "firmware": "2.82", "serial": "001"},
+    {"id": "two", "product": "0x0910", "firmware": "2.82", "serial": "002"})";
+
+// Turns the event loop until it holds, or for far longer than that can take.
+template <typename Condition>
+bool Comes(Condition condition) {
+  QElapsedTimer time;
+  for (time.start(); time.elapsed() < 20000;) {
+    if (condition()) return true;
+    QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents | QEventLoop::AllEvents, 50);
+  }
+  return condition();
+}
+
+class Events {
+ public:
+  explicit Events(DeviceNotifier& notifier) {
+    EXPECT_TRUE(
+        notifier.Start([this](std::uint32_t event, std::uint32_t type, std::string_view path) {
+          EXPECT_TRUE(IsBoardChange(event, type, path)) << path;
+          told.push_back(event == KVUSB_EVENT_ARRIVAL ? '+' : '-');
+        }));
+  }
+  std::string told;
+};
+
+// The listener in this process gets its turn.
+void LetListen() { QCoreApplication::processEvents(); }
+
+TEST(UdevNotifier, TellsOfEachBoardOnceAndOfNoOthers) {
+  EmulatedKernel kernel(LetListen);
+  kernel.Add(RigOf(kTwoJoysticks));
+  UdevNotifier notifier;
+  kernel.Unplug(1);
+  Events events(notifier);
+  EXPECT_TRUE(Comes([&] { return events.told == "-"; })) << "it left before the start";
+  kernel.AddOthers(5);
+  kernel.Plug(1);
+  kernel.Unplug(0);
+  kernel.Plug(0);
+  EXPECT_TRUE(Comes([&] { return events.told == "-+-+"; })) << events.told;
+  kernel.Add(RigOf(R"({"id": "three", "product": "0x0800", "firmware": "1.10"})"));
+  EXPECT_TRUE(Comes([&] { return events.told == "-+-++"; })) << events.told;
+}
+
+// The main window over the loaded library, its notifier included.
+class Program {
+ public:
+  Program()
+      : library(std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(HID_LIBRARY))),
+        link(*library),
+        notifier(MakeBoardNotifier(*library)),
+        window({link, prompts, *notifier, profile, [this] { ++detections; }}) {
+    window.Initialise();
+  }
+
+  std::vector<std::string> Boards() {
+    const auto& model = *window.Tree().model();
+    std::vector<std::string> labels;
+    for (int root = 0; root < model.rowCount(); ++root) {
+      const QModelIndex parent = model.index(root, 0);
+      for (int row = 0; row < model.rowCount(parent); ++row)
+        labels.push_back(model.index(row, 0, parent).data().toString().toStdString());
+    }
+    return labels;
+  }
+
+  // The page of an enabled tab; null where there is none.
+  CSettingsPage* Page(const QString& title) const {
+    CPageSet* const set = window.ShownPageSet();
+    for (int i = 0; i < set->count(); ++i) {
+      if (set->tabText(i) != title || !set->isTabEnabled(i)) continue;
+      set->setCurrentIndex(i);
+      return set->Page(i);
+    }
+    return nullptr;
+  }
+
+  std::unique_ptr<HidLibrary> library;
+  BoardLink link;
+  ScriptedPrompts prompts;
+  std::unique_ptr<DeviceNotifier> notifier;
+  Profile profile;
+  int detections = 0;
+  CMainDialog window;
+};
+
+constexpr const char* kFirst = "Joystick Controller (simulated) : 001";
+constexpr const char* kSecond = "Joystick Controller (simulated) : 002";
+constexpr const char* kNone = "Non Detected";
+
+TEST(RealBoards, ARetrievedUpdatedUnpluggedAndReplugged) {
+  EmulatedKernel kernel(LetListen);
+  kernel.Add(RigOf(kTwoJoysticks));
+  Program program;
+  EXPECT_THAT(program.Boards(), ElementsAre(kNone, kFirst, kSecond));
+
+  CSettingsPage* const page = program.Page(QStringLiteral("Analog Channels"));
+  ASSERT_NE(page, nullptr);
+  page->Retrieve();
+  EXPECT_THAT(OriginOf(*page).toStdString(), ::testing::StartsWith("Retrieved"));
+  sim::Board& board = kernel.Board(0).TheBoard();
+  const std::vector<std::uint8_t> before(board.Block("analog_a").begin(),
+                                         board.Block("analog_a").end());
+  const std::uint32_t shown = Grid(*page).Value(1, 1);
+  Grid(*page).Click(1, 1);
+  ASSERT_NE(Grid(*page).Value(1, 1), shown);
+  page->Update();
+  const auto after = board.Block("analog_a");
+  ASSERT_EQ(after.size(), before.size());
+  EXPECT_FALSE(std::equal(after.begin(), after.end(), before.begin()));
+  EXPECT_EQ(kernel.Board(1).TheBoard().Block("analog_a")[0], before[0]) << "the other board";
+
+  kernel.Unplug(0);
+  EXPECT_TRUE(Comes([&] { return program.detections == 2; }));
+  EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond));
+  kernel.Plug(0);
+  EXPECT_TRUE(Comes([&] { return program.detections == 3; }));
+  EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond, kFirst));
+  LetListen();
+  EXPECT_EQ(program.detections, 3) << "one for each event, and one at the start";
+}
+
+}  // namespace
+}  // namespace quillon::testing
