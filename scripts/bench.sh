@@ -28,6 +28,21 @@ echo
 echo 'Exchange over a library that answers at once (goal: below 1 % of 2 ms, 20000 ns)'
 "$kBin/quillon-bench-exchange" "$kBin/libkvusb-instant.so" --benchmark_min_time=0.2 2>/dev/null
 
+# Real boards, as far as they can be had without any.
+if [[ -x $kBin/quillon-bench-usb ]] && command -v umockdev-wrapper >/dev/null; then
+  echo
+  "$kBin/quillon-bench-hid-exchange"
+  umockdev-wrapper "$kBin/quillon-bench-usb" "$kBin/libkvusb-hid.so"
+  echo '{"boards": [{"id": "a", "product": "0x0510", "firmware": "2.30"},
+                    {"id": "b", "product": "0x0910", "firmware": "2.82"}]}' >"$own/two.json"
+  umockdev-wrapper "$kBin/quillon-emulated-boards" "$own/two.json" \
+    "$kBin/quillon-bench-usb" --cycles 1000 "$kBin/libkvusb-hid.so"
+  echo 'with 2 boards and 100 HID interfaces of other makers:'
+  QUILLON_KVUSB=$kBin/libkvusb-hid.so xvfb-run -a -s '-screen 0 1920x1200x24' \
+    umockdev-wrapper "$kBin/quillon-emulated-boards" --others 100 "$own/two.json" \
+    "$kBin/quillon-bench-start" 1 10 "$kBin/quillon" "$kBin/quillon-floor" </dev/null
+fi
+
 # lines_of <folder>...: lines that are neither blank nor all comment.
 lines_of() {
   source_files | grep -E "^($(IFS='|'; echo "$*"))/" | xargs cat | grep -cvE '^[[:space:]]*(//.*)?$'

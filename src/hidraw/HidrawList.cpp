@@ -116,20 +116,32 @@ std::optional<HidrawNode> ReadHidrawNode(const fs::path& folder) {
   return node;
 }
 
-std::vector<HidrawNode> ListHidrawNodes(std::error_code& error, const fs::path& sys) {
+std::vector<HidrawNode> ListHidrawNodes(std::error_code& error,
+                                        const std::vector<HidrawNode>& known, const fs::path& sys) {
   const fs::path list = sys / "class" / "hidraw";
-  std::vector<fs::path> ours;
+  struct Entry {
+    fs::path path;
+    std::string hid;
+  };
+  std::vector<Entry> ours;
   fs::directory_iterator entries(list, error);
   for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
     std::error_code gone;
     const fs::path target = fs::read_symlink(entries->path(), gone);
-    const auto name = ParseHidName(HidFolder(target).filename().string());
-    if (!gone && name && name->vendor == kUsbVendorId) ours.push_back(entries->path());
+    const std::string hid = HidFolder(target).filename().string();
+    const auto name = ParseHidName(hid);
+    if (!gone && name && name->vendor == kUsbVendorId) ours.push_back({entries->path(), hid});
   }
-  std::sort(ours.begin(), ours.end(), ComesBefore);
+  std::ranges::sort(ours, ComesBefore, &Entry::path);
   std::vector<HidrawNode> nodes;
-  for (const fs::path& path : ours)
-    if (auto node = ReadHidrawNode(path)) nodes.push_back(std::move(*node));
+  for (const Entry& entry : ours) {
+    const auto same = std::ranges::find(known, entry.hid, &HidrawNode::hid);
+    if (same != known.end()) {
+      nodes.push_back(*same);
+    } else if (auto node = ReadHidrawNode(entry.path)) {
+      nodes.push_back(std::move(*node));
+    }
+  }
   return nodes;
 }
 

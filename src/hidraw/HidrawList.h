@@ -40,9 +40,11 @@ struct HidrawNode {
 // or is gone already.
 std::optional<HidrawNode> ReadHidrawNode(const std::filesystem::path& folder);
 
-// All nodes of our boards, by their number. HID interfaces of other makers cost one readlink each.
+// All nodes of our boards, by their number. HID interfaces of other makers cost one readlink each,
+// and so do the nodes that are among `known` already: what is read of a node holds for its life.
 // `error` tells why the kernel's list cannot be read.
 std::vector<HidrawNode> ListHidrawNodes(std::error_code& error,
+                                        const std::vector<HidrawNode>& known = {},
                                         const std::filesystem::path& sys = "/sys");
 
 }  // namespace quillon

@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "hidraw/ReportDescriptor.h"
 
-#include <optional>
-
 namespace quillon {
 namespace {
 
@@ -27,8 +25,9 @@ std::vector<CollectionUsage> TopLevelCollections(std::span<const std::uint8_t> d
   std::vector<CollectionUsage> found;
   std::vector<std::uint16_t> pushed;
   std::uint16_t page = 0;
-  std::optional<std::uint32_t> usage;  // the first one since the last main item
-  bool usage_has_page = false;
+  // The first one since the last main item. Where it has 4 bytes, the upper two are its page.
+  std::uint32_t usage = 0;
+  enum { kNone, kUsageAlone, kUsageWithPage } usage_is = kNone;
   std::size_t depth = 0;
   while (!descriptor.empty()) {
     const std::uint8_t prefix = descriptor[0];
@@ -55,27 +54,26 @@ std::vector<CollectionUsage> TopLevelCollections(std::span<const std::uint8_t> d
         pushed.pop_back();
         break;
       case kUsage:
-        if (usage) break;
+        if (usage_is != kNone) break;
         usage = value;
-        usage_has_page = bytes == 4;  // in its upper half, whatever the page is by now
+        usage_is = bytes == 4 ? kUsageWithPage : kUsageAlone;
         break;
       case kCollection:
         if (depth++ == 0) {
-          found.push_back({usage_has_page ? static_cast<std::uint16_t>(*usage >> 16U) : page,
-                           static_cast<std::uint16_t>(usage.value_or(0))});
+          const std::uint32_t own_page = usage_is == kUsageWithPage ? usage >> 16U : page;
+          found.push_back({static_cast<std::uint16_t>(own_page),
+                           static_cast<std::uint16_t>(usage_is == kNone ? 0 : usage)});
         }
         [[fallthrough]];
       case kInput:
       case kOutput:
       case kFeature:
-        usage.reset();
-        usage_has_page = false;
+        usage_is = kNone;
         break;
       case kEndCollection:
         if (depth == 0) return found;
         --depth;
-        usage.reset();
-        usage_has_page = false;
+        usage_is = kNone;
         break;
       default:
         break;

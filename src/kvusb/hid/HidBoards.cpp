@@ -122,10 +122,10 @@ bool HidBoards::Open(Port& port) const {
 }
 
 // Boards that have left without being closed would keep their handles for ever.
-void HidBoards::CloseMissing(const std::vector<HidrawNode>& nodes) {
+void HidBoards::CloseMissing() {
   std::erase_if(ports_, [&](const auto& entry) {
     return std::ranges::none_of(
-        nodes, [&](const HidrawNode& node) { return node.hid == entry.second->hid; });
+        nodes_, [&](const HidrawNode& node) { return node.hid == entry.second->hid; });
   });
 }
 
@@ -143,10 +143,10 @@ void HidBoards::Fill(DeviceRecord& record, const HidrawNode& node, const Port& p
 
 std::int32_t HidBoards::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) {
   if (count == nullptr || first == nullptr) return 0;
-  const std::vector<HidrawNode> nodes = ListHidrawNodes(list_error_, options_.sys);
-  CloseMissing(nodes);
+  nodes_ = ListHidrawNodes(list_error_, nodes_, options_.sys);
+  CloseMissing();
   std::uint32_t found = 0;
-  for (const HidrawNode& node : nodes) {
+  for (const HidrawNode& node : nodes_) {
     if (node.type != type) continue;
     Port& port = PortFor(node);
     Open(port);

@@ -9,6 +9,8 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <system_error>
+#include <vector>
 
 #include "hidraw/HidrawList.h"
 #include "kvusb/kvusb.h"
@@ -66,10 +68,11 @@ class HidBoards {
   Port* PortOf(const DeviceRecord* record) const;
   Port& PortFor(const HidrawNode& node);
   void Fill(DeviceRecord& record, const HidrawNode& node, const Port& port) const;
-  void CloseMissing(const std::vector<HidrawNode>& nodes);
+  void CloseMissing();
   bool Open(Port& port) const;
 
   HidOptions options_;
+  std::vector<HidrawNode> nodes_;  // as last seen
   std::map<std::uint32_t, std::unique_ptr<Port>> ports_;
   std::uint32_t next_number_ = 1;
   std::error_code list_error_;
