@@ -31,15 +31,18 @@ TreeItemKind KindOfType(std::uint32_t type) {
   }
 }
 
-// The icon with the warning sign over it, in both resolutions that icons are kept in.
+// The icon with the warning sign over it, in both resolutions that icons are kept in. On the
+// highlight, which tints icons, the sign keeps its colour.
 QIcon WithSign(const QIcon& icon) {
   constexpr QSize kSize(16, 16);
   const QIcon sign = Icon("tree-problem");
   QIcon marked;
-  for (const qreal ratio : {1.0, 2.0}) {
-    QPixmap pixmap = icon.pixmap(kSize, ratio);
-    QPainter(&pixmap).drawPixmap(QRect(QPoint(), kSize), sign.pixmap(kSize, ratio));
-    marked.addPixmap(pixmap);
+  for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Selected}) {
+    for (const qreal ratio : {1.0, 2.0}) {
+      QPixmap pixmap = icon.pixmap(kSize, ratio, mode);
+      QPainter(&pixmap).drawPixmap(QRect(QPoint(), kSize), sign.pixmap(kSize, ratio));
+      marked.addPixmap(pixmap, mode);
+    }
   }
   return marked;
 }
