@@ -222,7 +222,7 @@ QString DeviceTreeModel::Describe(const Item& item) const {
 // A tool tip would take the library's text for markup if it looked like that, so it is given some
 // that does not.
 QString DeviceTreeModel::ToolTip(const Item& item) const {
-  const QString text = Describe(item);
+  QString text = Describe(item);
   if (!HasProblem(item)) return text;
   return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
 }
