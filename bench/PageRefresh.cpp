@@ -32,6 +32,10 @@ class NoPrompts : public UserPrompts {
   bool AskYesNo(QWidget* /*parent*/, const QString& /*text*/, const QString& /*caption*/) override {
     return true;
   }
+  std::optional<QString> OpenFile(QWidget* /*parent*/, const QString& /*caption*/,
+                                  const QString& /*suffix*/, const QString& /*filter*/) override {
+    return std::nullopt;
+  }
 };
 
 // All rows in sight on both sides, in cells of one size.

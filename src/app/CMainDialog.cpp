@@ -2,7 +2,6 @@
 #include "app/CMainDialog.h"
 
 #include <QCloseEvent>
-#include <QLabel>
 #include <QMenuBar>
 #include <QPointer>
 #include <QScreen>
@@ -13,6 +12,7 @@
 
 #include "app/CAboutDlg.h"
 #include "app/CHomePage.h"
+#include "app/CProblemLine.h"
 #include "app/MainMenu.h"
 #include "app/Profile.h"
 #include "devlink/Detection.h"
@@ -53,7 +53,7 @@ CMainDialog::CMainDialog(const MainServices& services)
     : services_(services),
       tree_(new CDeviceTreeCtrl(services.link)),
       pages_(new QStackedWidget),
-      problem_(new QLabel) {
+      problem_(new CProblemLine(services.access)) {
   setWindowTitle(QStringLiteral("Quillon"));
   setWindowIcon(Icon("app"));
   auto* const splitter = new QSplitter;
@@ -61,15 +61,6 @@ CMainDialog::CMainDialog(const MainServices& services)
   splitter->addWidget(pages_);
   splitter->setStretchFactor(1, 1);
   splitter->setChildrenCollapsible(false);
-  problem_->setWordWrap(true);
-  // However long a name or a path in it: it must not decide how wide the window is.
-  problem_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  problem_->setTextFormat(Qt::PlainText);
-  problem_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  problem_->setFrameShape(QFrame::StyledPanel);
-  problem_->setMargin(6);
-  problem_->setAccessibleName(tr("What keeps boards from working"));
-  problem_->hide();
   auto* const body = new QWidget;
   auto* const layout = new QVBoxLayout(body);
   layout->addWidget(problem_);
@@ -79,6 +70,7 @@ CMainDialog::CMainDialog(const MainServices& services)
   CreateMenu();
   AddAboutToSystemMenu();
   CreatePageSets();
+  connect(problem_, &CProblemLine::RuleInstalled, this, [this] { services_.link.gate.Request(); });
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
@@ -195,7 +187,7 @@ void CMainDialog::DetectAllTypes() {
                    .arg(reported)
                    .arg(DeviceTable::kRoom);
   }
-  ShowProblem(problem);
+  problem_->Show(problem, table);
 }
 
 void CMainDialog::CloseAllBoards() {
@@ -275,11 +267,6 @@ void CMainDialog::OnRunEnded() {
   tree_->setEnabled(true);
   for (QAction* const item : std::exchange(grayed_, {})) item->setEnabled(true);
   if (close_after_run_) QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
-}
-
-void CMainDialog::ShowProblem(const QString& problem) {
-  problem_->setText(problem);
-  problem_->setVisible(!problem.isEmpty());
 }
 
 void CMainDialog::ShowAbout() {

@@ -7,12 +7,12 @@
 #include <map>
 #include <optional>
 
+#include "app/Elevated.h"
 #include "devlink/BoardFamily.h"
 #include "devlink/DeviceNotifier.h"
 #include "pages/common/PageContext.h"
 
 class QAction;
-class QLabel;
 class QStackedWidget;
 
 namespace quillon {
@@ -20,6 +20,7 @@ namespace quillon {
 class CDeviceTreeCtrl;
 class CHomePage;
 class CPageSet;
+class CProblemLine;
 class Profile;
 
 // What the main window stands on. All of it outlives the window.
@@ -30,6 +31,8 @@ struct MainServices {
   Profile& profile;
   // Waits for boards that have just come to be ready to be found.
   std::function<void()> settle;
+  // Helps with boards that may not be opened; none unless given.
+  AccessHelp access{};
 };
 
 // The main window: the tree of boards on the left, the pages of the current one on the right.
@@ -74,13 +77,12 @@ class CMainDialog : public QMainWindow {
   void ChooseBoardOfPort();
   void OnRunStarted(CPageSet& set);
   void OnRunEnded();
-  void ShowProblem(const QString& problem);
   void ShowAbout();
 
   MainServices services_;
   CDeviceTreeCtrl* tree_;
   QStackedWidget* pages_;
-  QLabel* problem_;
+  CProblemLine* problem_;
   CHomePage* home_ = nullptr;
   QWidget* nothing_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;

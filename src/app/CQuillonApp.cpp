@@ -40,8 +40,8 @@ int CQuillonApp::Run() {
   }
   const auto notifier = MakeBoardNotifier(opened.Library());
   Profile profile;
-  CMainDialog dialog(
-      {link, prompts, *notifier, profile, [] { QThread::msleep(kSettleMilliseconds); }});
+  CMainDialog dialog({link, prompts, *notifier, profile,
+                      [] { QThread::msleep(kSettleMilliseconds); }, SystemAccessHelp()});
   dialog.show();
   return exec();
 }

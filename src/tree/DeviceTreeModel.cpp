@@ -3,6 +3,7 @@
 
 #include <QFont>
 #include <QGuiApplication>
+#include <QPainter>
 #include <QPalette>
 #include <algorithm>
 
@@ -28,6 +29,22 @@ TreeItemKind KindOfType(std::uint32_t type) {
     default:
       return TreeItemKind::kUnknownBoard;
   }
+}
+
+// The icon with the warning sign over it, in both resolutions that icons are kept in. On the
+// highlight, which tints icons, the sign keeps its colour.
+QIcon WithSign(const QIcon& icon) {
+  constexpr QSize kSize(16, 16);
+  const QIcon sign = Icon("tree-problem");
+  QIcon marked;
+  for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Selected}) {
+    for (const qreal ratio : {1.0, 2.0}) {
+      QPixmap pixmap = icon.pixmap(kSize, ratio, mode);
+      QPainter(&pixmap).drawPixmap(QRect(QPoint(), kSize), sign.pixmap(kSize, ratio));
+      marked.addPixmap(pixmap, mode);
+    }
+  }
+  return marked;
 }
 
 std::size_t PresentNodes(const NodeList& nodes) {
@@ -89,6 +106,10 @@ void DeviceTreeModel::Fill(std::span<const NodeList> nodes) {
 void DeviceTreeModel::AddBoard(Item& root, TreeItemKind kind, std::uint32_t board,
                                const NodeList& nodes) {
   Item& item = Append(boards_, root, kind, board);
+  const auto image = static_cast<std::size_t>(kind);
+  if (HasProblem(item) && problem_icons_[image].isNull()) {
+    problem_icons_[image] = WithSign(icons_[image]);
+  }
   for (std::uint32_t j = 0; j < nodes.size() && j < kMaxNodes; ++j) {
     if (!nodes[j]) continue;
     Item& node = Append(nodes_, item, TreeItemKind::kNode, j + 1);
@@ -142,7 +163,7 @@ QVariant DeviceTreeModel::data(const QModelIndex& index, int role) const {
     case Qt::DisplayRole:
       return Label(item);
     case Qt::DecorationRole:
-      return icons_[static_cast<std::size_t>(item.kind)];
+      return (HasProblem(item) ? problem_icons_ : icons_)[static_cast<std::size_t>(item.kind)];
     case Qt::FontRole: {
       if (!IsBoard(item.kind) || item.number != marked_) return {};
       QFont bold;
@@ -153,6 +174,7 @@ QVariant DeviceTreeModel::data(const QModelIndex& index, int role) const {
       if (!IsNonDetected(item.kind)) return {};
       return QGuiApplication::palette().brush(QPalette::PlaceholderText);
     case Qt::ToolTipRole:
+      return IsBoard(item.kind) ? QVariant(ToolTip(item)) : QVariant();
     case Qt::AccessibleDescriptionRole:
       return IsBoard(item.kind) ? QVariant(Describe(item)) : QVariant();
     case kItemDataRole:
@@ -183,14 +205,32 @@ QString DeviceTreeModel::Label(const Item& item) const {
   return {};
 }
 
-// Holds no text of the board's own: a tool tip could take it for markup.
+bool DeviceTreeModel::HasProblem(const Item& item) const {
+  return IsBoard(item.kind) && table_->ProblemOf(item.number).kind != KVUSB_PROBLEM_NONE;
+}
+
 QString DeviceTreeModel::Describe(const Item& item) const {
   const auto id = static_cast<unsigned>(table_->Record(item.number).product_id);
   const char* mode = item.kind == TreeItemKind::kFlashBoard    ? "in Flash Mode"
                      : item.kind == TreeItemKind::kDeviceBoard ? "in Device Mode"
                                                                : "in an unknown mode";
   const char* current = item.number == marked_ ? " (current board)" : "";
-  return QString::asprintf("Product id 0x%04X, %s%s", id, mode, current);
+  const QString text = QString::asprintf("Product id 0x%04X, %s%s", id, mode, current);
+  return HasProblem(item) ? text + QStringLiteral(". ") + ProblemText(item) : text;
+}
+
+// A tool tip would take the library's text for markup if it looked like that, so it is given some
+// that does not.
+QString DeviceTreeModel::ToolTip(const Item& item) const {
+  QString text = Describe(item);
+  if (!HasProblem(item)) return text;
+  return QStringLiteral("<qt>%1</qt>").arg(text.toHtmlEscaped());
+}
+
+QString DeviceTreeModel::ProblemText(const Item& item) const {
+  const std::string sentence = ShownText(table_->ProblemOf(item.number).sentence);
+  if (sentence.empty()) return tr("It does not work, and the HID library does not say why.");
+  return QString::fromStdString(sentence);
 }
 
 }  // namespace quillon

@@ -95,12 +95,16 @@ class DeviceTreeModel : public QAbstractItemModel {
                       std::uint32_t number);
   void Fill(std::span<const NodeList> nodes);
   void AddBoard(Item& root, TreeItemKind kind, std::uint32_t board, const NodeList& nodes);
+  bool HasProblem(const Item& item) const;
   QString Label(const Item& item) const;
   QString Describe(const Item& item) const;
+  QString ToolTip(const Item& item) const;
+  QString ProblemText(const Item& item) const;
 
   const DeviceTable* table_ = nullptr;
   std::uint32_t marked_ = kNoBoard;
   std::array<QIcon, kTreeItemKinds> icons_;
+  std::array<QIcon, kTreeItemKinds> problem_icons_;  // made when the first such board comes
 
   // One vector a level, so that an item's children stand side by side.
   std::vector<Item> roots_;

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCoreApplication>
+#include <vector>
 
 #include "app/CMainDialog.h"
 #include "app/Profile.h"
@@ -27,14 +28,33 @@ class OwnNotifier : public DeviceNotifier {
   Handler handler_;
 };
 
+// A system with the udev rule in the state that the test says, which notes what it is to run with
+// an administrator's rights.
+struct OwnAccess {
+  AccessHelp Help() {
+    return {[this] { return rule; },
+            [this](const QStringList& arguments, auto when_done) {
+              runs.push_back(arguments);
+              done = std::move(when_done);
+            }};
+  }
+
+  FoundRule rule;
+  std::vector<QStringList> runs;
+  std::function<void(const ElevatedResult&)> done;
+};
+
 // The main window with all that it stands on. Never shown, so that it starts when told to.
 class MainBench {
  public:
-  explicit MainBench(HidLibrary& library)
-      : link(library), window({link, prompts, notifier, profile, [this] {
-                                 ++settled;
-                                 if (on_settle) on_settle();
-                               }}) {}
+  explicit MainBench(HidLibrary& library, bool offers_access = true)
+      : link(library),
+        window({link, prompts, notifier, profile,
+                [this] {
+                  ++settled;
+                  if (on_settle) on_settle();
+                },
+                offers_access ? access.Help() : AccessHelp()}) {}
 
   // A board of ours came; reported as the system does it.
   void ReportArrival() const {
@@ -51,6 +71,7 @@ class MainBench {
   Profile profile;
   int settled = 0;
   std::function<void()> on_settle;
+  OwnAccess access;
   CMainDialog window;
 };
 

@@ -155,6 +155,58 @@ TEST(DeviceTreeModel, DrawsEveryKindOfItemWithItsOwnImage) {
   EXPECT_TRUE(shows(tree.model.index(1, 0, node), "tree-port"));
 }
 
+TEST(DeviceTreeModel, PutsASignOnTheImageOfABoardWithAProblem) {
+  Tree tree;
+  for (const std::uint32_t type : {1U, 1U, 3U, 2U}) AddBoard(tree.table, type, 0x0910);
+  tree.table.SetProblem(1, {KVUSB_PROBLEM_OTHER, "It is ill."});
+  tree.table.SetProblem(3, {KVUSB_PROBLEM_PERMISSION, "No."});
+  tree.model.Rebuild(tree.table, std::vector<NodeList>{{}, {}, {true}});
+  const auto image = [&](std::uint32_t board, qreal ratio) {
+    const QVariant icon = tree.model.IndexOfBoard(board).data(Qt::DecorationRole);
+    return qvariant_cast<QIcon>(icon).pixmap(QSize(16, 16), ratio).toImage();
+  };
+  for (const int ratio : {1, 2}) {
+    for (const auto& [well, ill] : {std::pair{0U, 1U}, {2U, 3U}}) {
+      SCOPED_TRACE(ill);
+      const QImage plain = image(well, ratio), marked = image(ill, ratio);
+      ASSERT_EQ(marked.size(), plain.size());
+      const int middle = plain.width() / 2;
+      EXPECT_EQ(marked.copy(0, 0, middle / 2, middle), plain.copy(0, 0, middle / 2, middle))
+          << "the kind is still seen";
+      EXPECT_NE(marked.copy(middle, middle, middle, middle),
+                plain.copy(middle, middle, middle, middle));
+    }
+  }
+  EXPECT_NE(image(1, 1), image(3, 1));
+
+  // Nothing of it stays once the board is well.
+  const QImage marked = image(3, 1);
+  tree.table.SetProblem(3, {});
+  tree.model.Rebuild(tree.table);
+  EXPECT_NE(image(3, 1), marked);
+  EXPECT_EQ(image(3, 1), image(2, 1));
+}
+
+TEST(DeviceTreeModel, TellsAProblemAfterTheDescriptionAndNeverAsMarkup) {
+  Tree tree;
+  AddBoard(tree.table, 2, 0x0910, "Stick", "7");
+  AddBoard(tree.table, 1, 0x0520);
+  tree.table.SetProblem(0, {KVUSB_PROBLEM_PERMISSION, "<img src=x> & no\a."});
+  tree.table.SetProblem(1, {KVUSB_PROBLEM_IN_USE, ""});
+  tree.model.Rebuild(tree.table);
+  const QModelIndex marked = tree.model.IndexOfBoard(0), silent = tree.model.IndexOfBoard(1);
+  EXPECT_EQ(marked.data().toString(), "Stick : 7");
+  EXPECT_EQ(marked.data(Qt::ToolTipRole).toString(),
+            QString::fromUtf8("<qt>Product id 0x0910, in Device Mode (current board). "
+                              "&lt;img src=x&gt; &amp; no\uFFFD.</qt>"));
+  EXPECT_EQ(marked.data(Qt::AccessibleDescriptionRole).toString(),
+            QString::fromUtf8("Product id 0x0910, in Device Mode (current board). "
+                              "<img src=x> & no\uFFFD."));
+  EXPECT_EQ(silent.data(Qt::AccessibleDescriptionRole).toString(),
+            "Product id 0x0520, in Flash Mode. It does not work, and the HID library does not say "
+            "why.");
+}
+
 TEST(DeviceTreeModel, MarksTheCurrentBoardAlone) {
   Tree tree;
   AddBoard(tree.table, 2, 0x0910);

@@ -25,6 +25,21 @@ constexpr const char* kUnreadableBoard = R"({"boards": [
    "faults": [{"kind": "read_fails", "command": "0x11", "times": 0}]}
 ]})";
 
+Problem Locked(int node) {
+  return {KVUSB_PROBLEM_PERMISSION, "Linux does not let you open /dev/hidraw" +
+                                        std::to_string(node) + " (Permission denied)."};
+}
+
+// A machine with the rule in this state, whose user closes the question for the password.
+AccessHelp HelpWith(RuleState state, const char* file) {
+  return {[state, file] {
+            return FoundRule{state, file};
+          },
+          [](const QStringList&, const std::function<void(const ElevatedResult&)>& done) {
+            done({ElevatedEnd::kDismissed});
+          }};
+}
+
 // "Joystick Controller (simulated) : 001" as a part of a file name.
 QString FileName(QString label) {
   static const QRegularExpression others(QStringLiteral("[^a-z0-9]+"));
@@ -48,10 +63,10 @@ Screenshots::Screenshots(const QDir& folder, const QString& suffix, const QDir& 
       attendant_([this](QWidget& opened) { Attend(opened); }) {}
 
 template <typename Act>
-void Screenshots::On(const QByteArray& rig, Act act) {
+void Screenshots::On(const QByteArray& rig, Act act, stage::Refusals refusals, AccessHelp access) {
   if (!rig.isEmpty()) stage::WriteFile(rig_file_, rig);
   stage::UseRig(rig.isEmpty() ? QString() : rig_file_);
-  stage::Program program(stage::Settling::kNone);
+  stage::Program program(stage::Settling::kNone, std::move(refusals), std::move(access));
   program_ = &program;
   prefix_ = QStringLiteral("00");
   act();
@@ -68,6 +83,7 @@ void Screenshots::TakeAll() {
     TakeEditing();
   });
   On(kUnreadableBoard, [this] { TakeFailedRetrieve(); });
+  TakeRefusedBoards();
   On(kNoBoards, [this] { Take(QStringLiteral("no-boards")); });
 }
 
@@ -125,6 +141,27 @@ void Screenshots::TakeFailedRetrieve() {
   // At once: the lamp blinks from now on.
   stage::Named<QPushButton>(ShownPage(window), QStringLiteral("Retrieve")).click();
   Take(QStringLiteral("retrieve-failed"));
+}
+
+void Screenshots::TakeRefusedBoards() {
+  const stage::Refusals one{{0x0710, Locked(3)}};
+  const stage::Refusals many{{0x0910, Locked(3)},
+                             {0x0920, Locked(4)},
+                             {0x0800, Locked(5)},
+                             {0x1500, Locked(6)},
+                             {0x0710, {KVUSB_PROBLEM_IN_USE, ""}},
+                             {0x0520, {KVUSB_PROBLEM_OTHER, "/dev/hidraw9: Input/output error."}}};
+  constexpr const char* kFile = "/etc/udev/rules.d/70-quillon.rules";
+  On(
+      {}, [this] { Take(QStringLiteral("may-not-open")); }, one, HelpWith(RuleState::kMissing, ""));
+  On(
+      {}, [this] { Take(QStringLiteral("may-not-open-yet")); }, one,
+      HelpWith(RuleState::kCurrent, kFile));
+  const auto dismiss = [this] {
+    stage::ClickButton(program_->Window(), QStringLiteral("Update udev Rule"));
+    Take(QStringLiteral("may-not-open-many"));
+  };
+  On({}, dismiss, many, HelpWith(RuleState::kOutdated, kFile));
 }
 
 void Screenshots::Attend(QWidget& opened) {

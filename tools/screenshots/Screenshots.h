@@ -28,13 +28,14 @@ class Screenshots {
  private:
   // Starts the program on a rig, the usual one without a text, and runs `act` with its window.
   template <typename Act>
-  void On(const QByteArray& rig, Act act);
+  void On(const QByteArray& rig, Act act, stage::Refusals refusals = {}, AccessHelp access = {});
 
   void TakeBoard(std::uint32_t board);
   void TakeContextMenu();
   void TakeAboutBox();
   void TakeEditing();
   void TakeFailedRetrieve();
+  void TakeRefusedBoards();
 
   void Attend(QWidget& opened);
   void Take(const QString& what);

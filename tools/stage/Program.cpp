@@ -6,6 +6,7 @@
 #include <QTest>
 #include <QThread>
 #include <stdexcept>
+#include <utility>
 
 #include "stage/Hands.h"
 
@@ -16,13 +17,14 @@ constexpr unsigned long kSettleMilliseconds = 500;
 
 }  // namespace
 
-Program::Program(Settling settling)
+Program::Program(Settling settling, Refusals refusals, AccessHelp access)
     : settling_(settling),
       opened_(QCoreApplication::applicationDirPath()),
-      link_(opened_.Library()),
+      boards_(opened_.Library(), std::move(refusals)),
+      link_(boards_),
       prompts_(link_.gate),
-      notifier_(opened_.Library()),
-      window_({link_, prompts_, notifier_, profile_, [this] { Settle(); }}) {
+      notifier_(boards_),
+      window_({link_, prompts_, notifier_, profile_, [this] { Settle(); }, std::move(access)}) {
   if (!opened_.Problem().isEmpty()) throw std::runtime_error(opened_.Problem().toStdString());
   window_.show();
   window_.activateWindow();

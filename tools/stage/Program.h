@@ -6,6 +6,7 @@
 #include "app/MessageBoxes.h"
 #include "app/OpenedLibrary.h"
 #include "app/Profile.h"
+#include "stage/RefusedBoards.h"
 
 namespace quillon::stage {
 
@@ -17,8 +18,9 @@ enum class Settling { kAsUsual, kNone };
 class Program {
  public:
   // Returns when the window shows the boards that were found; throws std::runtime_error when the
-  // library cannot be used or no window comes.
-  explicit Program(Settling settling);
+  // library cannot be used or no window comes. The system refuses the boards of `refusals`, and
+  // offers `access` against it.
+  explicit Program(Settling settling, Refusals refusals = {}, AccessHelp access = {});
   ~Program();
   Program(const Program&) = delete;
   Program& operator=(const Program&) = delete;
@@ -32,6 +34,7 @@ class Program {
 
   Settling settling_;
   OpenedLibrary opened_;
+  RefusedBoards boards_;
   BoardLink link_;
   MessageBoxes prompts_;
   LibraryNotifier notifier_;

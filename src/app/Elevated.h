@@ -1,0 +1,40 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <QStringList>
+#include <cstdint>
+#include <functional>
+
+#include "access/UdevRule.h"
+
+namespace quillon {
+
+enum class ElevatedEnd : std::uint8_t {
+  kDone,
+  kDismissed,      // the user closed the question for the password
+  kNotAuthorised,  // or there is no program that could ask
+  kUnavailable,    // there is no pkexec
+  kFailed,
+};
+
+struct ElevatedResult {
+  ElevatedEnd end = ElevatedEnd::kFailed;
+  QString said{};  // the first line of what went wrong, raw; often empty
+};
+
+// What the system offers for boards that the user may not open. Where it offers nothing, as on
+// Windows, both are empty.
+struct AccessHelp {
+  std::function<FoundRule()> find_rule;
+
+  // Runs pkexec with these arguments, one run at a time, and tells `done` how it ended: later, or
+  // at once when it cannot be started. A run that outlives the last copy of the function is broken
+  // off, or waited for once that is not possible any more; then `done` is not called.
+  std::function<void(const QStringList& arguments, std::function<void(const ElevatedResult&)> done)>
+      run;
+};
+
+// The real help of this platform.
+AccessHelp SystemAccessHelp();
+
+}  // namespace quillon

@@ -1,0 +1,80 @@
+// SPDX-License-Identifier: MIT
+#include <QProcess>
+#include <memory>
+#include <utility>
+
+#include "app/Elevated.h"
+
+namespace quillon {
+namespace {
+
+constexpr int kLongestLine = 300;
+
+class Pkexec {
+ public:
+  using Done = std::function<void(const ElevatedResult&)>;
+
+  Pkexec() {
+    process_.setStandardInputFile(QProcess::nullDevice());
+    process_.setStandardOutputFile(QProcess::nullDevice());
+    QObject::connect(&process_, &QProcess::finished, &process_,
+                     [this](int code, QProcess::ExitStatus status) {
+                       End(status == QProcess::NormalExit ? EndOf(code) : ElevatedEnd::kFailed);
+                     });
+    QObject::connect(&process_, &QProcess::errorOccurred, &process_,
+                     [this](QProcess::ProcessError error) {
+                       if (error == QProcess::FailedToStart) End(ElevatedEnd::kUnavailable);
+                     });
+  }
+  Pkexec(const Pkexec&) = delete;
+  Pkexec& operator=(const Pkexec&) = delete;
+
+  // Once the password was given the process is root's and not ours to end; it takes seconds then.
+  ~Pkexec() {
+    done_ = nullptr;
+    if (process_.state() == QProcess::NotRunning) return;
+    process_.kill();
+    process_.waitForFinished();
+  }
+
+  void Run(const QStringList& arguments, Done done) {
+    done_ = std::move(done);
+    process_.start(QStringLiteral("pkexec"), arguments);
+  }
+
+ private:
+  static ElevatedEnd EndOf(int code) {
+    switch (code) {
+      case 0:
+        return ElevatedEnd::kDone;
+      case 126:
+        return ElevatedEnd::kDismissed;
+      case 127:
+        return ElevatedEnd::kNotAuthorised;
+      default:
+        return ElevatedEnd::kFailed;
+    }
+  }
+
+  void End(ElevatedEnd end) {
+    const QString said = QString::fromUtf8(process_.readAllStandardError()).trimmed();
+    if (const Done done = std::exchange(done_, nullptr)) {
+      done({end, said.section(QLatin1Char('\n'), 0, 0).left(kLongestLine)});
+    }
+  }
+
+  QProcess process_;
+  Done done_;
+};
+
+}  // namespace
+
+AccessHelp SystemAccessHelp() {
+  auto pkexec = std::make_shared<Pkexec>();
+  return {[] { return FindRule(); },
+          [pkexec](const QStringList& arguments, Pkexec::Done done) {
+            pkexec->Run(arguments, std::move(done));
+          }};
+}
+
+}  // namespace quillon

@@ -1,0 +1,8 @@
+// SPDX-License-Identifier: MIT
+#include "app/Elevated.h"
+
+namespace quillon {
+
+AccessHelp SystemAccessHelp() { return {}; }
+
+}  // namespace quillon

@@ -1,0 +1,331 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QApplication>
+#include <QClipboard>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QPushButton>
+#include <cstring>
+
+#include "access/InstallCommand.h"
+#include "app/CProblemLine.h"
+#include "app/MainBench.h"
+#include "testing/pages/PageBench.h"
+#include "tree/CDeviceTreeCtrl.h"
+
+namespace quillon::testing {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using ::testing::Not;
+
+struct ListedBoard {
+  std::string name;
+  Problem problem{};
+};
+
+// Lists boards that answer nothing, each with its problem.
+class ProblemLibrary : public NoLibrary {
+ public:
+  explicit ProblemLibrary(std::vector<ListedBoard> its_boards, std::string reason = {})
+      : NoLibrary(std::move(reason)), boards(std::move(its_boards)) {}
+
+  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                         std::uint32_t type) override {
+    if (type != KVUSB_TYPE_FIRMWARE) return 0;
+    for (std::size_t i = 0; i < boards.size(); ++i) {
+      free[i] = {};
+      free[i].product_id = 0x1600;  // without pages
+      free[i].library_a[0] = static_cast<std::uint8_t>(i);
+      std::strcpy(free[i].product_text, boards[i].name.c_str());
+      std::strcpy(free[i].serial_number, "1");
+    }
+    count = static_cast<std::uint32_t>(boards.size());
+    return 1;
+  }
+  Problem DescribeProblem(const DeviceRecord* record) override {
+    if (record == nullptr) return NoLibrary::DescribeProblem(record);
+    return boards[record->library_a[0]].problem;
+  }
+
+  std::vector<ListedBoard> boards;
+};
+
+Problem Locked(const std::string& sentence = "No.") { return {KVUSB_PROBLEM_PERMISSION, sentence}; }
+Problem InUse(const std::string& sentence = "") { return {KVUSB_PROBLEM_IN_USE, sentence}; }
+Problem Other(const std::string& sentence, std::int32_t kind = KVUSB_PROBLEM_OTHER) {
+  return {kind, sentence};
+}
+
+// The window over such a library, after its first detection.
+struct ProblemBench {
+  explicit ProblemBench(std::vector<ListedBoard> boards, FoundRule rule = {},
+                        bool offers_access = true, const std::string& reason = {})
+      : library(std::move(boards), reason), main(library, offers_access) {
+    main.access.rule = std::move(rule);
+    main.window.Initialise();
+    main.settled = 0;
+  }
+
+  bool IsShown(const QWidget& widget) const { return widget.isVisibleTo(&main.window); }
+
+  std::vector<std::string> Lines() {
+    const auto& text = Named<QLabel>(main.window, "What keeps boards from working");
+    if (!IsShown(text)) return {};
+    std::vector<std::string> lines;
+    for (const QString& line : text.text().split('\n')) lines.push_back(line.toStdString());
+    return lines;
+  }
+
+  std::string Outcome() {
+    const auto& outcome = Named<QLabel>(main.window, "What came of the buttons");
+    return IsShown(outcome) ? outcome.text().toStdString() : "";
+  }
+
+  // The texts of the buttons that are offered.
+  std::vector<std::string> Buttons() {
+    std::vector<std::string> texts;
+    for (auto* const button :
+         main.window.findChild<CProblemLine*>()->findChildren<QPushButton*>()) {
+      if (IsShown(*button)) texts.push_back(button->text().toStdString());
+    }
+    return texts;
+  }
+
+  void PressInstall() { Button(main.window, "Install udev Rule").click(); }
+
+  ProblemLibrary library;
+  MainBench main;
+};
+
+constexpr const char* kMissing =
+    "A udev rule that lets whoever sits at this computer open the boards is not installed. Install "
+    "it here, or copy a command that does it in a terminal. Either asks for an administrator's "
+    "password.";
+
+}  // namespace
+
+TEST(ProblemLine, SaysNothingWhileAllIsWell) {
+  ProblemBench bench({{"Stick"}});
+  EXPECT_FALSE(bench.IsShown(*bench.main.window.findChild<CProblemLine*>()));
+  // And nothing any more.
+  bench.library.boards[0].problem = Locked();
+  bench.main.window.Redetect();
+  EXPECT_THAT(bench.Lines(), Not(IsEmpty()));
+  bench.library.boards[0].problem = {};
+  bench.main.window.Redetect();
+  EXPECT_FALSE(bench.IsShown(*bench.main.window.findChild<CProblemLine*>()));
+  EXPECT_THAT(bench.Buttons(), IsEmpty());
+}
+
+TEST(ProblemLine, TellsWhichBoardsHaveWhichProblem) {
+  const struct {
+    std::vector<ListedBoard> boards;
+    std::vector<std::string> lines;
+  } cases[]{
+      {{{"A", Locked("Linux does not let you open /dev/hidraw3.")}, {"B"}},
+       {"A : 1 cannot be used. Linux does not let you open /dev/hidraw3."}},
+      {{{"A", Locked("3.")}, {"B", Locked("4.")}},
+       {"A : 1 and B : 1 cannot be used. This system does not let you open them."}},
+      {{{"A", Locked("No.")}, {"B", Locked("No.")}, {"C", Locked("No.")}},
+       {"A : 1, B : 1 and C : 1 cannot be used. No."}},
+      {{{"A", Locked("1.")},
+        {"B", Locked("2.")},
+        {"C", Locked("1.")},
+        {"D", Locked("1.")},
+        {"E", Locked("")}},
+       {"A : 1, B : 1, C : 1 and 2 more cannot be used. This system does not let you open them."}},
+      {{{"A", Locked("")}}, {"A : 1 cannot be used. This system does not let you open it."}},
+      {{{"A", InUse()}},
+       {"A : 1 cannot be used. Another program is using it. Close that program, "
+        "then refresh."}},
+      {{{"A", InUse("x.")}, {"B", InUse("y.")}},
+       {"A : 1 and B : 1 cannot be used. Another program is using them. Close that program, then "
+        "refresh."}},
+      {{{"A", Other("Dead.")}, {"B", Other("Cut.")}, {"C", Other("Dead.", 77)}},
+       {"A : 1 and C : 1 have a problem. Dead.", "B : 1 has a problem. Cut."}},
+      {{{"A", Other("1.")},
+        {"B", Other("2.")},
+        {"C", Other("3.")},
+        {"D", Other("4.")},
+        {"E", Other("4.")},
+        {"F", Other("")}},
+       {"A : 1 has a problem. 1.", "B : 1 has a problem. 2.", "C : 1 has a problem. 3.",
+        "More boards have problems: 3. The tree says which, board by board."}},
+      // What the buttons help with comes last.
+      {{{"A", Locked()}, {"B", InUse()}, {"C", Other("Cut.")}},
+       {"C : 1 has a problem. Cut.",
+        "B : 1 cannot be used. Another program is using it. Close that program, then refresh.",
+        "A : 1 cannot be used. No."}},
+      // Texts from outside: no line breaks, no placeholders that are filled in.
+      {{{"%2\n", Locked("<b>%1\a")}}, {"%2\uFFFD : 1 cannot be used. <b>%1\uFFFD"}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.lines.front());
+    EXPECT_EQ(ProblemBench(c.boards, {}, false).Lines(), c.lines);
+  }
+  EXPECT_THAT(ProblemBench({{"A", Locked()}}, {}, true, "The library is odd.").Lines(),
+              ElementsAre("The library is odd.", "A : 1 cannot be used. No.", kMissing));
+}
+
+TEST(ProblemLine, OffersWhatTheStateOfTheRuleAsksFor) {
+  const struct {
+    FoundRule rule;
+    std::string advice;
+    std::vector<std::string> buttons;
+  } cases[]{
+      {{RuleState::kMissing, ""}, kMissing, {"&Install udev Rule", "&Copy Command"}},
+      {{RuleState::kOutdated, "/etc/r"},
+       "The udev rule that lets whoever sits at this computer open the boards is out of date "
+       "(/etc/r). Update it here, or copy a command that does it in a terminal. Either asks for an "
+       "administrator's password.",
+       {"&Update udev Rule", "&Copy Command"}},
+      {{RuleState::kCurrent, "/etc/r"},
+       "The udev rule that lets whoever sits at this computer open the boards is installed "
+       "(/etc/r). Unplug the boards and plug them in again. If you are logged in from another "
+       "computer, the rule does not apply to you.",
+       {}},
+      {{RuleState::kMasked, "/etc/r"},
+       "The udev rule that lets whoever sits at this computer open the boards is turned off by the "
+       "file /etc/r. An administrator can remove that file, and you can refresh then.",
+       {}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.advice);
+    ProblemBench bench({{"A", Locked()}}, c.rule);
+    EXPECT_THAT(bench.Lines(), ElementsAre("A : 1 cannot be used. No.", c.advice));
+    EXPECT_EQ(bench.Buttons(), c.buttons);
+  }
+  // Only where a permission is missing, and where the system offers something.
+  EXPECT_THAT(ProblemBench({{"A", InUse()}, {"B", Other("Cut.")}}).Buttons(), IsEmpty());
+  EXPECT_THAT(ProblemBench({{"A", Locked()}}, {}, false).Buttons(), IsEmpty());
+}
+
+TEST(ProblemLine, InstallsTheRuleAndDetectsOnceWhenItIsThere) {
+  ProblemBench bench({{"A", Locked()}});
+  auto& access = bench.main.access;
+  bench.PressInstall();
+  ASSERT_EQ(access.runs.size(), 1U);
+  ASSERT_EQ(access.runs[0].size(), 4);
+  EXPECT_EQ(access.runs[0].last().toStdString(), ElevatedArguments().back());
+  EXPECT_EQ(access.runs[0][1], "/bin/sh");
+
+  auto& install = Button(bench.main.window, "Install udev Rule");
+  EXPECT_FALSE(install.isEnabled());
+  EXPECT_THAT(install.toolTip().toStdString(), HasSubstr("is being installed"));
+  EXPECT_TRUE(Button(bench.main.window, "Copy Command").isEnabled());
+  // A board that comes meanwhile changes nothing about it.
+  bench.main.window.Redetect();
+  EXPECT_FALSE(install.isEnabled());
+  install.click();
+  EXPECT_EQ(access.runs.size(), 1U);
+
+  bench.main.settled = 0;
+  bench.library.boards[0].problem = {};
+  {
+    const auto hold = bench.main.link.gate.Enter();
+    access.done({ElevatedEnd::kDone});
+    bench.main.RunEvents();
+    EXPECT_EQ(bench.main.settled, 0) << "not while something is under way";
+    EXPECT_EQ(bench.Outcome(), "The rule is installed.");
+  }
+  bench.main.RunEvents();
+  EXPECT_EQ(bench.main.settled, 1);
+  EXPECT_THAT(bench.Lines(), IsEmpty());
+}
+
+TEST(ProblemLine, SaysWhyTheRuleWasNotInstalledAndLetsOneTryAgain) {
+  const struct {
+    ElevatedResult result;
+    std::string outcome;
+  } cases[]{
+      {{ElevatedEnd::kDismissed},
+       "The rule was not installed, as the question for the password was closed."},
+      {{ElevatedEnd::kNotAuthorised, "No agent %1 found."},
+       "The rule was not installed: you were not authorised, or no program could ask for the "
+       "password. The system says: No agent %1 found. Copy the command and run it in a terminal."},
+      {{ElevatedEnd::kUnavailable},
+       "The rule was not installed, as this system has no pkexec to ask for the password. Copy the "
+       "command and run it in a terminal."},
+      {{ElevatedEnd::kFailed, "mv: read-only\tdisk"},
+       "Installing the rule failed. The system says: mv: read-only\uFFFDdisk. Copy the command and "
+       "run it in a terminal to see more."},
+      {{ElevatedEnd::kFailed},
+       "Installing the rule failed. Copy the command and run it in a terminal to see more."},
+  };
+  ProblemBench bench({{"A", Locked()}});
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.outcome);
+    bench.PressInstall();
+    EXPECT_EQ(bench.Outcome(), "") << "of the last try";
+    bench.main.access.done(c.result);
+    EXPECT_EQ(bench.Outcome(), c.outcome);
+    EXPECT_TRUE(Button(bench.main.window, "Install udev Rule").isEnabled());
+  }
+  bench.main.RunEvents();
+  EXPECT_EQ(bench.main.settled, 0) << "nothing has changed for the boards";
+}
+
+TEST(ProblemLine, CopiesTheCommand) {
+  ProblemBench bench({{"A", Locked()}});
+  Button(bench.main.window, "Copy Command").click();
+  EXPECT_EQ(QApplication::clipboard()->text().toStdString(), CopyableCommand());
+  EXPECT_EQ(bench.Outcome(),
+            "The command is in the clipboard. Paste it into a terminal, then refresh here.");
+  EXPECT_THAT(bench.main.access.runs, IsEmpty());
+}
+
+TEST(ProblemLine, IsUsedByKeyboard) {
+  ProblemBench bench({{"A", Locked()}});
+  auto& window = bench.main.window;
+  window.show();
+  window.activateWindow();
+  auto& install = Button(window, "Install udev Rule");
+  auto& copy = Button(window, "Copy Command");
+  const auto press = [](QWidget& widget, int key) {
+    QKeyEvent down(QEvent::KeyPress, key, Qt::NoModifier), up(QEvent::KeyRelease, key, {});
+    QApplication::sendEvent(&widget, &down);
+    QApplication::sendEvent(&widget, &up);
+  };
+  Named<QLabel>(window, "What keeps boards from working").setFocus(Qt::TabFocusReason);
+  press(*window.focusWidget(), Qt::Key_Tab);
+  ASSERT_EQ(window.focusWidget(), &install);
+  press(install, Qt::Key_Tab);
+  EXPECT_EQ(window.focusWidget(), &copy);
+  install.setFocus();
+  press(install, Qt::Key_Space);
+  EXPECT_EQ(bench.main.access.runs.size(), 1U);
+  EXPECT_EQ(window.focusWidget(), &copy) << "the next one, as this one is disabled now";
+  bench.library.boards[0].problem = {};
+  bench.main.access.done({ElevatedEnd::kDone});
+  bench.main.RunEvents();
+  EXPECT_EQ(window.focusWidget(), &window.Tree()) << "once the buttons are gone";
+}
+
+TEST(ProblemLine, DoesNotDecideTheWindowsWidth) {
+  ProblemBench calm({{"A"}});
+  ProblemBench wordy({{std::string(250, 'W'), Locked(std::string(900, 'W'))}});
+  wordy.PressInstall();
+  wordy.main.access.done({ElevatedEnd::kFailed, QString(300, 'W')});
+  EXPECT_EQ(wordy.main.window.minimumSizeHint().width(),
+            calm.main.window.minimumSizeHint().width());
+}
+
+TEST(ProblemLine, DetectsNothingWhenTheRunOutlivesTheWindow) {
+  std::function<void(const ElevatedResult&)> done;
+  {
+    ProblemBench bench({{"A", Locked()}});
+    bench.PressInstall();
+    done = bench.main.access.done;
+    EXPECT_TRUE(bench.main.window.close());
+    done({ElevatedEnd::kDone});
+    bench.main.RunEvents();
+    EXPECT_EQ(bench.main.settled, 0) << "closed for good";
+  }
+  done({ElevatedEnd::kDone});  // finds nobody to tell
+}
+
+}  // namespace quillon::testing
