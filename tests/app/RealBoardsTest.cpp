@@ -3,6 +3,7 @@
 // The program on what it meets in the world: its own library over hidapi, the kernel's list and
 // udev's events. Only the boards are simulated, as devices of an emulated kernel.
 #include <gmock/gmock.h>
+#include <unistd.h>
 
 #include <QApplication>
 #include <QElapsedTimer>
@@ -131,7 +132,7 @@ TEST(RealBoards, ARetrievedUpdatedUnpluggedAndReplugged) {
   CSettingsPage* const page = program.Page(QStringLiteral("Analog Channels"));
   ASSERT_NE(page, nullptr);
   page->Retrieve();
-  EXPECT_THAT(OriginOf(*page).toStdString(), ::testing::StartsWith("Retrieved"));
+  EXPECT_THAT(OriginOf(*page).toStdString(), ::testing::StartsWith("Retrieved from"));
   sim::Board& board = kernel.Board(0).TheBoard();
   const std::vector<std::uint8_t> before(board.Block("analog_a").begin(),
                                          board.Block("analog_a").end());
@@ -152,6 +153,75 @@ TEST(RealBoards, ARetrievedUpdatedUnpluggedAndReplugged) {
   EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond, kFirst));
   LetListen();
   EXPECT_EQ(program.detections, 3) << "one for each event, and one at the start";
+}
+
+TEST(RealBoards, ABoardPulledDuringAnyExchangeIsAnErrorAndTheOtherGoesOn) {
+  for (const char* command : {"0x11", "0x15"}) {
+    SCOPED_TRACE(command);
+    EmulatedKernel kernel(LetListen);
+    kernel.Add(RigOf((std::string(R"({"id": "one", "product": "0x0910", "firmware": "2.82",
+                                      "faults": [{"kind": "vanish", "command": ")") +
+                      command + R"("}]}, {"id": "two", "product": "0x0910", "firmware": "2.82",
+                                         "serial": "002"})")
+                         .c_str()));
+    Program program;
+    CSettingsPage* const page = program.Page(QStringLiteral("Analog Channels"));
+    page->Retrieve();
+    EXPECT_THAT(OriginOf(*page).toStdString(),
+                ::testing::Not(::testing::StartsWith("Retrieved from")));
+    ASSERT_TRUE(kernel.FinishRestarts());
+    EXPECT_TRUE(Comes([&] { return program.detections == 2; }));
+    EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond));
+    page->Retrieve();
+    EXPECT_THAT(OriginOf(*page).toStdString(), ::testing::StartsWith("Retrieved from"));
+  }
+}
+
+TEST(RealBoards, ABoardPulledDuringItsDetectionIsListedAndLeavesAfterwards) {
+  EmulatedKernel kernel(LetListen);
+  kernel.Add(RigOf(R"({"id": "nodes", "product": "0x0800", "firmware": "1.10", "queried": "1.13",
+                       "faults": [{"kind": "vanish", "command": "0x06"}]},
+                      {"id": "two", "product": "0x0910", "firmware": "2.82", "serial": "002"})"));
+  Program program;
+  EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond, "Node I/O System (simulated) : 001"));
+  EXPECT_EQ(program.link.table.Record(1).queried_version, 0);
+  ASSERT_TRUE(kernel.FinishRestarts());
+  EXPECT_TRUE(Comes([&] { return program.detections == 2; }));
+  EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond));
+}
+
+TEST(RealBoards, ARestartFromTheTreeComesBackByItselfInFlashMode) {
+  EmulatedKernel kernel(LetListen);
+  kernel.Add(RigOf(kTwoJoysticks));
+  Program program;
+  emit program.window.Tree().RestartRequested(true);
+  EXPECT_TRUE(kernel.IsRestartDue());
+  ASSERT_TRUE(kernel.FinishRestarts());
+  EXPECT_TRUE(Comes([&] { return program.detections == 3; })) << "it left and it came";
+  EXPECT_THAT(program.Boards(), ElementsAre(kFirst, kSecond));
+}
+
+TEST(RealBoards, OneThatMayNotBeOpenedIsShownWithTheReason) {
+  constexpr uid_t kNobody = 65534;
+  const uid_t user = geteuid();
+  if (user != 0) GTEST_SKIP() << "only root can become somebody else";
+  EmulatedKernel kernel(LetListen);
+  kernel.Add(RigOf(kTwoJoysticks));
+  kernel.LetOthersOpen(false);
+  ASSERT_EQ(seteuid(kNobody), 0);
+  Program program;
+  ASSERT_EQ(seteuid(user), 0);
+  EXPECT_THAT(program.Boards(), ElementsAre(kNone, kFirst, kSecond));
+  const auto& model = *program.window.Tree().model();
+  const QModelIndex board = model.index(1, 0, model.index(1, 0));
+  EXPECT_THAT(board.data(Qt::ToolTipRole).toString().toStdString(),
+              ::testing::HasSubstr("Linux does not let you open /dev/hidraw3"));
+  program.window.Redetect();
+  EXPECT_FALSE(model.index(1, 0, model.index(1, 0))
+                   .data(Qt::ToolTipRole)
+                   .toString()
+                   .contains(QStringLiteral("does not let")))
+      << "as soon as it may be opened";
 }
 
 }  // namespace
