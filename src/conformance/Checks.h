@@ -27,7 +27,7 @@ std::vector<Check> DetectionChecks(Times& times);
 std::vector<Check> ExchangeChecks(Times& times);
 // Wrong requests: garbage for a record, no request at all, a report number that boards do not have.
 std::vector<Check> MisuseChecks();
-std::vector<Check> ClosingChecks();
+std::vector<Check> ClosingChecks(Times& times);
 // The optional functions.
 std::vector<Check> ProblemChecks();
 Check EventCheck();

@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "conformance/Checks.h"
+#include "conformance/DepartureChecks.h"
 #include "conformance/Options.h"
 #include "devlink/DeviceText.h"
 #include "devlink/LoadedLibrary.h"
@@ -76,9 +77,15 @@ int ConformanceMain(std::span<const std::string> arguments,
   const auto& subject = std::get<std::unique_ptr<Subject>>(loaded);
   Report report(io.out);
   Times times;
+  if (subject->SetHandler() != nullptr) subject->ListenForEvents(true);
   ListBoards(*subject, io.out);
   Run(DetectionChecks(times), *subject, report);
   Run(ExchangeChecks(times), *subject, report);
+  Run(ClosingChecks(times), *subject, report);
+  Run(ProblemChecks(), *subject, report);
+  Run(MisuseChecks(), *subject, report);
+  Run(DepartureChecks(options, io), *subject, report);
+  Run({EventCheck()}, *subject, report);
   io.out << "Detection of all types: " << Median(times.detections)
          << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
   report.Finish();

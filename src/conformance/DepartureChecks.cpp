@@ -1,0 +1,135 @@
+// SPDX-License-Identifier: MIT
+#include "conformance/DepartureChecks.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace quillon::conformance {
+namespace {
+
+using Keys = std::vector<std::string>;
+
+constexpr std::uint8_t kRestart = 9;
+constexpr auto kRestartLimit = std::chrono::seconds(10);
+// A system takes note of a board's leaving a little after the board has left.
+constexpr auto kGoneLimit = std::chrono::seconds(2);
+
+HidPacket Command(std::uint8_t command) {
+  HidPacket packet{};
+  packet[kCommandByte] = command;
+  return packet;
+}
+
+Keys Without(Keys keys, const std::string& key) {
+  const auto found = std::find(keys.begin(), keys.end(), key);
+  if (found != keys.end()) keys.erase(found);
+  return keys;
+}
+
+void ExpectGone(Subject& subject, const FoundBoard& board, Findings& findings) {
+  const HidPacket question =
+      board.questions.empty() ? Command(kIdentityQuery) : board.questions.front();
+  const Exchange exchange = subject.Ask(board, question);
+  findings.Expect(!exchange.written && !exchange.answered,
+                  board.name + ": calls on its record succeed after it has left.");
+  ExpectInTime(findings, board.name + ": a call after it has left ", exchange);
+}
+
+void RestartOne(Subject& subject, FoundBoard board, const Keys& keys, Findings& findings) {
+  const std::string where = board.name + ", restart: ";
+  const Exchange exchange = subject.Ask(board, Command(kRestart));
+  findings.Expect(exchange.answered && exchange.buffer[kEchoByte] == kRestart,
+                  where + "no answer.");
+  ExpectInTime(findings, where, exchange);
+  if (board.CanBeAsked()) {
+    const HidPacket& question = board.questions.front();
+    const Exchange after = subject.Ask(board, question);
+    findings.Expect(!after.answered || after.buffer[kEchoByte] == question[kCommandByte],
+                    where + "the old record gives wrong answers.");
+    ExpectInTime(findings, where + "a call on the old record ", after);
+  }
+  findings.Expect(subject.Finds(keys, kRestartLimit), where + "not found again in 10 seconds.");
+}
+
+void BoardsRestart(Subject& subject, Findings& findings) {
+  const Keys keys = subject.Keys();
+  for (std::size_t i = 0; i < keys.size() && i < subject.Boards().size(); ++i) {
+    if (!subject.Boards()[i].IsBarred()) RestartOne(subject, subject.Boards()[i], keys, findings);
+  }
+  ExpectAllAnswer(subject, findings);
+}
+
+void OneVanishes(const VanishOrder& order, Subject& subject, Findings& findings) {
+  const auto& boards = subject.Boards();
+  const auto found = std::find_if(boards.begin(), boards.end(), [&](const FoundBoard& board) {
+    return board.record->product_id == order.product && !board.IsBarred();
+  });
+  if (found == boards.end()) {
+    findings.Expect(false, "There is no board " + HexWord(order.product, 4) + ".");
+    return;
+  }
+  const FoundBoard board = *found;
+  const Keys left = Without(subject.Keys(), board.key);
+  const Exchange exchange = subject.Ask(board, Command(order.command));
+  findings.Expect(!exchange.answered, board.name + ": it answers the command that it leaves at.");
+  findings.Expect(exchange.answered || exchange.buffer == exchange.before_read,
+                  board.name + ": a ReadData that failed changed the buffer.");
+  ExpectInTime(findings, board.name + ": the exchange during which it leaves ", exchange);
+  ExpectGone(subject, board, findings);
+  for (FoundBoard& other : subject.Boards())
+    if (other.record == board.record) other.questions.clear();
+  ExpectAllAnswer(subject, findings);
+  findings.Expect(subject.Finds(left, kGoneLimit),
+                  board.name + ": a detection does not find just the other boards.");
+  ExpectAllAnswer(subject, findings);
+}
+
+// Boards that do not answer any more; they must be those that a detection misses.
+void APersonPullsOne(const ConformanceIo& io, Subject& subject, Findings& findings) {
+  if (subject.Boards().empty()) return;
+  io.out << "\n    Pull one board, then press Enter. " << std::flush;
+  std::string line;
+  if (!std::getline(io.in, line)) return findings.NotTried("nobody pressed Enter");
+  const Keys before = subject.Keys();
+  Keys silent;
+  std::size_t mute = 0;
+  for (const FoundBoard& board : subject.Boards()) {
+    if (!board.CanBeAsked()) ++mute;
+    if (!board.CanBeAsked() || subject.Ask(board, board.questions.front()).answered) continue;
+    silent.push_back(board.key);
+    ExpectGone(subject, board, findings);
+  }
+  std::sort(silent.begin(), silent.end());
+  subject.Refresh();
+  const Keys after = subject.Keys();
+  Keys missing;
+  std::set_difference(before.begin(), before.end(), after.begin(), after.end(),
+                      std::back_inserter(missing));
+  findings.Expect(!missing.empty(), "A detection finds all boards that were there before.");
+  findings.Expect(std::includes(missing.begin(), missing.end(), silent.begin(), silent.end()),
+                  "A board is found, although it did not answer.");
+  findings.Expect(missing.size() <= silent.size() + mute,
+                  "A board answers, although it is not found.");
+  ExpectAllAnswer(subject, findings);
+}
+
+}  // namespace
+
+std::vector<Check> DepartureChecks(const Options& options, const ConformanceIo& io) {
+  std::vector<Check> checks;
+  if (options.restart) checks.push_back({"leaving: every board restarts", BoardsRestart});
+  if (options.vanish) {
+    checks.push_back({"leaving: board " + HexWord(options.vanish->product, 4) + " vanishes",
+                      [order = *options.vanish](Subject& subject, Findings& findings) {
+                        OneVanishes(order, subject, findings);
+                      }});
+  }
+  if (options.unplug) {
+    checks.push_back({"leaving: a board is pulled", [&io](Subject& subject, Findings& findings) {
+                        APersonPullsOne(io, subject, findings);
+                      }});
+  }
+  return checks;
+}
+
+}  // namespace quillon::conformance
