@@ -33,14 +33,25 @@ void ListBoards(Subject& subject, std::ostream& out) {
   }
 }
 
-void Run(const std::vector<Check>& checks, Subject& subject, Report& report) {
+// The boards that the first detection found, lest a check has nothing to do because the boards were
+// lost on the way there.
+using Keys = std::vector<std::string>;
+
+void Run(const std::vector<Check>& checks, const Keys& boards, Subject& subject, Report& report) {
   for (const Check& check : checks) {
     report.Begin(check.name);
     Findings findings;
     subject.Refresh();
+    if (subject.Keys() != boards)
+      findings.Expect(false, "Before this check a detection found other boards than the first.");
     check.run(subject, findings);
     report.End(findings);
   }
+}
+
+Keys AllFound(Subject& subject) {
+  subject.Refresh();
+  return subject.Keys();
 }
 
 std::string Median(std::vector<Clock::duration> times) {
@@ -79,13 +90,14 @@ int ConformanceMain(std::span<const std::string> arguments,
   Times times;
   if (subject->SetHandler() != nullptr) subject->ListenForEvents(true);
   ListBoards(*subject, io.out);
-  Run(DetectionChecks(times), *subject, report);
-  Run(ExchangeChecks(times), *subject, report);
-  Run(ClosingChecks(times), *subject, report);
-  Run(ProblemChecks(), *subject, report);
-  Run(MisuseChecks(), *subject, report);
-  Run(DepartureChecks(options, io), *subject, report);
-  Run({EventCheck()}, *subject, report);
+  const Keys boards = subject->Keys();
+  for (const auto& checks : {DetectionChecks(times), ExchangeChecks(times), ClosingChecks(times),
+                             ProblemChecks(), MisuseChecks()}) {
+    Run(checks, boards, *subject, report);
+  }
+  for (const Check& check : DepartureChecks(options, io))
+    Run({check}, AllFound(*subject), *subject, report);
+  Run({EventCheck()}, AllFound(*subject), *subject, report);
   io.out << "Detection of all types: " << Median(times.detections)
          << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
   report.Finish();

@@ -1,7 +1,9 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 #include <istream>
 #include <ostream>
 #include <span>
@@ -18,6 +20,8 @@ struct ConformanceIo {
   std::istream& in;  // the person at the boards
   std::ostream& out;
   std::ostream& err;
+  // Lets the time pass in which boards come back; tests do not wait.
+  std::function<void(std::chrono::milliseconds)> pause;
 };
 
 // The program `kvusb-conformance`: `arguments` are those behind its name, `program_folder` is where

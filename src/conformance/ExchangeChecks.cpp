@@ -91,6 +91,7 @@ void RowOfExchanges(Times& times, Subject& subject, Findings& findings) {
   for (const FoundBoard& board : subject.Boards()) {
     if (!board.CanBeAsked()) continue;
     std::vector<Report64> expected;
+    expected.reserve(board.questions.size());
     for (const HidPacket& question : board.questions)
       expected.push_back(ReportOf(subject.Ask(board, question)));
     for (int i = 0; i < kRow; ++i) {

@@ -4,7 +4,6 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
-#include <thread>
 
 #include "conformance/Questions.h"
 #include "devlink/DeviceTable.h"
@@ -132,6 +131,7 @@ void Subject::Describe(std::size_t first, std::size_t last, std::uint32_t type) 
     board.key = std::to_string(type) + " " + product + " " + ShownText(record.product_text) + " " +
                 ShownText(record.manufacturer) + " " + ShownText(record.serial_number);
     board.problem = library_->DescribeProblem(&record);
+    if (board.IsBarred()) board.key += " barred";
     board.questions = HarmlessQuestions(type, record.product_id);
     boards_.push_back(std::move(board));
   }
@@ -148,18 +148,10 @@ void Subject::Refresh() {
 
 std::vector<std::string> Subject::Keys() const {
   std::vector<std::string> keys;
+  keys.reserve(boards_.size());
   for (const FoundBoard& board : boards_) keys.push_back(board.key);
   std::sort(keys.begin(), keys.end());
   return keys;
-}
-
-bool Subject::Finds(const std::vector<std::string>& keys, Clock::duration limit) {
-  constexpr auto kPause = std::chrono::milliseconds(50);
-  for (const auto begin = Clock::now();; std::this_thread::sleep_for(kPause)) {
-    Refresh();
-    if (Keys() == keys) return true;
-    if (Clock::now() - begin > limit) return false;
-  }
 }
 
 std::int32_t Subject::Write(const FoundBoard& board, HidPacket& packet, Clock::duration& took) {

@@ -85,8 +85,6 @@ class Subject {
 
   std::vector<FoundBoard>& Boards() { return boards_; }
   std::vector<std::string> Keys() const;  // sorted
-  // Detects until the keys are these, or the time is over.
-  bool Finds(const std::vector<std::string>& keys, Clock::duration limit);
 
   // Writes and, whatever came of that, reads, as the program does. Byte 64 is another one for the
   // reading than for the writing, so that a library which copies it shows.

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <iostream>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "conformance/ConformanceMain.h"
@@ -10,5 +11,7 @@ int main(int argc, char** argv) {
   std::error_code none;
   std::filesystem::path self = std::filesystem::canonical("/proc/self/exe", none);
   if (none && argc > 0) self = std::filesystem::absolute(argv[0], none);
-  return quillon::ConformanceMain(arguments, self.parent_path(), {std::cin, std::cout, std::cerr});
+  const auto pause = [](std::chrono::milliseconds time) { std::this_thread::sleep_for(time); };
+  return quillon::ConformanceMain(arguments, self.parent_path(),
+                                  {std::cin, std::cout, std::cerr, pause});
 }

@@ -27,7 +27,7 @@ Ran Examine(const std::vector<std::string>& arguments, std::streambuf* person = 
   std::istringstream nobody;
   std::istream in(person == nullptr ? nobody.rdbuf() : person);
   std::ostringstream out, err;
-  const int status = ConformanceMain(arguments, "/nowhere", {in, out, err});
+  const int status = ConformanceMain(arguments, "/nowhere", {in, out, err, [](auto) {}});
   return {status, out.str(), err.str()};
 }
 
@@ -145,6 +145,7 @@ INSTANTIATE_TEST_SUITE_P(
         Broken{"ORDER", "exchange: 200 in a row"}, Broken{"TURNS", "exchange: boards in turn"},
         Broken{"EMPTY_CLOSING", "closing: no boards"},
         Broken{"DEATH", "closing: closed records are dead"},
+        Broken{"SECOND_CLOSING", "closing: twice"},
         Broken{"DESCRIPTORS", "closing: open descriptors after 50 times"},
         Broken{"TEXT", "problems: texts"}, Broken{"HOLD", "problems: boards out of reach"},
         Broken{"SILENCE", "misuse: reading without a request"},
