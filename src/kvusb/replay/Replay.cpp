@@ -78,7 +78,7 @@ std::int32_t Replay::Detect(std::uint32_t* count, DeviceRecord* first, std::uint
     *count = static_cast<std::uint32_t>(entry->boards.size());
     CopyBoards(*entry, std::span(first, entry->boards.size()));
   }
-  ReportRedetection();
+  Advance();
   return entry->result;
 }
 
@@ -87,7 +87,7 @@ std::int32_t Replay::Write(const DeviceRecord* record, const std::uint8_t* packe
   const TraceEntry* entry = player_.Write(
       *record, std::span<const std::uint8_t, KVUSB_PACKET_BYTES>(packet, KVUSB_PACKET_BYTES));
   if (entry == nullptr) return KVUSB_WRITE_FAILED;
-  ReportRedetection();
+  Advance();
   return entry->result;
 }
 
@@ -96,7 +96,7 @@ std::int32_t Replay::Read(const DeviceRecord* record, std::uint8_t* packet) {
   const TraceEntry* entry = player_.Read(*record);
   if (entry == nullptr) return KVUSB_READ_FAILED;
   if (entry->HasPacket()) std::copy_n(entry->packet.begin(), KVUSB_PACKET_BYTES - 1, packet);
-  ReportRedetection();
+  Advance();
   return entry->result;
 }
 
@@ -105,21 +105,30 @@ std::int32_t Replay::Close(std::uint32_t count, const DeviceRecord* first) {
   if (!unplayable_.empty()) return count == 0 ? 1 : 0;
   const TraceEntry* entry = player_.Close(count);
   if (entry == nullptr) return 0;
-  ReportRedetection();
+  Advance();
   return entry->result;
 }
 
+// A program may detect its first boards before it names a handler.
 void Replay::SetChangeHandler(DeviceChangeHandler handler, void* context) {
   handler_ = handler;
   context_ = context;
+  ReportRedetection();
+}
+
+void Replay::Advance() {
+  const TraceEntry* closing = player_.Coming(0);
+  const TraceEntry* detection = player_.Coming(1);
+  redetection_due_ = closing != nullptr && closing->call == Call::kClose && detection != nullptr &&
+                     detection->call == Call::kDetect;
+  ReportRedetection();
 }
 
 // In the form of a real path. Which board it is about nobody can tell from a trace.
-void Replay::ReportRedetection() const {
-  const TraceEntry* closing = player_.Coming(0);
+void Replay::ReportRedetection() {
   const TraceEntry* detection = player_.Coming(1);
-  if (handler_ == nullptr || closing == nullptr || detection == nullptr) return;
-  if (closing->call != Call::kClose || detection->call != Call::kDetect) return;
+  if (handler_ == nullptr || !redetection_due_ || detection == nullptr) return;
+  redetection_due_ = false;
   const unsigned product = detection->boards.empty() ? 0U : detection->boards[0].product_id;
   std::array<char, 64> path{};
   std::snprintf(path.data(), path.size(), R"(\\?\HID#Vid_4C7E&Pid_%04x#replay)", product);

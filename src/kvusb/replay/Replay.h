@@ -33,12 +33,15 @@ class Replay {
   std::string Problem() const;
 
  private:
-  void ReportRedetection() const;
+  // A call was answered.
+  void Advance();
+  void ReportRedetection();
 
   std::string file_;
   std::string unplayable_;
   std::size_t calls_ = 0;
   TracePlayer player_{"trace"};
+  bool redetection_due_ = false;
   DeviceChangeHandler handler_ = nullptr;
   void* context_ = nullptr;
 };

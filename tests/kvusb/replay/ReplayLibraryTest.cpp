@@ -134,17 +134,18 @@ TEST(ReplayLibrary, FailsFromTheFirstDifferenceOnAndSaysWhere) {
                     HasSubstr("got: write 0 : 00 00 00 00 12 *"), EndsWith("differs in byte 4")));
 }
 
+void KVUSB_CALL NoteEvent(std::uint32_t event, std::uint32_t type, const char* path,
+                          void* context) {
+  static_cast<std::vector<std::string>*>(context)->push_back(std::to_string(event) + " " +
+                                                             std::to_string(type) + " " + path);
+}
+
 TEST(ReplayLibrary, ReportsAnArrivalWhereTheProgramDetectedAgain) {
   const auto [trace, answers] = RecordSession();
   const auto library = LoadReplay(trace);
   Program program(*library);
   std::vector<std::string> events;
-  const DeviceChangeHandler note = [](std::uint32_t event, std::uint32_t type, const char* path,
-                                      void* context) {
-    static_cast<std::vector<std::string>*>(context)->push_back(std::to_string(event) + " " +
-                                                               std::to_string(type) + " " + path);
-  };
-  ASSERT_TRUE(library->SetDeviceChangeHandler(note, &events));
+  ASSERT_TRUE(library->SetDeviceChangeHandler(NoteEvent, &events));
   program.Detect();
   program.Ask(0, 0x11);
   program.Ask(1, 0x12);
@@ -155,6 +156,25 @@ TEST(ReplayLibrary, ReportsAnArrivalWhereTheProgramDetectedAgain) {
   program.Detect();
   program.Ask(1, 0x06);
   EXPECT_EQ(events.size(), 1U) << "the last closing of a session is followed by nothing";
+}
+
+TEST(ReplayLibrary, KeepsAnArrivalForAProgramThatNamesItsHandlerLate) {
+  const auto library = LoadReplay("close 0 -> 1\ndetect 2 -> 0\nclose 0 -> 1\ndetect 2 -> 0\n");
+  std::vector<std::string> events;
+  DeviceRecord record{};
+  std::uint32_t count = 0;
+  ASSERT_TRUE(library->SetDeviceChangeHandler(NoteEvent, &events));
+  ASSERT_TRUE(library->SetDeviceChangeHandler(nullptr, nullptr));
+  EXPECT_THAT(events, ::testing::IsEmpty()) << "the first detection is the program's own idea";
+  EXPECT_EQ(library->CloseDevices({}), 1);
+  EXPECT_EQ(library->DetectHID(count, {&record, 1}, 2), 0);
+  ASSERT_TRUE(library->SetDeviceChangeHandler(NoteEvent, &events));
+  ASSERT_TRUE(library->SetDeviceChangeHandler(NoteEvent, &events));
+  EXPECT_EQ(events.size(), 1U);
+  HidPacket packet{};
+  EXPECT_EQ(library->WriteData(record, packet), KVUSB_WRITE_FAILED);
+  ASSERT_TRUE(library->SetDeviceChangeHandler(NoteEvent, &events));
+  EXPECT_EQ(events.size(), 1U) << "the trace is left";
 }
 
 TEST(ReplayLibrary, WithoutATraceThereAreNoBoardsAndASentence) {
