@@ -100,6 +100,7 @@ int ConformanceMain(std::span<const std::string> arguments,
   Run({EventCheck()}, AllFound(*subject), *subject, report);
   io.out << "Detection of all types: " << Median(times.detections)
          << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
+  if (boards.empty()) io.out << "There was no board to try most promises on.\n";
   report.Finish();
   return report.HasFailed() ? kPromisesBroken : kPromisesKept;
 }
