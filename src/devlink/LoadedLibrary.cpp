@@ -78,7 +78,8 @@ fs::path OurLibrary(const std::string& name, const fs::path& folder) {
 }  // namespace
 
 fs::path ChooseLibrary(const std::string& choice, const fs::path& program_folder) {
-  if (choice == "hid" || choice == "sim") return OurLibrary("kvusb-" + choice, program_folder);
+  if (choice == "hid" || choice == "sim" || choice == "replay")
+    return OurLibrary("kvusb-" + choice, program_folder);
   // Made absolute because a bare name would be looked for on the system's library path.
   std::error_code ignored;
   if (!choice.empty()) return fs::absolute(choice, ignored);

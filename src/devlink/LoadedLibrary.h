@@ -10,9 +10,9 @@
 
 namespace quillon {
 
-// Which file to load: `choice` is the value of QUILLON_KVUSB, a path or `hid` or `sim`; empty means
-// kvusb.dll on Windows where it stands beside the program, else our library over hidapi. Our
-// libraries stand beside the program, or in ../lib/quillon as installed.
+// Which file to load: `choice` is the value of QUILLON_KVUSB, a path, `hid`, `sim` or `replay`;
+// empty means kvusb.dll on Windows where it stands beside the program, else our library over
+// hidapi. Our libraries stand beside the program, or in ../lib/quillon as installed.
 std::filesystem::path ChooseLibrary(const std::string& choice,
                                     const std::filesystem::path& program_folder);
 

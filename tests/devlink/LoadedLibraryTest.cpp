@@ -111,6 +111,7 @@ TEST(LoadedLibrary, TheChoiceNamesTheFile) {
   fs::create_directories(bin);
 
   EXPECT_EQ(ChooseLibrary("sim", built), built / "libkvusb-sim.so");
+  EXPECT_EQ(ChooseLibrary("replay", built), built / "libkvusb-replay.so");
   EXPECT_EQ(ChooseLibrary("hid", built), built / "libkvusb-hid.so") << "beside the program first";
   EXPECT_EQ(ChooseLibrary("sim", bin).lexically_normal(), root / "lib/quillon/libkvusb-sim.so");
   // Simulated boards only ever on request, and the vendor's file only on Windows.

@@ -24,7 +24,7 @@ OwnFolders::OwnFolders() {
     setenv(name, folder.c_str(), 1);
   }
   for (const char* name : {"QUILLON_KVUSB", "QUILLON_TRACE", "QUILLON_SIM_RIG", "QUILLON_SIM_STATE",
-                           "QUILLON_SIM_LATENCY_US", "QUILLON_FIRMWARE_DIR"}) {
+                           "QUILLON_SIM_LATENCY_US", "QUILLON_REPLAY", "QUILLON_FIRMWARE_DIR"}) {
     unsetenv(name);
   }
 }

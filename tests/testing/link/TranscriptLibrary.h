@@ -1,14 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <cstddef>
 #include <source_location>
-#include <string>
 #include <string_view>
-#include <vector>
 
 #include "devlink/HidLibrary.h"
-#include "kvusb/trace/TraceText.h"
+#include "kvusb/trace/TracePlayer.h"
 
 namespace quillon::testing {
 
@@ -44,18 +41,12 @@ class TranscriptLibrary : public HidLibrary {
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
 
  private:
-  // The transcript's entry for a call, null where it does not fit. Nothing fits after that: one
-  // call too many or too few shifts all that follow, and only the first difference tells something.
-  const TraceEntry* Next(const TraceEntry& got);
-  void CheckAllCame();
-  void Fail(const std::string& message);
-  std::uint32_t IndexOf(const DeviceRecord& record);
+  // What the program did, passed on; the first difference fails the test.
+  const TraceEntry* Judged(const TraceEntry* entry);
 
   std::source_location where_;
-  std::vector<TraceEntry> entries_;
-  std::size_t next_ = 0;
-  bool lost_ = false;
-  const DeviceRecord* first_ = nullptr;
+  TracePlayer player_{"transcript"};
+  bool failed_ = false;
 };
 
 }  // namespace quillon::testing

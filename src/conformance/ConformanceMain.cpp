@@ -1,0 +1,108 @@
+// SPDX-License-Identifier: MIT
+#include "conformance/ConformanceMain.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "conformance/Checks.h"
+#include "conformance/DepartureChecks.h"
+#include "conformance/Options.h"
+#include "devlink/DeviceText.h"
+#include "devlink/LoadedLibrary.h"
+
+namespace quillon {
+namespace {
+
+using namespace conformance;
+
+void ListBoards(Subject& subject, std::ostream& out) {
+  out << "Looking for boards\n" << std::flush;
+  subject.Detect();
+  const Problem problem = subject.Library().DescribeProblem(nullptr);
+  if (problem.kind != KVUSB_PROBLEM_NONE) out << "Problem: " << ShownText(problem.sentence) << '\n';
+  if (subject.Boards().empty()) out << "  none\n";
+  for (std::size_t i = 0; i < subject.Boards().size(); ++i) {
+    const FoundBoard& board = subject.Boards()[i];
+    const DeviceRecord& record = *board.record;
+    out << "  " << i + 1 << "  " << HexWord(record.product_id, 4) << " version "
+        << HexWord(record.version, 4) << ' ' << TypeName(board.type) << "  "
+        << ShownText(record.product_text) << " | " << ShownText(record.manufacturer) << " | "
+        << ShownText(record.serial_number) << '\n';
+    if (board.problem.kind != KVUSB_PROBLEM_NONE)
+      out << "     " << ShownText(board.problem.sentence) << '\n';
+  }
+}
+
+// The boards that the first detection found, lest a check has nothing to do because the boards were
+// lost on the way there.
+using Keys = std::vector<std::string>;
+
+void Run(const std::vector<Check>& checks, const Keys& boards, Subject& subject, Report& report) {
+  for (const Check& check : checks) {
+    report.Begin(check.name);
+    Findings findings;
+    subject.Refresh();
+    if (subject.Keys() != boards)
+      findings.Expect(false, "Before this check a detection found other boards than the first.");
+    check.run(subject, findings);
+    report.End(findings);
+  }
+}
+
+Keys AllFound(Subject& subject) {
+  subject.Refresh();
+  return subject.Keys();
+}
+
+std::string Median(std::vector<Clock::duration> times) {
+  if (times.empty()) return "not measured";
+  const auto middle = times.begin() + static_cast<std::ptrdiff_t>(times.size() / 2);
+  std::nth_element(times.begin(), middle, times.end());
+  char text[32] = "";
+  std::snprintf(text, sizeof text, "%.3f ms",
+                std::chrono::duration<double, std::milli>(*middle).count());
+  return text;
+}
+
+}  // namespace
+
+int ConformanceMain(std::span<const std::string> arguments,
+                    const std::filesystem::path& program_folder, const ConformanceIo& io) {
+  const auto parsed = ParseOptions(arguments);
+  if (const auto* wrong = std::get_if<std::string>(&parsed)) {
+    io.err << "kvusb-conformance: " << *wrong << " See kvusb-conformance --help.\n";
+    return kNothingExamined;
+  }
+  const auto& options = std::get<Options>(parsed);
+  if (options.help) {
+    io.out << kHelp;
+    return kPromisesKept;
+  }
+  const auto file = ChooseLibrary(options.library, program_folder);
+  io.out << "Library " << file.string() << '\n' << std::flush;
+  auto loaded = Subject::Load(file);
+  if (const auto* reason = std::get_if<std::string>(&loaded)) {
+    io.err << *reason << '\n';
+    return kNothingExamined;
+  }
+  const auto& subject = std::get<std::unique_ptr<Subject>>(loaded);
+  Report report(io.out);
+  Times times;
+  if (subject->SetHandler() != nullptr) subject->ListenForEvents(true);
+  ListBoards(*subject, io.out);
+  const Keys boards = subject->Keys();
+  for (const auto& checks : {DetectionChecks(times), ExchangeChecks(times), ClosingChecks(times),
+                             ProblemChecks(), MisuseChecks()}) {
+    Run(checks, boards, *subject, report);
+  }
+  for (const Check& check : DepartureChecks(options, io))
+    Run({check}, AllFound(*subject), *subject, report);
+  Run({EventCheck()}, AllFound(*subject), *subject, report);
+  io.out << "Detection of all types: " << Median(times.detections)
+         << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
+  if (boards.empty()) io.out << "There was no board to try most promises on.\n";
+  report.Finish();
+  return report.HasFailed() ? kPromisesBroken : kPromisesKept;
+}
+
+}  // namespace quillon

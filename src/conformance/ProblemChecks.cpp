@@ -1,0 +1,97 @@
+// SPDX-License-Identifier: MIT
+#include <algorithm>
+#include <array>
+#include <cctype>
+#include <string>
+
+#include "conformance/Checks.h"
+
+namespace quillon::conformance {
+namespace {
+
+constexpr std::uint32_t kMostBytes = 64;
+constexpr char kUnwritten = '\x7E';
+
+void ExpectText(Subject& subject, const DeviceRecord* record, const std::string& name,
+                Findings& findings) {
+  for (std::uint32_t size = 1; size <= kMostBytes; ++size) {
+    std::array<char, kMostBytes + 16> text{};
+    text.fill(kUnwritten);
+    const std::int32_t kind = subject.Describe()(record, text.data(), size);
+    const auto limit = text.begin() + static_cast<std::ptrdiff_t>(size);
+    const std::string where = name + ", a text of " + std::to_string(size) + " bytes: ";
+    findings.Expect(std::all_of(limit, text.end(), [](char c) { return c == kUnwritten; }),
+                    where + "bytes behind it were written.");
+    findings.Expect(std::find(text.begin(), limit, '\0') != limit, where + "no zero byte.");
+    if (kind == KVUSB_PROBLEM_NONE)
+      findings.Expect(text[0] == '\0', where + "no problem, but a text.");
+    else if (size == kMostBytes)
+      findings.Expect(text[0] != '\0', where + "a problem, but no text.");
+  }
+}
+
+void ProblemsAreTexts(Subject& subject, Findings& findings) {
+  if (subject.Describe() == nullptr) return findings.NotTried("there is no DescribeProblem");
+  ExpectText(subject, nullptr, "The library", findings);
+  for (const FoundBoard& board : subject.Boards())
+    ExpectText(subject, board.record, board.name, findings);
+}
+
+// A board that is listed but cannot be used must say so by failing, not by silence.
+void BarredBoardsFail(Subject& subject, Findings& findings) {
+  findings.NotTried("no board is held by another program or forbidden");
+  for (const FoundBoard& board : subject.Boards()) {
+    if (!board.IsBarred()) continue;
+    HidPacket question{};
+    question[kCommandByte] = kIdentityQuery;
+    const Exchange exchange = subject.Ask(board, question);
+    findings.Expect(!exchange.written && !exchange.answered,
+                    board.name + ": it answers, although it is said to be out of reach.");
+    ExpectInTime(findings, board.name + ": it ", exchange);
+  }
+}
+
+bool HasNumber(const std::string& path, const std::string& tag) {
+  const auto at = path.find(tag);
+  if (at == std::string::npos || path.size() < at + tag.size() + 4) return false;
+  return std::all_of(path.begin() + static_cast<std::ptrdiff_t>(at + tag.size()),
+                     path.begin() + static_cast<std::ptrdiff_t>(at + tag.size() + 4),
+                     [](unsigned char c) { return std::isxdigit(c) != 0; });
+}
+
+void ExpectEvent(const ChangeEvent& event, Findings& findings) {
+  findings.Expect(event.event == KVUSB_EVENT_ARRIVAL || event.event == KVUSB_EVENT_REMOVAL,
+                  "An event has the number " + std::to_string(event.event) + ".");
+  findings.Expect(
+      event.device_type == KVUSB_DEVICE_INTERFACE,
+      "An event is about a device of the type " + std::to_string(event.device_type) + ".");
+  std::string path = event.path;
+  std::transform(path.begin(), path.end(), path.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  findings.Expect(HasNumber(path, "VID_") && HasNumber(path, "PID_"),
+                  "The path of an event names no vendor and product: " + event.path);
+}
+
+// Last of all, because it looks at the events of the whole run.
+void EventsAreWellFormed(Subject& subject, Findings& findings) {
+  if (subject.SetHandler() == nullptr)
+    return findings.NotTried("there is no SetDeviceChangeHandler");
+  findings.Expect(subject.ListenForEvents(false) != 0, "The handler cannot be taken back.");
+  findings.Expect(subject.ListenForEvents(true) != 0, "The handler cannot be set again.");
+  const auto events = subject.Events();
+  for (const ChangeEvent& event : events) ExpectEvent(event, findings);
+  findings.Note(std::to_string(events.size()) + " events came.");
+}
+
+}  // namespace
+
+std::vector<Check> ProblemChecks() {
+  return {
+      {"problems: texts", ProblemsAreTexts},
+      {"problems: boards out of reach", BarredBoardsFail},
+  };
+}
+
+Check EventCheck() { return {"events: what came", EventsAreWellFormed}; }
+
+}  // namespace quillon::conformance

@@ -1,0 +1,121 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <variant>
+#include <vector>
+
+#include "devlink/HidLibrary.h"
+#include "devlink/HidPacket.h"
+#include "devlink/SharedObject.h"
+
+namespace quillon::conformance {
+
+using Clock = std::chrono::steady_clock;
+
+// For which a library may wait for an answer (kvusb.h) and some time for a busy machine.
+inline constexpr Clock::duration kAnswerLimit = std::chrono::milliseconds(3000);
+// For a call that has nothing to wait for.
+inline constexpr Clock::duration kPromptLimit = std::chrono::milliseconds(1000);
+
+// A board that a detection listed.
+struct FoundBoard {
+  DeviceRecord* record = nullptr;
+  std::uint32_t type = 0;
+  std::string name;  // for sentences
+  std::string key;   // the same after every detection; two boards may have the same
+  Problem problem;
+  std::vector<HidPacket> questions;
+
+  // Held by another program, or not allowed to this user: no exchange can succeed.
+  bool IsBarred() const {
+    return problem.kind == KVUSB_PROBLEM_PERMISSION || problem.kind == KVUSB_PROBLEM_IN_USE;
+  }
+  bool CanBeAsked() const { return !IsBarred() && !questions.empty(); }
+};
+
+struct Exchange {
+  bool written = false, answered = false;
+  HidPacket as_written{};  // the buffer after WriteData
+  HidPacket buffer{};      // the buffer after ReadData
+  HidPacket before_read{};
+  Clock::duration write_time{}, read_time{};
+
+  bool IsInTime() const { return write_time < kAnswerLimit && read_time < kAnswerLimit; }
+};
+
+// What a detection did that it must not, by promise, and how long it took.
+struct DetectionFaults {
+  std::vector<std::string> counts, guard, program_bytes;
+  Clock::duration took{};
+};
+
+struct ChangeEvent {
+  std::uint32_t event, device_type;
+  std::string path;
+};
+
+// The library under examination, with the table of the boards that it found last. Distrusts it:
+// what it writes elsewhere than in its records lands in a margin, and a board that it counts but
+// does not write is not listed.
+class Subject {
+ public:
+  // The library, or a sentence that says why it is of no use.
+  static std::variant<std::unique_ptr<Subject>, std::string> Load(
+      const std::filesystem::path& file);
+  ~Subject();
+  Subject(const Subject&) = delete;
+  Subject& operator=(const Subject&) = delete;
+
+  HidLibrary& Library() { return *library_; }
+  DescribeProblemFunction Describe() const { return describe_; }
+  SetDeviceChangeHandlerFunction SetHandler() const { return set_handler_; }
+
+  // Looks for boards of all types in an empty table. The boards and records of before are gone.
+  DetectionFaults Detect();
+  // Closes the boards of the table; their records stay where they are.
+  bool Close();
+  // A clean start for a check: closed and detected again.
+  void Refresh();
+
+  std::vector<FoundBoard>& Boards() { return boards_; }
+  std::vector<std::string> Keys() const;  // sorted
+
+  // Writes and, whatever came of that, reads, as the program does. Byte 64 is another one for the
+  // reading than for the writing, so that a library which copies it shows.
+  Exchange Ask(const FoundBoard& board, const HidPacket& question);
+  std::int32_t Write(const FoundBoard& board, HidPacket& packet, Clock::duration& took);
+  bool Read(const FoundBoard& board, HidPacket& packet, Clock::duration& took);
+
+  // Events that came since the handler was set.
+  std::vector<ChangeEvent> Events();
+  std::int32_t ListenForEvents(bool listen);
+
+ private:
+  Subject(std::unique_ptr<HidLibrary> library, const std::filesystem::path& file);
+
+  std::size_t DetectType(std::size_t base, std::uint32_t type, DetectionFaults& faults);
+  void Describe(std::size_t first, std::size_t last, std::uint32_t type);
+  static void KVUSB_CALL OnChange(std::uint32_t event, std::uint32_t type, const char* path,
+                                  void* context);
+
+  std::mutex mutex_;
+  std::vector<ChangeEvent> events_;
+  std::vector<DeviceRecord> table_;
+  std::vector<FoundBoard> boards_;
+  SharedObject object_;  // for what HidLibrary does not show
+  DescribeProblemFunction describe_;
+  SetDeviceChangeHandlerFunction set_handler_;
+  std::unique_ptr<HidLibrary> library_;
+};
+
+// What a board of the type runs, in a word.
+std::string TypeName(std::uint32_t type);
+std::string HexWord(unsigned value, int digits);
+
+}  // namespace quillon::conformance

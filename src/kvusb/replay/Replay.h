@@ -1,0 +1,49 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <string>
+
+#include "kvusb/kvusb.h"
+#include "kvusb/trace/TracePlayer.h"
+
+namespace quillon {
+
+// A session recorded with QUILLON_TRACE behind the four functions of kvusb.h, as a class. The
+// methods have the arguments, results and effects written there, and take null pointers as a
+// failure. After the first call that differs from the session, every call fails.
+//
+// Events are not in a trace, but what a program does upon them is: it closes its boards and looks
+// for them again. When that comes next, an arrival is reported from inside the call before, so that
+// the program does again what it did then.
+class Replay {
+ public:
+  explicit Replay(const std::filesystem::path& trace);
+
+  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type);
+  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet);
+  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet);
+  std::int32_t Close(std::uint32_t count, const DeviceRecord* first);
+  void SetChangeHandler(DeviceChangeHandler handler, void* context);
+
+  // Why nothing can be played, where the program left the trace, or that the trace has ended, as a
+  // sentence on one line; empty while there is more to play.
+  std::string Problem() const;
+
+ private:
+  // A call was answered.
+  void Advance();
+  void ReportRedetection();
+
+  std::string file_;
+  std::string unplayable_;
+  std::size_t calls_ = 0;
+  TracePlayer player_{"trace"};
+  bool redetection_due_ = false;
+  DeviceChangeHandler handler_ = nullptr;
+  void* context_ = nullptr;
+};
+
+}  // namespace quillon
