@@ -119,7 +119,9 @@ boot() {
     -append 'console=ttyS0 loglevel=3 panic=-1 rdinit=/init' </dev/null
 }
 
-[[ $# -gt 0 ]] || set -- "$bin/kvusb-conformance" "$bin/libkvusb-hid.so"
+# The rig has a board that leaves the bus at this command.
+[[ $# -gt 0 ]] ||
+  set -- "$bin/kvusb-conformance" --restart --vanish 1010:22 "$bin/libkvusb-hid.so"
 fetch_all
 make_root "$@"
 start=$SECONDS

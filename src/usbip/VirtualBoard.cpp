@@ -39,7 +39,9 @@ void VirtualBoard::Receive(std::span<const std::uint8_t> bytes, Time now) {
 
 void VirtualBoard::Handle(const Unlink& unlink, Time) {
   std::size_t taken_back = 0;
-  for (Transfers& transfers : waiting_) taken_back += std::erase(transfers, unlink.victim);
+  for (Transfers& transfers : waiting_)
+    taken_back += std::erase_if(
+        transfers, [&](const Transfer& transfer) { return transfer.number == unlink.victim; });
   const auto answer = UnlinkAnswer(unlink.number, taken_back > 0 ? kUnlinked : kDone);
   output_.insert(output_.end(), answer.begin(), answer.end());
 }
@@ -53,7 +55,7 @@ void VirtualBoard::Handle(const Submit& submit, Time now) {
   const std::size_t interface = submit.endpoint - 1;
   const bool exists = interface < interfaces.size();
   if (exists && submit.in)
-    waiting_[interface].push_back(submit.number);
+    waiting_[interface].push_back({submit.number, submit.length});
   else if (exists && interfaces[interface].configuration)
     FinishOut(submit, TakeReport(submit.data, now));
   else
@@ -113,7 +115,9 @@ bool VirtualBoard::AnswerIsWaitedFor() const {
 void VirtualBoard::Deliver(Time now) {
   while (AnswerIsWaitedFor() && answers_.front().due <= now) {
     Transfers& transfers = waiting_.at(ConfigurationInterface());
-    const auto answer = InAnswer(transfers.front(), kDone, answers_.front().data);
+    Bytes& data = answers_.front().data;
+    data.resize(std::min<std::size_t>(data.size(), transfers.front().room));
+    const auto answer = InAnswer(transfers.front().number, kDone, data);
     output_.insert(output_.end(), answer.begin(), answer.end());
     transfers.pop_front();
     answers_.pop_front();

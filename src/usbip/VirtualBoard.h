@@ -56,7 +56,10 @@ class VirtualBoard {
     Time due;
     Bytes data;
   };
-  using Transfers = std::deque<std::uint32_t>;  // the numbers of those that wait for data
+  struct Transfer {
+    std::uint32_t number, room;
+  };
+  using Transfers = std::deque<Transfer>;  // those that wait for data
 
   void Handle(const Submit& submit, Time now);
   void Handle(const Unlink& unlink, Time now);
