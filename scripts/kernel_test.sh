@@ -11,7 +11,7 @@ shift
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/packages.sh
 
-kLimit=120 # seconds, for all that happens in the machine
+kLimit=240 # seconds, for all that happens in the machine; a run of the conformance test takes 60
 kModules=(hid-generic usbhid vhci-hcd)
 
 folder=build/kernel

@@ -26,8 +26,9 @@ inline constexpr std::size_t kHeaderBytes = 48;
 // No transfer of a HID board comes near; a request that announces more is no request.
 inline constexpr std::uint32_t kMostTransferBytes = 0x10000;
 
-// Statuses of transfers: the kernel's error numbers.
-inline constexpr std::int32_t kDone = 0, kStall = -32, kUnlinked = -104;
+// Statuses of transfers: the kernel's error numbers. kNoDevice is what a host controller reports
+// when nobody is there to acknowledge a packet.
+inline constexpr std::int32_t kDone = 0, kStall = -32, kNoDevice = -71, kUnlinked = -104;
 
 // A transfer that the host wants done.
 struct Submit {

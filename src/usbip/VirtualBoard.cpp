@@ -59,7 +59,7 @@ void VirtualBoard::Handle(const Submit& submit, Time now) {
   else if (exists && interfaces[interface].configuration)
     FinishOut(submit, TakeReport(submit.data, now));
   else
-    FinishOut(submit, false);
+    FinishOut(submit, kStall);
 }
 
 void VirtualBoard::HandleControl(const Submit& submit, Time now) {
@@ -69,7 +69,7 @@ void VirtualBoard::HandleControl(const Submit& submit, Time now) {
   if (outcome.reply == ControlPipe::Reply::kOutputReport) {
     FinishOut(submit, TakeReport(submit.data, now));
   } else if (!submit.in || outcome.reply == ControlPipe::Reply::kStall) {
-    FinishOut(submit, outcome.reply == ControlPipe::Reply::kDone);
+    FinishOut(submit, outcome.reply == ControlPipe::Reply::kDone ? kDone : kStall);
   } else {
     outcome.data.resize(std::min<std::size_t>(outcome.data.size(), submit.length));
     const auto answer = InAnswer(submit.number, kDone, outcome.data);
@@ -77,20 +77,23 @@ void VirtualBoard::HandleControl(const Submit& submit, Time now) {
   }
 }
 
-void VirtualBoard::FinishOut(const Submit& submit, bool taken) {
-  if (!OnBus()) return;
-  const auto answer = OutAnswer(submit.number, taken ? kDone : kStall, taken ? submit.length : 0);
+void VirtualBoard::FinishOut(const Submit& submit, std::int32_t status) {
+  const auto answer = OutAnswer(submit.number, status, status == kDone ? submit.length : 0);
   output_.insert(output_.end(), answer.begin(), answer.end());
 }
 
-bool VirtualBoard::TakeReport(std::span<const std::uint8_t> report, Time now) {
-  if (report.size() != kReportBytes) return false;
+std::int32_t VirtualBoard::TakeReport(std::span<const std::uint8_t> report, Time now) {
+  if (report.size() != kReportBytes) return kStall;
   std::array<std::uint8_t, 1 + kReportBytes> request{};
   std::ranges::copy(report, request.begin() + 1);
   const sim::WiredBoard::Outcome outcome = wired_.Take(request);
-  if (outcome.delivery == Delivery::kVanished) Unplug();
-  if (outcome.delivery == Delivery::kVanished || outcome.delivery == Delivery::kNotTaken)
-    return false;
+  if (outcome.delivery == Delivery::kNotTaken) return kStall;
+  if (outcome.delivery == Delivery::kVanished) {
+    // As on a cable that is pulled. The kernel takes a board's interfaces away one by one, and none
+    // while a transfer to another is under way: without an answer that would take it 5 s.
+    Unplug();
+    return kNoDevice;
+  }
   busy_until_ = std::max(busy_until_, now) + outcome.busy;
   if (outcome.delivery == Delivery::kAnswer) {
     if (answers_.size() == kMostAnswers) answers_.pop_front();
@@ -99,7 +102,7 @@ bool VirtualBoard::TakeReport(std::span<const std::uint8_t> report, Time now) {
                          outcome.answer.begin() + static_cast<std::ptrdiff_t>(outcome.bytes)}});
   }
   if (outcome.restart && !leaves_at_) leaves_at_ = busy_until_ + kFarewell;
-  return true;
+  return kDone;
 }
 
 std::size_t VirtualBoard::ConfigurationInterface() const {

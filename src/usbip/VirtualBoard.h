@@ -44,7 +44,7 @@ class VirtualBoard {
   // When there is something to do next, if ever without a word from the host.
   std::optional<Time> NextStep() const;
 
-  // What is to be sent to the host.
+  // What is to be sent to the host, also before it is told that the board is off the bus.
   Bytes TakeOutput() { return std::exchange(output_, {}); }
 
   // Somebody took the board off the bus; it does not come back.
@@ -64,9 +64,9 @@ class VirtualBoard {
   void Handle(const Submit& submit, Time now);
   void Handle(const Unlink& unlink, Time now);
   void HandleControl(const Submit& submit, Time now);
-  // Whether the board took the report; otherwise the transfer fails or, with the board, vanishes.
-  bool TakeReport(std::span<const std::uint8_t> report, Time now);
-  void FinishOut(const Submit& submit, bool taken);
+  // The status of the transfer that brought the report.
+  std::int32_t TakeReport(std::span<const std::uint8_t> report, Time now);
+  void FinishOut(const Submit& submit, std::int32_t status);
   void Deliver(Time now);
   void ComeBack();
   std::size_t ConfigurationInterface() const;

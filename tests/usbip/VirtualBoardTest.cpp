@@ -210,7 +210,7 @@ TEST(VirtualBoard, LetsGoWrongWhatTheRigSays) {
       {FaultKind::kShortAnswer, 3,
        Joined(AnswerBytes(2, 0, 64), AnswerBytes(1, 0, 3, {6, 1, 0x10})), true},
       {FaultKind::kShortAnswer, 0, Joined(AnswerBytes(2, 0, 64), AnswerBytes(1, 0, 0)), true},
-      {FaultKind::kVanish, 0, {}, false},
+      {FaultKind::kVanish, 0, AnswerBytes(2, 0xFFFFFFB9, 0), false},
   };
   for (const auto& [kind, value, expected, stays] : cases) {
     sim::BoardSpec spec = Spi();
