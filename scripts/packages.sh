@@ -7,7 +7,7 @@
 declare -rA kPackages=(
   [build]='g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev pkg-config libhidapi-dev libudev-dev'
   [test]='umockdev libumockdev-dev'
-  [kernel]='qemu-system-x86 busybox-static cpio kmod'
+  [kernel]='qemu-system-x86 cpio kmod'
   [qt]='qt6-base-dev fonts-dejavu-core'
   [wayland]='qt6-wayland'
   [screen]='xvfb xauth'
@@ -21,7 +21,7 @@ declare -rA kPackages=(
 declare -rA kPrograms=(
   [build]='g++ cmake ninja ccache pkg-config'
   [test]='umockdev-wrapper'
-  [kernel]='qemu-system-x86_64 busybox cpio depmod'
+  [kernel]='qemu-system-x86_64 cpio depmod'
   [qt]='qmake6'
   [wayland]=''
   [screen]='xvfb-run xauth'
