@@ -208,9 +208,9 @@ TEST(RealBoards, OneThatMayNotBeOpenedIsShownWithTheReason) {
   EmulatedKernel kernel(LetListen);
   kernel.Add(RigOf(kTwoJoysticks));
   kernel.LetOthersOpen(false);
-  ASSERT_EQ(seteuid(kNobody), 0);
+  ASSERT_EQ(setresuid(kNobody, kNobody, user), 0);
   Program program;
-  ASSERT_EQ(seteuid(user), 0);
+  ASSERT_EQ(setresuid(user, user, user), 0);
   EXPECT_THAT(program.Boards(), ElementsAre(kNone, kFirst, kSecond));
   const auto& model = *program.window.Tree().model();
   const QModelIndex board = model.index(1, 0, model.index(1, 0));

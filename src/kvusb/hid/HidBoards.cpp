@@ -56,7 +56,13 @@ int ReadReport(hid_device* handle, std::span<std::uint8_t> report, Clock::time_p
     errno = 0;
     const int bytes = hid_read_timeout(handle, report.data(), report.size(),
                                        static_cast<int>(std::max<long long>(left.count(), 0)));
-    if (bytes >= 0 || errno != EINTR) return bytes;
+    if (bytes >= 0) return bytes;
+    if (errno == EINTR) continue;
+    if (errno != 0) return -1;
+    // hidapi tells that a board has left before it hands out what the board still said, as one does
+    // that restarts. Without a limit it just reads, which never waits for a board that has left.
+    const int last = hid_read_timeout(handle, report.data(), report.size(), -1);
+    return last > 0 ? last : -1;
   }
 }
 
@@ -73,6 +79,10 @@ OpenedHid OpenHid(const std::string& device) {
   opened.error = file < 0 ? errno : EIO;
   if (file >= 0) close(file);
   return opened;
+}
+
+int MayOpenHid(const std::string& device) {
+  return access(device.c_str(), R_OK | W_OK) == 0 ? 0 : errno;
 }
 
 // A board from its detection until it is closed.
@@ -148,9 +158,7 @@ std::int32_t HidBoards::Detect(std::uint32_t* count, DeviceRecord* first, std::u
   std::uint32_t found = 0;
   for (const HidrawNode& node : nodes_) {
     if (node.type != type) continue;
-    Port& port = PortFor(node);
-    Open(port);
-    Fill(first[found++], node, port);
+    Fill(first[found++], node, PortFor(node));
   }
   if (found == 0) return 0;
   *count = found;
@@ -219,7 +227,8 @@ std::int32_t HidBoards::Describe(const DeviceRecord* record, std::string& text) 
     return KVUSB_PROBLEM_OTHER;
   }
   const Port* const port = PortOf(record);
-  const int error = port == nullptr ? ENODEV : port->open_error;
+  int error = port == nullptr ? ENODEV : port->open_error;
+  if (port != nullptr && !port->handle && error == 0) error = options_.may_open(port->device);
   switch (error) {
     case 0:
       return KVUSB_PROBLEM_NONE;

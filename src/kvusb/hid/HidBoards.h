@@ -32,10 +32,14 @@ struct OpenedHid {
 
 OpenedHid OpenHid(const std::string& device);
 
+// 0, or the errno for which this user could not open the node.
+int MayOpenHid(const std::string& device);
+
 struct HidOptions {
   std::filesystem::path sys = "/sys";
   // Seams for tests, which run as root and do not want to wait.
   std::function<OpenedHid(const std::string& device)> open = OpenHid;
+  std::function<int(const std::string& device)> may_open = MayOpenHid;
   std::chrono::milliseconds answer_limit{2000};
   std::chrono::milliseconds erase_limit{10000};
 };
@@ -43,10 +47,11 @@ struct HidOptions {
 // The boards on the machine's USB, behind the four functions of kvusb.h, as a class. The methods
 // have the arguments, results and effects written there, and take null pointers as a failure.
 //
-// Detection lists boards from what the kernel tells everyone and opens each: one that may not be
-// opened is listed all the same, and DescribeProblem() says why it does not work. A record is
-// recognised by a mark and a number in library_a; the number is the board's from its first
-// detection until it is closed, so a record from before is dead.
+// Detection lists boards from what the kernel tells everyone and opens none: that takes the kernel
+// 50 ms for each board on USB, so it waits for the first exchange. A board that may not be opened
+// is listed all the same, and DescribeProblem() says why it does not work. A record is recognised
+// by a mark and a number in library_a; the number is the board's from its first detection until it
+// is closed, so a record from before is dead.
 class HidBoards {
  public:
   explicit HidBoards(HidOptions options = {});

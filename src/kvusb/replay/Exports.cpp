@@ -6,9 +6,9 @@
 //
 // The variable is read at the first call. With a trace that cannot be played there are no boards;
 // DescribeProblem(NULL) says why, and later where the program left the trace.
-#include <algorithm>
+#include "kvusb/Exports.h"
+
 #include <cstdlib>
-#include <cstring>
 #include <string>
 
 #include "kvusb/kvusb.h"
@@ -23,28 +23,6 @@ Replay& TheReplay() {
     return file == nullptr ? "" : file;
   }());
   return replay;
-}
-
-// Cuts a text to `size` bytes with its zero, and never inside a character.
-void CopyText(const std::string& from, char* to, std::uint32_t size) {
-  if (to == nullptr || size == 0) return;
-  std::size_t length = std::min<std::size_t>(from.size(), size - 1);
-  const auto continues = [&](std::size_t at) {
-    return at < from.size() && (static_cast<unsigned char>(from[at]) & 0xC0) == 0x80;
-  };
-  while (length > 0 && continues(length)) --length;
-  std::memcpy(to, from.data(), length);
-  to[length] = '\0';
-}
-
-// Runs the call; an exception ends here, as the given result.
-template <typename Call>
-std::int32_t Guarded(std::int32_t failure, Call call) noexcept {
-  try {
-    return call();
-  } catch (...) {
-    return failure;
-  }
 }
 
 }  // namespace

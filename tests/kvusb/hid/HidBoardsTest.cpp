@@ -121,19 +121,39 @@ TEST(HidBoards, FiftyBoardsAnswerEachForItself) {
   EXPECT_EQ(serials.size(), 50U);
 }
 
-TEST(HidBoards, ThousandReDetectionsAndPlugsLeaveNoHandleOpen) {
+TEST(HidBoards, OpenedOnceByTheirFirstExchangeAndNotByDetection) {
+  int opened = 0;
+  HidOptions options;
+  options.open = [&](const std::string& device) {
+    ++opened;
+    return OpenHid(device);
+  };
+  HidBench bench("{\"id\": \"a\", " + kJoystick + "}, {\"id\": \"b\", " + kJoystick + "}", options);
+  EXPECT_EQ(opened, 0);
+  bench.Ask(kReadHat);
+  bench.Ask(kReadAnalog);
+  bench.Detect();
+  bench.Ask(kReadHat);
+  EXPECT_EQ(opened, 1);
+}
+
+TEST(HidBoards, ThousandReDetectionsLeaveNoHandleOpen) {
   HidBench bench("{\"id\": \"a\", " + kJoystick + "}, {\"id\": \"b\", " + kJoystick + "}");
   ASSERT_EQ(bench.count, 2U);
   const std::size_t files = OpenFiles();
   for (int i = 0; i < 1000; ++i) {
+    ASSERT_THAT(bench.Ask(kReadHat, 1, static_cast<std::size_t>(i) % 2), ElementsAre(0x13));
     ASSERT_NE(bench.Close(), 0);
     ASSERT_EQ(bench.Detect(), 2U);
   }
   EXPECT_EQ(OpenFiles(), files);
   // Nobody closes what has left.
+  bench.Ask(kReadHat, 1, 1);
+  EXPECT_GT(OpenFiles(), files);
   bench.kernel.Unplug(1);
+  const std::size_t unplugged = OpenFiles();
   EXPECT_EQ(bench.Detect(), 1U);
-  EXPECT_LT(OpenFiles(), files);
+  EXPECT_LT(OpenFiles(), unplugged);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <linux/hidraw.h>
 #include <sys/ioctl.h>
+#include <sys/syscall.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -141,12 +142,14 @@ void EmulatedHid::Send(std::span<const std::uint8_t> report) const {
     std::perror("EmulatedHid: a report is lost");
 }
 
+// By bare system calls: umockdev takes the terminal for the node.
 bool EmulatedHid::IsFetched() const {
-  const int slave = open(Terminal().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC);
+  const int slave = static_cast<int>(
+      syscall(SYS_openat, AT_FDCWD, Terminal().c_str(), O_RDWR | O_NOCTTY | O_CLOEXEC));
   if (slave < 0) return true;
   int waiting = 0;
-  const bool known = ioctl(slave, FIONREAD, &waiting) == 0;
-  close(slave);
+  const bool known = syscall(SYS_ioctl, slave, FIONREAD, &waiting) == 0;
+  syscall(SYS_close, slave);
   return !known || waiting == 0;
 }
 

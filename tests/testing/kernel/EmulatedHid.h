@@ -48,6 +48,8 @@ class EmulatedHid {
   EmulatedHid& operator=(const EmulatedHid&) = delete;
 
   const std::string& Device() const { return device_; }
+  // The file that umockdev opens in the place of Device().
+  std::string Terminal() const;
 
   void Send(std::span<const std::uint8_t> report) const;
   // Whether the host has fetched all that was sent.
@@ -56,7 +58,6 @@ class EmulatedHid {
   void HangUp();
 
  private:
-  std::string Terminal() const;
   static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
   static gboolean OnWrite(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
 

@@ -214,7 +214,8 @@ std::string EmulatedKernel::Device(std::size_t board) const {
 }
 
 void EmulatedKernel::LetOthersOpen(bool may) {
-  chmod((usb_->Root() / "dev").c_str(), may ? 0755 : 0700);
+  for (const auto& place : places_)
+    if (place->device) chmod(place->configuration->Terminal().c_str(), may ? 0666 : 0600);
   // umockdev's own sockets; it gives up where it cannot reach one.
   for (const auto& entry : std::filesystem::recursive_directory_iterator(usb_->Root() / "ioctl"))
     chmod(entry.path().c_str(), 0777);

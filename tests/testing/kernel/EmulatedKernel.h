@@ -50,7 +50,7 @@ class EmulatedKernel {
   // The file of a plugged board's configuration interface, as "/dev/hidraw3".
   std::string Device(std::size_t board) const;
 
-  // Whether anyone but the owner of this process may open the boards' files.
+  // Whether anyone but the owner of this process may open the files of the boards plugged in now.
   void LetOthersOpen(bool may);
 
   // A report that nobody asked for, or asked for long ago.
