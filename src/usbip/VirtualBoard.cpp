@@ -13,9 +13,8 @@ using Delivery = sim::WiredBoard::Delivery;
 constexpr std::size_t kReportBytes = 64;
 constexpr std::size_t kMostAnswers = 64;  // that nobody fetches
 
-// A host that is told that a device is gone may drop what it just received, so a board that
-// restarts waits until its answer must have been read.
-constexpr std::chrono::milliseconds kFarewell{100};
+// How long a board that restarts waits for a host that does not fetch its answer.
+constexpr std::chrono::milliseconds kPatience{100};
 
 }  // namespace
 
@@ -101,7 +100,7 @@ std::int32_t VirtualBoard::TakeReport(std::span<const std::uint8_t> report, Time
                         {outcome.answer.begin(),
                          outcome.answer.begin() + static_cast<std::ptrdiff_t>(outcome.bytes)}});
   }
-  if (outcome.restart && !leaves_at_) leaves_at_ = busy_until_ + kFarewell;
+  if (outcome.restart && !leaves_at_) leaves_at_ = busy_until_ + kPatience;
   return kDone;
 }
 
@@ -125,6 +124,7 @@ void VirtualBoard::Deliver(Time now) {
     transfers.pop_front();
     answers_.pop_front();
   }
+  if (leaves_at_ && answers_.empty()) leaves_at_ = std::min(*leaves_at_, now);
 }
 
 void VirtualBoard::Advance(Time now) {
