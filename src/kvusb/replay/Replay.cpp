@@ -104,7 +104,7 @@ std::int32_t Replay::Close(std::uint32_t count, const DeviceRecord* first) {
   if (count > 0 && first == nullptr) return 0;
   if (!unplayable_.empty()) return count == 0 ? 1 : 0;
   const TraceEntry* entry = player_.Close(count);
-  if (entry == nullptr) return 0;
+  if (entry == nullptr) return 1;
   Advance();
   return entry->result;
 }

@@ -13,7 +13,8 @@ namespace quillon {
 
 // A session recorded with QUILLON_TRACE behind the four functions of kvusb.h, as a class. The
 // methods have the arguments, results and effects written there, and take null pointers as a
-// failure. After the first call that differs from the session, every call fails.
+// failure. After the first call that differs from the session, every call fails, but for closing:
+// there is nothing left to close.
 //
 // Events are not in a trace, but what a program does upon them is: it closes its boards and looks
 // for them again. When that comes next, an arrival is reported from inside the call before, so that

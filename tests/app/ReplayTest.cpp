@@ -1,0 +1,66 @@
+// SPDX-License-Identifier: MIT
+//
+// A trace that a user sent in, played against the real program.
+#include <gmock/gmock.h>
+
+#include <QLabel>
+#include <fstream>
+#include <sstream>
+
+#include "app/CProblemLine.h"
+#include "app/MainBench.h"
+#include "devlink/LoadedLibrary.h"
+#include "devlink/TracedLibrary.h"
+#include "pages/common/CPageSet.h"
+#include "pages/common/CSettingsPage.h"
+#include "testing/OwnFolders.h"
+#include "testing/link/SimLibrary.h"
+#include "testing/pages/PageBench.h"
+#include "widgets/CGridCtrl.h"
+
+namespace quillon::testing {
+namespace {
+
+// What the user did: started, and retrieved the analog channels of the first board.
+CSettingsPage& RetrieveAnalog(MainBench& bench) {
+  bench.window.Initialise();
+  CSettingsPage* const page = bench.window.ShownPageSet()->Page(1);
+  page->Retrieve();
+  return *page;
+}
+
+std::string Shown(const CSettingsPage& page) {
+  std::string rows;
+  for (int row = 1; row < Grid(page).Rows(); ++row) rows += RowText(Grid(page), row) + '\n';
+  return rows + OriginOf(page).toStdString();
+}
+
+TEST(Replay, ShowsInTheWindowWhatTheUserSawAndWhereTheProgramLeavesTheTrace) {
+  const std::string file = OwnFolders::Root() / "trace.txt";
+  std::string seen;
+  {
+    sim::Bus bus(sim::DefaultRig(), {.latency = {}});
+    bus.Find("joystick-1")->Block("analog_a")[0] ^= 0x01;
+    SimLibrary boards(bus);
+    std::ofstream trace(file);
+    TracedLibrary traced(boards, trace, [] { return 0.0; });
+    MainBench bench(traced);
+    seen = Shown(RetrieveAnalog(bench));
+  }
+  qputenv("QUILLON_REPLAY", QByteArray::fromStdString(file));
+  const auto library = std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(REPLAY_LIBRARY));
+  MainBench bench(*library);
+  CSettingsPage& page = RetrieveAnalog(bench);
+  EXPECT_EQ(Shown(page), seen);
+  EXPECT_THAT(seen, ::testing::HasSubstr("Retrieved from"));
+
+  page.Update();
+  bench.window.Redetect();
+  std::string problem;
+  for (const auto* const label : bench.window.findChild<CProblemLine*>()->findChildren<QLabel*>())
+    problem += label->text().toStdString();
+  EXPECT_THAT(problem, ::testing::HasSubstr("trace")) << "which the user's program did not send";
+}
+
+}  // namespace
+}  // namespace quillon::testing
