@@ -11,8 +11,9 @@
  * Threads: all calls come from one thread, one at a time. No exception crosses the interface.
  *
  * Blocking: DetectHID and CloseDevices return in milliseconds. WriteData blocks until the board has
- * taken the report (about 1 ms). ReadData blocks until the answer is there: about 1 ms for most
- * commands, seconds for an erase; the library gives up by itself (2 s, 10 s for an erase).
+ * taken the report (about 1 ms; the first one to a board may have to open it, which takes up to a
+ * tenth of a second). ReadData blocks until the answer is there: about 1 ms for most commands,
+ * seconds for an erase; the library gives up by itself (2 s, 10 s for an erase).
  */
 #ifndef QUILLON_KVUSB_KVUSB_H_
 #define QUILLON_KVUSB_KVUSB_H_
