@@ -155,6 +155,14 @@ void MeasureGrowth(HidLibrary& library, int cycles) {
       std::exit(1);
   };
   DeviceTable table;
+  // A board is opened for its first exchange.
+  const auto ask_all = [&] {
+    for (DeviceRecord& record : table.Boards()) {
+      HidPacket packet{};
+      packet[kCommandByte] = kReadHat;
+      if (!SendPacket(library, record, packet)) std::exit(1);
+    }
+  };
   long files = 0, memory = 0;
   const int warm_up = cycles / 10;
   for (int i = 0; i < warm_up + cycles; ++i) {
@@ -165,9 +173,11 @@ void MeasureGrowth(HidLibrary& library, int cycles) {
     tell("unplug 0\n");
     Detect(library, table);
     if (table.Count() != 1) std::exit(1);
+    ask_all();
     tell("plug 0\n");
     Detect(library, table);
     if (table.Count() != 2) std::exit(1);
+    ask_all();
   }
   std::printf("%d plugs and unplugs: %ld open files more, %ld KiB more\n", cycles,
               OpenFiles() - files, Memory() - memory);

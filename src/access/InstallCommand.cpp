@@ -33,13 +33,15 @@ std::string QuotedLines(std::string_view text) {
   return words;
 }
 
-// The rule appears whole or not at all, and in place of a link rather than behind it. The uaccess
-// tag is acted on for "change", too. Waiting for udev may fail without harm.
+// The rule appears whole or not at all, and in place of a link rather than behind it. A file that
+// stands there may be an administrator's own work and is kept, under a name that udev passes over.
+// The uaccess tag is acted on for "change", too. Waiting for udev may fail without harm.
 std::string Script() {
   const std::string folder(kRuleFolder);
   const std::string file = folder + '/' + std::string(kRuleFile);
   return "umask 022 && mkdir -p " + folder + " && printf '%s\\n'" + QuotedLines(RuleText()) +
-         " > " + file + ".new && mv -f " + file + ".new " + file +
+         " > " + file + ".new && { [ ! -f " + file + " ] || ln -f " + file + ' ' + file +
+         ".old; } && mv -f " + file + ".new " + file +
          " && udevadm control --reload"
          " && udevadm trigger --subsystem-match=hidraw --action=change || exit 1;"
          " udevadm settle --timeout=10 || :";

@@ -126,8 +126,10 @@ QString Advise(const FoundRule& rule) {
           .arg(file);
     case RuleState::kCurrent:
       return Tr("The udev rule that lets whoever sits at this computer open the boards is "
-                "installed (%1). Unplug the boards and plug them in again. If you are logged in "
-                "from another computer, the rule does not apply to you.")
+                "installed (%1). Unplug the boards and plug them in again. It does not apply to "
+                "you "
+                "while you are logged in from another computer, or while somebody else's session "
+                "is on the screen.")
           .arg(file);
     case RuleState::kMasked:
       return Tr("The udev rule that lets whoever sits at this computer open the boards is turned "
@@ -250,7 +252,8 @@ void CProblemLine::OnInstallEnded(const ElevatedResult& result) {
 void CProblemLine::CopyCommand() {
   QGuiApplication::clipboard()->setText(QString::fromStdString(CopyableCommand()));
   SetText(*outcome_,
-          tr("The command is in the clipboard. Paste it into a terminal, then refresh here."));
+          tr("The command is in the clipboard. Paste it into a terminal and run it, then choose "
+             "\"Refresh device list\" in the menu of the tree."));
 }
 
 void CProblemLine::UpdateButtons() {

@@ -30,7 +30,8 @@ std::vector<Check> MisuseChecks();
 std::vector<Check> ClosingChecks(Times& times);
 // The optional functions.
 std::vector<Check> ProblemChecks();
-Check EventCheck();
+// `boards_left` says that boards were made to leave, of which events have to tell.
+Check EventCheck(bool boards_left);
 
 // Sentences that many checks need.
 std::string Asking(const FoundBoard& board, const HidPacket& question);

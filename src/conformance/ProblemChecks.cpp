@@ -73,13 +73,17 @@ void ExpectEvent(const ChangeEvent& event, Findings& findings) {
 }
 
 // Last of all, because it looks at the events of the whole run.
-void EventsAreWellFormed(Subject& subject, Findings& findings) {
+void EventsTellWhatHappened(bool boards_left, Subject& subject, Findings& findings) {
   if (subject.SetHandler() == nullptr)
     return findings.NotTried("there is no SetDeviceChangeHandler");
   findings.Expect(subject.ListenForEvents(false) != 0, "The handler cannot be taken back.");
   findings.Expect(subject.ListenForEvents(true) != 0, "The handler cannot be set again.");
   const auto events = subject.Events();
   for (const ChangeEvent& event : events) ExpectEvent(event, findings);
+  const bool told = std::any_of(events.begin(), events.end(), [](const ChangeEvent& event) {
+    return event.event == KVUSB_EVENT_REMOVAL;
+  });
+  findings.Expect(told || !boards_left, "Boards have left, but no event tells of a removal.");
   findings.Note(std::to_string(events.size()) + " events came.");
 }
 
@@ -92,6 +96,10 @@ std::vector<Check> ProblemChecks() {
   };
 }
 
-Check EventCheck() { return {"events: what came", EventsAreWellFormed}; }
+Check EventCheck(bool boards_left) {
+  return {"events: what came", [boards_left](Subject& subject, Findings& findings) {
+            EventsTellWhatHappened(boards_left, subject, findings);
+          }};
+}
 
 }  // namespace quillon::conformance

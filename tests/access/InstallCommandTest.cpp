@@ -95,14 +95,21 @@ TEST_F(InstallCommand, WritesTheSameThroughPkexecWhateverTheUmask) {
   EXPECT_EQ(fs::status(rule_).permissions(), static_cast<fs::perms>(0644)) << "udev's to read";
 }
 
-TEST_F(InstallCommand, ReplacesWhatIsThereEvenALink) {
+TEST_F(InstallCommand, ReplacesWhatIsThereEvenALinkAndKeepsIt) {
   fs::create_directories(folder_);
-  const fs::path other = OwnFolders::Root() / "other";
+  const fs::path other = OwnFolders::Root() / "other", old = folder_ / "70-quillon.rules.old";
+  std::ofstream(rule_) << "an administrator's";
+  EXPECT_EQ(RunCopied(), 0);
+  EXPECT_EQ(ContentOf(rule_), ContentOf(RULE_SOURCE));
+  EXPECT_EQ(ContentOf(old), "an administrator's");
+
   std::ofstream(other) << "kept";
+  fs::remove(rule_);
   fs::create_symlink(other, rule_);
   EXPECT_EQ(RunCopied(), 0);
   EXPECT_EQ(ContentOf(rule_), ContentOf(RULE_SOURCE));
   EXPECT_EQ(ContentOf(other), "kept");
+  EXPECT_EQ(fs::read_symlink(old), other);
 }
 
 // 126 and 127 are pkexec's own, and mean something else.

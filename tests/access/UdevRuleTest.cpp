@@ -74,6 +74,9 @@ TEST(UdevRule, IsTurnedOffByAnEmptyFileOrALinkToNowhere) {
   fs::create_directories(RuleIn(kEtc).parent_path());
   fs::create_symlink("/dev/null", RuleIn(kEtc));
   ExpectFound(RuleState::kMasked, kEtc);
+  fs::remove(RuleIn(kEtc));
+  fs::create_symlink(RuleIn(kRun), RuleIn(kEtc));
+  ExpectFound(RuleState::kMasked, kEtc);
   // A link to a rule is a rule.
   fs::remove(RuleIn(kEtc));
   fs::create_symlink(RuleIn(kUsr), RuleIn(kEtc));

@@ -185,8 +185,8 @@ TEST(ProblemLine, OffersWhatTheStateOfTheRuleAsksFor) {
        {"&Update udev Rule", "&Copy Command"}},
       {{RuleState::kCurrent, "/etc/r"},
        "The udev rule that lets whoever sits at this computer open the boards is installed "
-       "(/etc/r). Unplug the boards and plug them in again. If you are logged in from another "
-       "computer, the rule does not apply to you.",
+       "(/etc/r). Unplug the boards and plug them in again. It does not apply to you while you are "
+       "logged in from another computer, or while somebody else's session is on the screen.",
        {}},
       {{RuleState::kMasked, "/etc/r"},
        "The udev rule that lets whoever sits at this computer open the boards is turned off by the "
@@ -274,7 +274,8 @@ TEST(ProblemLine, CopiesTheCommand) {
   Button(bench.main.window, "Copy Command").click();
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), CopyableCommand());
   EXPECT_EQ(bench.Outcome(),
-            "The command is in the clipboard. Paste it into a terminal, then refresh here.");
+            "The command is in the clipboard. Paste it into a terminal and run it, then choose "
+            "\"Refresh device list\" in the menu of the tree.");
   EXPECT_THAT(bench.main.access.runs, IsEmpty());
 }
 

@@ -152,7 +152,8 @@ INSTANTIATE_TEST_SUITE_P(
         Broken{"FAILED_READ", "misuse: reading without a request"},
         Broken{"GARBAGE", "misuse: records of garbage"},
         Broken{"RESTART", "leaving: every board restarts"},
-        Broken{"LEAVING", "leaving: board 1500 vanishes"}, Broken{"EVENTS", "events: what came"}),
+        Broken{"LEAVING", "leaving: board 1500 vanishes"}, Broken{"EVENTS", "events: what came"},
+        Broken{"NEWS", "events: what came"}),
     [](const auto& test) { return test.param.promise; });
 
 TEST(Conformance, ExplainsItsCommandLine) {
