@@ -105,7 +105,8 @@ int ConformanceMain(std::span<const std::string> arguments,
          << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
   if (boards.empty()) io.out << "There was no board to try most promises on.\n";
   report.Finish();
-  return report.HasFailed() ? kPromisesBroken : kPromisesKept;
+  if (report.HasFailed()) return kPromisesBroken;
+  return boards.empty() ? kNothingExamined : kPromisesKept;
 }
 
 }  // namespace quillon

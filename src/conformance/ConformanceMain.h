@@ -14,7 +14,7 @@ namespace quillon {
 // Exit statuses of `kvusb-conformance`.
 inline constexpr int kPromisesKept = 0;
 inline constexpr int kPromisesBroken = 1;
-inline constexpr int kNothingExamined = 2;  // wrong usage, or no library that can be loaded
+inline constexpr int kNothingExamined = 2;  // wrong usage, or no library or no board to be had
 
 struct ConformanceIo {
   std::istream& in;  // the person at the boards

@@ -233,7 +233,6 @@ std::int32_t HidBoards::Describe(const DeviceRecord* record, std::string& text) 
     case 0:
       return KVUSB_PROBLEM_NONE;
     case EACCES:
-    case EPERM:
       text = "Linux does not let you open " + port->device + " (" + ReasonOf(error) + ").";
       return KVUSB_PROBLEM_PERMISSION;
     case EBUSY:
