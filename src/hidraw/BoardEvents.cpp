@@ -39,6 +39,8 @@ std::optional<BoardEvent> BoardEvents::Take(const KernelEvent& event) {
                                        : board.first == event.folder;
   });
   if (gone == boards_.end()) return std::nullopt;
+  // A board's nodes go before it, so this one came after a removal that is told late.
+  if (event.subsystem != "hidraw" && read_(gone->second.node)) return std::nullopt;
   return Go(gone);
 }
 

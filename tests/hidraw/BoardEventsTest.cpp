@@ -118,5 +118,16 @@ TEST(BoardEvents, LostEventsAreMadeUpFor) {
   EXPECT_THAT(events.Compare(now), IsEmpty());
 }
 
+TEST(BoardEvents, ARemovalFromBeforeItsBoardCameBackIsNone) {
+  Machine machine({Node("1", kUsb, true)});
+  machine.nodes = {Node("2", kUsb, true)};
+  EXPECT_EQ(machine.events.Compare(machine.nodes).size(), 2U);
+  machine.Tell("remove", "hidraw", kUsb + "/hidraw1");
+  machine.Tell("remove", "usb", kUsb);
+  EXPECT_THAT(machine.told, IsEmpty());
+  machine.Unplug(kUsb);
+  EXPECT_EQ(machine.told.size(), 1U);
+}
+
 }  // namespace
 }  // namespace quillon

@@ -28,6 +28,7 @@ constexpr std::size_t kCommandAt = 4, kFunctionAt = 6;
 
 // hidraw keeps no more than 64 reports for a reader that is late.
 constexpr int kMostStaleReports = 256;
+constexpr std::size_t kMostGivenUp = 64;
 
 // The private bytes of a record: mark and number.
 constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'H', 'I', 'D'};
@@ -35,6 +36,11 @@ constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'H', 'I', 'D'};
 bool IsErase(const std::uint8_t* packet) {
   return packet[kCommandAt] == kErase ||
          (packet[kCommandAt] == kNodeCommand && packet[kFunctionAt] == kErase);
+}
+
+// An answer from behind a node board names the node's function.
+std::uint8_t EchoOf(const std::uint8_t* packet) {
+  return packet[packet[kCommandAt] == kNodeCommand ? kFunctionAt : kCommandAt];
 }
 
 // What is behind the text is zeros.
@@ -91,9 +97,31 @@ struct HidBoards::Port {
   std::string device, hid;
   HidHandle handle;
   int open_error = 0;
-  std::uint8_t command = 0;                   // of the last request
-  milliseconds limit{0};                      // for its answer
-  std::optional<std::uint8_t> late_answer{};  // of a request that was given up
+  std::uint8_t echo = 0;               // with which the last request's answer begins
+  milliseconds limit{0};               // for that answer
+  bool awaited = false;                // which has not been read yet
+  bool unsent = false;                 // the last request did not go out, so it has no answer
+  std::vector<std::uint8_t> given_up;  // echoes of answers that may still come, in this order
+
+  // Sorts out a report: true for an answer to a request that was given up. A board answers in
+  // order, so an answer says that those before it are lost.
+  bool TakeLate(std::uint8_t came) {
+    const auto late = std::ranges::find(given_up, came);
+    if (awaited && came == echo) {
+      // With an earlier request of the same kind it may answer either.
+      if (late == given_up.end()) given_up.clear();
+      return false;
+    }
+    if (late == given_up.end()) return false;
+    given_up.erase(given_up.begin(), late + 1);
+    return true;
+  }
+
+  void GiveUp() {
+    if (!std::exchange(awaited, false)) return;
+    if (given_up.size() == kMostGivenUp) given_up.erase(given_up.begin());
+    given_up.push_back(echo);
+  }
 };
 
 HidBoards::HidBoards(HidOptions options) : options_(std::move(options)) { hid_init(); }
@@ -167,38 +195,42 @@ std::int32_t HidBoards::Detect(std::uint32_t* count, DeviceRecord* first, std::u
 
 std::int32_t HidBoards::Write(const DeviceRecord* record, const std::uint8_t* packet) {
   Port* const port = PortOf(record);
-  if (port == nullptr || packet == nullptr || !Open(*port)) return KVUSB_WRITE_FAILED;
+  if (port == nullptr || packet == nullptr) return KVUSB_WRITE_FAILED;
+  port->unsent = true;
+  if (!Open(*port)) return KVUSB_WRITE_FAILED;
   if (packet[0] != 0) return KVUSB_WRITE_FAILED;  // a report number that the boards do not have
 
   // What is there by now answers an earlier question.
+  port->GiveUp();
   std::array<std::uint8_t, kReportBytes> stale{};
   for (int i = 0; i < kMostStaleReports; ++i) {
     const int bytes = hid_read_timeout(port->handle.get(), stale.data(), stale.size(), 0);
     if (bytes < 0) return KVUSB_WRITE_FAILED;
     if (bytes == 0) break;
-    port->late_answer.reset();
+    // One that names no request, as "failed" does not, answers the oldest.
+    if (!port->TakeLate(stale[0]) && !port->given_up.empty())
+      port->given_up.erase(port->given_up.begin());
   }
   if (hid_write(port->handle.get(), packet, KVUSB_PACKET_BYTES) < 0) return KVUSB_WRITE_FAILED;
-  port->command = packet[kCommandAt];
+  port->unsent = false;
+  port->awaited = true;
+  port->echo = EchoOf(packet);
   port->limit = IsErase(packet) ? options_.erase_limit : options_.answer_limit;
   return KVUSB_OK;
 }
 
 std::int32_t HidBoards::Read(const DeviceRecord* record, std::uint8_t* packet) {
   Port* const port = PortOf(record);
-  if (port == nullptr || packet == nullptr || !Open(*port)) return KVUSB_READ_FAILED;
+  if (port == nullptr || packet == nullptr || port->unsent || !Open(*port))
+    return KVUSB_READ_FAILED;
   const auto deadline = Clock::now() + port->limit;
   std::array<std::uint8_t, kReportBytes> report{};
   for (;;) {
     const int bytes = ReadReport(port->handle.get(), report, deadline);
     if (bytes < 0) return KVUSB_READ_FAILED;
-    if (bytes == 0) {
-      port->late_answer = port->command;
-      return KVUSB_READ_TIMEOUT;
-    }
-    // Given up earlier and come only now, after the next request went out.
-    const auto late = std::exchange(port->late_answer, std::nullopt);
-    if (late && late != port->command && report[0] == *late) continue;
+    if (bytes == 0) return KVUSB_READ_TIMEOUT;
+    if (port->TakeLate(report[0])) continue;
+    port->awaited = false;
     std::copy_n(report.begin(), bytes, packet);
     return KVUSB_OK;
   }

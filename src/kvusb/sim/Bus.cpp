@@ -19,7 +19,8 @@ using std::chrono::microseconds;
 using Delivery = WiredBoard::Delivery;
 
 constexpr microseconds kReadLimit = std::chrono::seconds(2), kEraseLimit = std::chrono::seconds(10);
-constexpr std::uint8_t kErase = 8;
+constexpr std::uint8_t kErase = 8, kNodeCommand = 0x1C;
+constexpr std::size_t kFunctionAt = 6;
 
 // The private bytes of a record: mark, number, id with zeros behind it.
 constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'S', 'I', 'M'};
@@ -30,6 +31,11 @@ constexpr std::size_t kIdBytes = sizeof(DeviceRecord::library_a) - kIdAt;
 void FillText(std::span<char> field, std::string_view text) {
   std::ranges::fill(field, '\0');
   std::ranges::copy(text.substr(0, field.size()), field.begin());
+}
+
+bool IsErase(Request request) {
+  return request[kCommandAt] == kErase ||
+         (request[kCommandAt] == kNodeCommand && request[kFunctionAt] == kErase);
 }
 
 microseconds MachineNow() {
@@ -147,7 +153,7 @@ std::int32_t Bus::Write(const DeviceRecord* record, const std::uint8_t* packet) 
     return KVUSB_WRITE_FAILED;
   }
   slot->pending = outcome;
-  slot->limit = request[kCommandAt] == kErase ? kEraseLimit : kReadLimit;
+  slot->limit = IsErase(request) ? kEraseLimit : kReadLimit;
   return KVUSB_OK;
 }
 

@@ -81,6 +81,52 @@ TEST(HidFaults, ALateAnswerIsNotTakenForTheNextQuestion) {
   EXPECT_EQ(packet[1], 0x22);
 }
 
+TEST(HidFaults, NoneOfSeveralLateAnswersIsTakenForTheNextQuestion) {
+  const Bytes kReadOther = {0, 0, 0, 0, 0x15};
+  const Bytes kEraseNode = {0, 0, 0, 0, 0x1C, 0, 8};  // answered with the function
+  const struct {
+    std::vector<Bytes> given_up;
+    std::vector<std::uint8_t> late;
+  } cases[]{{{kReadHat, kReadOther}, {0x13, 0x15}},
+            {{kReadHat, kReadHat}, {0x13, 0x13}},
+            {{kReadHat, kReadOther}, {0x15}},
+            {{kReadHat, kReadOther}, {}},
+            {{kEraseNode, kReadHat}, {8, 0x13}}};
+  for (const auto& c : cases) {
+    HidBench bench(BoardWith(R"({"kind": "stall", "times": 0})"), kImpatient);
+    for (const Bytes& request : c.given_up) EXPECT_THAT(bench.Ask(request), IsEmpty());
+    Bytes packet = kReadAnalog;
+    packet.resize(65);
+    const Bytes request = packet;
+    ASSERT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+    for (const std::uint8_t echo : c.late) bench.kernel.SendReport(0, Bytes(64, echo));
+    bench.kernel.SendReport(0, Bytes(64, 0x11));
+    EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+    EXPECT_EQ(packet[0], 0x11);
+    // Those that have not come by then never will.
+    packet = request;
+    ASSERT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+    bench.kernel.SendReport(0, Bytes(64, 0x13));
+    EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+    EXPECT_EQ(packet[0], 0x13) << "a wrong echo is the program's to judge";
+  }
+}
+
+TEST(HidFaults, ARequestThatWasNotSentHasNoAnswer) {
+  HidBench bench(BoardWith(R"({"kind": "stall", "command": "0x13"},
+                              {"kind": "write_fails", "command": "0x11"})"),
+                 kImpatient);
+  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+  Bytes packet = kReadAnalog;
+  packet.resize(65);
+  ASSERT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_WRITE_FAILED);
+  bench.kernel.SendReport(0, Bytes(64, 0x13));
+  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_READ_FAILED)
+      << "an answer to the request before it";
+  EXPECT_EQ(packet[4], 0x11);
+  EXPECT_THAT(bench.Ask(kReadAnalog), ElementsAre(0x11));
+}
+
 TEST(HidFaults, AStreamOfReportsCannotHoldUpAWrite) {
   HidBench bench("{\"id\": \"a\", " + kJoystick + "}", kImpatient);
   for (int i = 0; i < 60; ++i) bench.kernel.SendReport(0, Bytes(64, 0x77));

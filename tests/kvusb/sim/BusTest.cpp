@@ -182,6 +182,17 @@ TEST(SimFaults, WrongShortAndLateAnswers) {
   EXPECT_EQ(time.now - before, 2s + 2ms);
 }
 
+TEST(SimFaults, AStalledEraseIsWaitedForLonger) {
+  for (const Bytes& erase : {Bytes{0, 0, 0, 0, 8}, Bytes{0, 0, 0, 0, 0x1C, 0, 8}}) {
+    OwnTime time;
+    SimBench bench(kJoystickBoard, time.Options());
+    bench.bus.ProvokeFault("b", Of(FaultKind::kStall, erase[4]));
+    const auto before = time.now;
+    EXPECT_THAT(bench.Ask(erase), IsEmpty());
+    EXPECT_EQ(time.now - before, 10s + 2ms);
+  }
+}
+
 TEST(SimFaults, AStatusMeansThatTheWorkIsNotDone) {
   SimBench bench(R"("product": "0x0910", "firmware": "2.71", "mode": "flash", "faults": [
                     {"kind": "status", "command": "0x00", "nth": 2, "value": 6},
