@@ -91,6 +91,8 @@ void ReadTexts(HidrawNode& node, const fs::path& hid_folder) {
   node.serial = Property(properties, "HID_UNIQ");
 }
 
+std::string DeviceOf(const fs::path& folder) { return "/dev/" + folder.filename().string(); }
+
 // hidraw2 before hidraw10.
 bool ComesBefore(const fs::path& a, const fs::path& b) {
   const std::string left = a.filename().string(), right = b.filename().string();
@@ -109,7 +111,7 @@ std::optional<HidrawNode> ReadHidrawNode(const fs::path& folder) {
   const auto name = ParseHidName(node.hid);
   if (!name || name->vendor != kUsbVendorId) return std::nullopt;
   node.folder = real.string();
-  node.device = "/dev/" + real.filename().string();
+  node.device = DeviceOf(real);
   node.product_id = name->product;
   node.type = TypeOf(hid_folder);
   ReadTexts(node, hid_folder);
@@ -135,7 +137,11 @@ std::vector<HidrawNode> ListHidrawNodes(std::error_code& error,
   std::ranges::sort(ours, ComesBefore, &Entry::path);
   std::vector<HidrawNode> nodes;
   for (const Entry& entry : ours) {
-    const auto same = std::ranges::find(known, entry.hid, &HidrawNode::hid);
+    // The HID device outlives its node where a driver is changed.
+    const std::string device = DeviceOf(entry.path);
+    const auto same = std::ranges::find_if(known, [&](const HidrawNode& node) {
+      return node.hid == entry.hid && node.device == device;
+    });
     if (same != known.end()) {
       nodes.push_back(*same);
     } else if (auto node = ReadHidrawNode(entry.path)) {

@@ -142,7 +142,7 @@ HidBoards::Port* HidBoards::PortOf(const DeviceRecord* record) const {
 // A board that was detected and not closed since keeps its port.
 HidBoards::Port& HidBoards::PortFor(const HidrawNode& node) {
   for (const auto& [number, port] : ports_)
-    if (port->hid == node.hid) return *port;
+    if (port->hid == node.hid && port->device == node.device) return *port;
   auto port = std::make_unique<Port>();
   port->number = next_number_++;
   port->device = node.device;
@@ -162,8 +162,9 @@ bool HidBoards::Open(Port& port) const {
 // Boards that have left without being closed would keep their handles for ever.
 void HidBoards::CloseMissing() {
   std::erase_if(ports_, [&](const auto& entry) {
-    return std::ranges::none_of(
-        nodes_, [&](const HidrawNode& node) { return node.hid == entry.second->hid; });
+    return std::ranges::none_of(nodes_, [&](const HidrawNode& node) {
+      return node.hid == entry.second->hid && node.device == entry.second->device;
+    });
   });
 }
 

@@ -2,6 +2,7 @@
 #include <cstring>
 #include <map>
 
+#include "kvusb/boards/HidInterfaces.h"
 #include "kvusb/hid/HidBench.h"
 
 namespace quillon::testing {
@@ -20,6 +21,7 @@ TEST(HidBoards, AreListedByTypeWithTheirTextsAndOnceEach) {
                     {"id": "c", "product": "0x0800", "firmware": "1.10", "serial": "009"},
                     {"id": "d", "product": "0x0510", "firmware": "2.30", "manufacturer": "Works"})");
   bench.kernel.AddOthers(3);
+  bench.kernel.AddOthers(1, sim::kUsbVendor);  // no configuration interface
   bench.Close();
   ASSERT_EQ(bench.Detect(), 4U);
   EXPECT_THAT(bench.types, ElementsAre(2, 2, 1, 3));

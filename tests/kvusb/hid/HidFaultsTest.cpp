@@ -127,7 +127,7 @@ TEST(HidFaults, ARequestThatWasNotSentHasNoAnswer) {
   EXPECT_THAT(bench.Ask(kReadAnalog), ElementsAre(0x11));
 }
 
-TEST(HidFaults, AStreamOfReportsCannotHoldUpAWrite) {
+TEST(HidFaults, ReportsThatPiledUpAreDropped) {
   HidBench bench("{\"id\": \"a\", " + kJoystick + "}", kImpatient);
   for (int i = 0; i < 60; ++i) bench.kernel.SendReport(0, Bytes(64, 0x77));
   EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
@@ -221,7 +221,7 @@ TEST(HidFaults, ASignalDoesNotEndAWait) {
   EXPECT_EQ(packet[0], 0x31);
 }
 
-TEST(HidFaults, OddTextsAndDescriptors) {
+TEST(HidFaults, OddTextsAndTwinSerials) {
   HidBench bench(R"({"id": "a", "product": "0x0910", "firmware": "2.82", "serial_hex": "31...",
                      "name_hex": "41 ED A0 80 C3...", "manufacturer_hex": ""},
                     {"id": "b", "product": "0x0910", "firmware": "2.82", "serial_hex": "32"},

@@ -150,8 +150,8 @@ void EmulatedKernel::Add(sim::BoardSpec spec) {
   if (plugged) Plug(places_.size() - 1);
 }
 
-void EmulatedKernel::AddOthers(int count) {
-  const UsbFace face{0x1234, 0x0910, 0x0100, "Somebody Else", "Mouse", "1"};
+void EmulatedKernel::AddOthers(int count, std::uint16_t vendor) {
+  const UsbFace face{vendor, 0x0910, 0x0100, "Somebody Else", "Mouse", "1"};
   for (int i = 0; i < count; ++i)
     usb_->others.push_back(std::make_unique<Usb::Device>(
         *usb_, usb_->next_port++, face,

@@ -32,8 +32,8 @@ class EmulatedKernel {
   // from 0 over all calls.
   void Add(const sim::Rig& rig);
   void Add(sim::BoardSpec spec);
-  // HID interfaces of other makers, that answer nothing.
-  void AddOthers(int count);
+  // Mice of another maker, or of the one given.
+  void AddOthers(int count, std::uint16_t vendor = 0x1234);
 
   void Plug(std::size_t board);
   void Unplug(std::size_t board);
