@@ -1,14 +1,16 @@
 #!/usr/bin/env bash
 # SPDX-License-Identifier: MIT
 #
-# tidy.sh <file.cpp>...: clang-tidy over these files, several at a time. A file that passed leaves a
-# stamp in build/lint/ and is skipped as long as it, every header of the project that it reaches, its
-# way of being compiled and the checks stay the same. A file that is not built here (another
-# platform's) is left out.
+# tidy.sh <file.cpp>...: clang-tidy over these files. Most of its time goes into the headers of Qt and
+# of the standard library, so the files of a folder that are compiled alike are analysed as one that
+# includes them; where that finds anything, or names clash, the half of them, down to single files. A
+# file that passed leaves a stamp in build/lint/ and is skipped as long as it, every header of the
+# project that it reaches, its way of being compiled and the checks stay the same. A file that is not
+# built here (another platform's) is left out.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/sources.sh
-readonly kStamps=build/lint kDatabase=build/lint/compile_commands.json
+readonly kStamps=build/lint kDatabase=build/lint/compile_commands.json kGroups=build/lint/groups
 
 # Prints "file header..." per argument: the headers below src/ that it includes, directly or not.
 headers_reached() {
@@ -54,39 +56,73 @@ stamp_of() {
   { echo "$compiled" && sha256sum .clang-tidy "$@"; } | sha256sum | cut -c 1-64
 }
 
-# One file; its output only if there is something to say.
-check_one() {
-  local file=$1 stamp=$2 output
-  if output=$(clang-tidy-16 --quiet -p build/lint "$file" 2>&1); then
-    : >"$stamp"
+# The arguments of a compiler's command, without the compiler and the names of files.
+arguments_of() {
+  sed -e 's/^ *"command": "//' -e 's/",\{0,1\}$//' -e 's/\\\(.\)/\1/g' \
+    -e 's/^[^-]* -/-/' -e 's/ -o [^ ]*//' -e 's/ -c [^ ]*//' <<<"$1"
+}
+
+# check <arguments> <file stamp>...: what there is to say is said of single files only.
+check() {
+  local arguments=$1 file stamp output half unit
+  local -a words
+  shift
+  eval "words=($arguments)"
+  if [[ $# -eq 1 ]]; then
+    read -r unit stamp <<<"$1"
   else
+    unit=$kGroups/$BASHPID.cpp
+    for file in "$@"; do
+      echo "#include \"$PWD/${file% *}\"  // NOLINT(bugprone-suspicious-include)"
+    done >"$unit"
+  fi
+  if output=$(clang-tidy-16 --quiet --header-filter='/(src|tools|bench)/.*\.(h|cpp)$' "$unit" -- \
+    "${words[@]}" 2>&1); then
+    for file in "$@"; do : >"${file#* }"; done
+    return
+  fi
+  if [[ $# -eq 1 ]]; then
     grep -v ' warnings generated' <<<"$output"
     return 1
   fi
+  local failed=0
+  half=$(($# / 2))
+  check "$arguments" "${@:1:half}" || failed=1
+  check "$arguments" "${@:half+1}" || failed=1
+  return $failed
 }
 
-if [[ ${1:-} == --one ]]; then
-  check_one "$2" "$3"
+if [[ ${1:-} == --group ]]; then
+  mapfile -t lines <"$2"
+  check "${lines[@]}"
   exit
 fi
 
-# The compiler's precompiled headers are of no use to another one, and without them a missing include
-# shows.
-mkdir -p $kStamps
+# The compiler's precompiled headers are of no use to another one.
+rm -rf $kGroups
+mkdir -p $kGroups
 sed -e 's/ -Winvalid-pch//' -e 's/ -include [^ ]*cmake_pch\.hxx//' build/dev/compile_commands.json \
   >$kDatabase
 grep -qF -- "-c $PWD/src/" $kDatabase || { echo "tidy: the build compiles nothing of src/" >&2; exit 1; }
 
+# A group is a file: the arguments, then "file stamp" lines.
 headers_reached "$@" | while read -r file headers; do
   compiled=$(grep -F -- "-c $PWD/$file\"" $kDatabase) || continue
   # shellcheck disable=SC2086  # a list of paths without spaces
   stamp=$kStamps/${file//\//_}-$(stamp_of "$compiled" "$file" $headers)
   if [[ -f $stamp ]]; then
     touch "$stamp"
-  else
-    echo "$file $stamp"
+    continue
   fi
-done | xargs -r -L 1 -P "$(nproc)" scripts/tidy.sh --one
+  arguments=$(arguments_of "$compiled")
+  group=$kGroups/$(sha256sum <<<"${file%/*} $arguments" | cut -c 1-16)
+  [[ -f $group ]] || echo "$arguments" >"$group"
+  echo "$file $stamp" >>"$group"
+done
+
+# The largest first, so that all processors end together.
+find $kGroups -type f -size +0 | xargs -r wc -l | grep -v ' total$' | sort -rn | awk '{ print $2 }' |
+  xargs -r -n 1 -P "$(nproc)" scripts/tidy.sh --group
 
 # Stamps of files as they were long ago.
-find $kStamps -name '*.cpp-*' -mtime +30 -delete
+find $kStamps -maxdepth 1 -name '*.cpp-*' -mtime +30 -delete
