@@ -14,7 +14,7 @@
 #include <system_error>
 #include <utility>
 
-#include "kvusb/Exports.h"
+#include "kvusb/CopyText.h"
 
 namespace quillon {
 namespace {
@@ -250,7 +250,7 @@ std::int32_t HidBoards::Close(std::uint32_t count, const DeviceRecord* first) {
   return closed ? 1 : 0;
 }
 
-std::int32_t HidBoards::Describe(const DeviceRecord* record, std::string& text) const {
+std::int32_t HidBoards::Describe(const DeviceRecord* record, std::string& text) {
   text.clear();
   if (record == nullptr) {
     if (!list_error_) return KVUSB_PROBLEM_NONE;

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "hidraw/HidrawList.h"
-#include "kvusb/kvusb.h"
+#include "kvusb/AccessLibrary.h"
 
 struct hid_device_;
 
@@ -44,28 +44,23 @@ struct HidOptions {
   std::chrono::milliseconds erase_limit{10000};
 };
 
-// The boards on the machine's USB, behind the four functions of kvusb.h, as a class. The methods
-// have the arguments, results and effects written there, and take null pointers as a failure.
+// The boards on the machine's USB.
 //
 // Detection lists boards from what the kernel tells everyone and opens none: that takes the kernel
 // 50 ms for each board on USB, so it waits for the first exchange. A board that may not be opened
 // is listed all the same, and DescribeProblem() says why it does not work. A record is recognised
 // by a mark and a number in library_a; the number is the board's from its first detection until it
 // is closed, so a record from before is dead.
-class HidBoards {
+class HidBoards final : public AccessLibrary {
  public:
   explicit HidBoards(HidOptions options = {});
-  ~HidBoards();
-  HidBoards(const HidBoards&) = delete;
-  HidBoards& operator=(const HidBoards&) = delete;
+  ~HidBoards() override;
 
-  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type);
-  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet);
-  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet);
-  std::int32_t Close(std::uint32_t count, const DeviceRecord* first);
-
-  // The kind of problem, and its sentence in `text`.
-  std::int32_t Describe(const DeviceRecord* record, std::string& text) const;
+  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) override;
+  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet) override;
+  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet) override;
+  std::int32_t Close(std::uint32_t count, const DeviceRecord* first) override;
+  std::int32_t Describe(const DeviceRecord* record, std::string& text) override;
 
  private:
   struct Port;

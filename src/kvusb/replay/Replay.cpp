@@ -135,6 +135,11 @@ void Replay::ReportRedetection() {
   handler_(KVUSB_EVENT_ARRIVAL, KVUSB_DEVICE_INTERFACE, path.data(), context_);
 }
 
+std::int32_t Replay::Describe(const DeviceRecord* record, std::string& text) {
+  text = record == nullptr ? Problem() : std::string();
+  return text.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER;
+}
+
 std::string Replay::Problem() const {
   if (!unplayable_.empty()) return unplayable_;
   if (!player_.Difference().empty())

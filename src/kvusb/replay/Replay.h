@@ -6,34 +6,33 @@
 #include <filesystem>
 #include <string>
 
-#include "kvusb/kvusb.h"
+#include "kvusb/AccessLibrary.h"
 #include "kvusb/trace/TracePlayer.h"
 
 namespace quillon {
 
-// A session recorded with QUILLON_TRACE behind the four functions of kvusb.h, as a class. The
-// methods have the arguments, results and effects written there, and take null pointers as a
-// failure. After the first call that differs from the session, every call fails, but for closing:
-// there is nothing left to close.
+// A session recorded with QUILLON_TRACE. After the first call that differs from the session, every
+// call fails, but for closing: there is nothing left to close.
 //
 // Events are not in a trace, but what a program does upon them is: it closes its boards and looks
 // for them again. When that comes next, an arrival is reported from inside the call before, so that
 // the program does again what it did then.
-class Replay {
+class Replay final : public AccessLibrary {
  public:
   explicit Replay(const std::filesystem::path& trace);
 
-  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type);
-  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet);
-  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet);
-  std::int32_t Close(std::uint32_t count, const DeviceRecord* first);
-  void SetChangeHandler(DeviceChangeHandler handler, void* context);
+  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) override;
+  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet) override;
+  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet) override;
+  std::int32_t Close(std::uint32_t count, const DeviceRecord* first) override;
+  void SetChangeHandler(DeviceChangeHandler handler, void* context) override;
 
-  // Why nothing can be played, where the program left the trace, or that the trace has ended, as a
-  // sentence on one line; empty while there is more to play.
-  std::string Problem() const;
+  // Why nothing can be played, where the program left the trace, or that the trace has ended, in
+  // one line. A trace knows nothing of problems of single boards.
+  std::int32_t Describe(const DeviceRecord* record, std::string& text) override;
 
  private:
+  std::string Problem() const;
   // A call was answered.
   void Advance();
   void ReportRedetection();

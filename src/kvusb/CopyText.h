@@ -6,18 +6,7 @@
 #include <cstring>
 #include <string_view>
 
-// What the exported functions of our libraries have in common.
 namespace quillon {
-
-// Runs the call; an exception ends here, as the given result.
-template <typename Call>
-std::int32_t Guarded(std::int32_t failure, Call call) noexcept {
-  try {
-    return call();
-  } catch (...) {
-    return failure;
-  }
-}
 
 // The text with a zero behind it in a caller's `size` bytes, cut where it has to be, but never
 // inside a UTF-8 character.
