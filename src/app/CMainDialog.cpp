@@ -166,6 +166,7 @@ void CMainDialog::Redetect() {
   repaint();
   services_.settle();
   DetectAllTypes();
+  services_.notifier.Deliver();
   for (const auto& [family, set] : page_sets_) set->ResetIndicators();
   tree_->Rebuild();
   // Pages that were hidden meanwhile have lost it, and with it whoever works by keyboard.

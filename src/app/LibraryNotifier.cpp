@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/LibraryNotifier.h"
 
+#include <QCoreApplication>
 #include <string>
 
 namespace quillon {
@@ -12,6 +13,8 @@ bool LibraryNotifier::Start(Handler handler) {
   library_.SetDeviceChangeHandler(&LibraryNotifier::OnEvent, this);
   return true;
 }
+
+void LibraryNotifier::Deliver() { QCoreApplication::sendPostedEvents(this, QEvent::MetaCall); }
 
 // The library may call from any thread and in the middle of an exchange, so an event only goes on
 // the queue here.

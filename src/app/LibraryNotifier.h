@@ -19,6 +19,7 @@ class LibraryNotifier : public QObject, public DeviceNotifier {
   ~LibraryNotifier() override;
 
   bool Start(Handler handler) override;
+  void Deliver() override;
 
  private:
   static void KVUSB_CALL OnEvent(std::uint32_t event, std::uint32_t device_type, const char* path,

@@ -44,11 +44,12 @@ bool UdevNotifier::Start(Handler handler) {
   handler_ = std::move(handler);
   auto* const readable =
       new QSocketNotifier(udev_monitor_get_fd(monitor_.get()), QSocketNotifier::Read, this);
-  connect(readable, &QSocketNotifier::activated, this, &UdevNotifier::OnReadable);
+  connect(readable, &QSocketNotifier::activated, this, &UdevNotifier::Deliver);
   return true;
 }
 
-void UdevNotifier::OnReadable() {
+void UdevNotifier::Deliver() {
+  if (!handler_) return;
   for (;;) {
     errno = 0;
     udev_device* const device = udev_monitor_receive_device(monitor_.get());

@@ -23,6 +23,7 @@ class UdevNotifier : public QObject, public DeviceNotifier {
   ~UdevNotifier() override;
 
   bool Start(Handler handler) override;
+  void Deliver() override;
 
  private:
   struct Release {
@@ -30,7 +31,6 @@ class UdevNotifier : public QObject, public DeviceNotifier {
     void operator()(udev_monitor* monitor) const;
   };
 
-  void OnReadable();
   void Report(const BoardEvent& event) const;
 
   std::unique_ptr<udev, Release> context_;

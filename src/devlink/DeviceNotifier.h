@@ -27,6 +27,10 @@ class DeviceNotifier {
   // False when the system refused the registration. A source that has nothing to register with is
   // no failure.
   [[nodiscard]] virtual bool Start(Handler handler) = 0;
+
+  // Hands on what has come by now. For the end of something that held the gate for long: what came
+  // meanwhile belongs to that time and leads to one detection, not to one for each board of a hub.
+  virtual void Deliver() {}
 };
 
 }  // namespace quillon

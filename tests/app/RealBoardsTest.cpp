@@ -84,7 +84,10 @@ class Program {
       : library(std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(HID_LIBRARY))),
         link(*library),
         notifier(MakeBoardNotifier(*library)),
-        window({link, prompts, *notifier, profile, [this] { ++detections; }}) {
+        window({link, prompts, *notifier, profile, [this] {
+                  ++detections;
+                  if (on_settle) on_settle();
+                }}) {
     window.Initialise();
   }
 
@@ -116,6 +119,7 @@ class Program {
   std::unique_ptr<DeviceNotifier> notifier;
   Profile profile;
   int detections = 0;
+  std::function<void()> on_settle;
   CMainDialog window;
 };
 
@@ -188,6 +192,29 @@ TEST(RealBoards, ABoardPulledDuringItsDetectionIsListedAndLeavesAfterwards) {
   ASSERT_TRUE(kernel.FinishRestarts());
   EXPECT_TRUE(Comes([&] { return program.detections == 2; }));
   EXPECT_THAT(program.Boards(), ElementsAre(kNone, kSecond));
+}
+
+TEST(RealBoards, ThoseOfAHubThatComeDuringADetectionLeadToOneMore) {
+  bool listening = true;
+  EmulatedKernel kernel([&] {
+    if (listening) LetListen();
+  });
+  kernel.Add(RigOf(R"({"id": "a", "product": "0x0910", "firmware": "2.82"},
+                      {"id": "b", "product": "0x0510", "firmware": "2.30", "plugged": false},
+                      {"id": "c", "product": "0x0510", "firmware": "2.30", "plugged": false})"));
+  Program program;
+  program.on_settle = [&] {
+    if (program.detections > 2) return;
+    listening = false;
+    kernel.Plug(1);
+    kernel.Plug(2);
+    listening = true;
+  };
+  program.window.Redetect();
+  EXPECT_TRUE(Comes([&] { return program.detections == 3; }));
+  LetListen();
+  EXPECT_EQ(program.detections, 3);
+  EXPECT_EQ(program.Boards().size(), 4U);
 }
 
 TEST(RealBoards, ARestartFromTheTreeComesBackByItselfInFlashMode) {
