@@ -87,6 +87,7 @@ EmulatedHid::EmulatedHid(const Testbed& testbed, const std::string& usb, const U
                          Taken taken)
     : testbed_(testbed),
       handler_(umockdev_ioctl_base_new()),
+      link_(new Link{{}, this}),
       report_descriptor_(std::move(report_descriptor)),
       taken_(std::move(taken)) {
   const unsigned vendor = face.vendor, product = face.product;
@@ -104,8 +105,10 @@ EmulatedHid::EmulatedHid(const Testbed& testbed, const std::string& usb, const U
                Format("E: HID_ID=0003:%08X:%08X\n", vendor, product) +
                "H: report_descriptor=" + Hex(report_descriptor_) + "\n\n");
   // Before the node comes, as somebody may open it at its event already.
-  g_signal_connect(handler_, "handle-ioctl", G_CALLBACK(OnIoctl), this);
-  g_signal_connect(handler_, "handle-write", G_CALLBACK(OnWrite), this);
+  g_object_set_data_full(G_OBJECT(handler_), "link", link_,
+                         [](gpointer link) { delete static_cast<Link*>(link); });
+  g_signal_connect(handler_, "handle-ioctl", G_CALLBACK(OnIoctl), link_);
+  g_signal_connect(handler_, "handle-write", G_CALLBACK(OnWrite), link_);
   if (umockdev_testbed_attach_ioctl(testbed_.self, device_.c_str(), handler_, nullptr) == 0)
     throw std::runtime_error("umockdev cannot answer for " + device_);
   testbed_.Add(
@@ -126,6 +129,10 @@ EmulatedHid::~EmulatedHid() {
   testbed_.Tell(node_path_, "remove");
   testbed_.Tell(hid_path_, "remove");
   HangUp();
+  {
+    const std::scoped_lock lock(link_->mutex);
+    link_->self = nullptr;
+  }
   umockdev_testbed_detach_ioctl(testbed_.self, device_.c_str(), nullptr);
   for (const std::string& path : {node_path_, hid_path_, interface_path_})
     umockdev_testbed_remove_device(testbed_.self, ("/sys" + path).c_str());
@@ -169,8 +176,14 @@ void EmulatedHid::HangUp() {
 }
 
 gboolean EmulatedHid::OnIoctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient* client,
-                              gpointer self) {
-  const auto& descriptor = static_cast<EmulatedHid*>(self)->report_descriptor_;
+                              gpointer link) {
+  const std::scoped_lock lock(static_cast<Link*>(link)->mutex);
+  const EmulatedHid* const self = static_cast<Link*>(link)->self;
+  if (self == nullptr) {
+    umockdev_ioctl_client_complete(client, -1, ENODEV);
+    return TRUE;
+  }
+  const auto& descriptor = self->report_descriptor_;
   const gulong request = umockdev_ioctl_client_get_request(client) & 0xFFFFFFFFU;
   const int size = static_cast<int>(descriptor.size());
   if (request == HIDIOCGRDESCSIZE) {
@@ -189,11 +202,13 @@ gboolean EmulatedHid::OnIoctl(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient* 
 }
 
 gboolean EmulatedHid::OnWrite(UMockdevIoctlBase* /*base*/, UMockdevIoctlClient* client,
-                              gpointer self) {
+                              gpointer link) {
+  const std::scoped_lock lock(static_cast<Link*>(link)->mutex);
+  const EmulatedHid* const self = static_cast<Link*>(link)->self;
   UMockdevIoctlData* const data = umockdev_ioctl_client_get_arg(client);
   const auto* const bytes = static_cast<const std::uint8_t*>(static_cast<void*>(data->data));
   const std::vector<std::uint8_t> report(bytes, bytes + data->data_len);
-  const int error = static_cast<EmulatedHid*>(self)->taken_(report);
+  const int error = self != nullptr ? self->taken_(report) : ENODEV;
   umockdev_ioctl_client_complete(client, error == 0 ? static_cast<glong>(report.size()) : -1,
                                  error);
   return TRUE;

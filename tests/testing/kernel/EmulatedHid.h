@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <mutex>
 #include <span>
 #include <string>
 #include <vector>
@@ -58,11 +59,19 @@ class EmulatedHid {
   void HangUp();
 
  private:
-  static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
-  static gboolean OnWrite(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer self);
+  // What umockdev's thread gets at: a client may have its file open for longer than the interface
+  // is there.
+  struct Link {
+    std::mutex mutex;
+    EmulatedHid* self;
+  };
+
+  static gboolean OnIoctl(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer link);
+  static gboolean OnWrite(UMockdevIoctlBase* base, UMockdevIoctlClient* client, gpointer link);
 
   const Testbed& testbed_;
   UMockdevIoctlBase* handler_;
+  Link* link_;  // the handler's
   std::vector<std::uint8_t> report_descriptor_;
   Taken taken_;
   std::string device_, interface_path_, hid_path_, node_path_;
