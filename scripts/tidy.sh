@@ -107,7 +107,8 @@ grep -qF -- "-c $PWD/src/" $kDatabase || { echo "tidy: the build compiles nothin
 
 # A group is a file: the arguments, then "file stamp" lines.
 headers_reached "$@" | while read -r file headers; do
-  compiled=$(grep -F -- "-c $PWD/$file\"" $kDatabase) || continue
+  # One that is part of several targets is looked at as part of the first.
+  compiled=$(grep -m 1 -F -- "-c $PWD/$file\"" $kDatabase) || continue
   # shellcheck disable=SC2086  # a list of paths without spaces
   stamp=$kStamps/${file//\//_}-$(stamp_of "$compiled" "$file" $headers)
   if [[ -f $stamp ]]; then

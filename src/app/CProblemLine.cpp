@@ -28,6 +28,11 @@ struct Cause {
   QStringList boards;
 };
 
+QString NameOf(const DeviceRecord& record) {
+  const QString label = QString::fromStdString(BoardLabel(record)).trimmed();
+  return label.startsWith(':') ? Tr("An unnamed board %1").arg(label) : label;
+}
+
 // What the library says of boards that may not be opened or are in use differs by little more than
 // the place of each. Other problems are the same only if their sentences are.
 std::vector<Cause> CausesIn(const DeviceTable& table) {
@@ -44,7 +49,7 @@ std::vector<Cause> CausesIn(const DeviceTable& table) {
     });
     if (same == causes.end()) same = causes.insert(causes.end(), {kind, sentence, {}});
     if (same->sentence != sentence) same->sentence.clear();
-    same->boards << QString::fromStdString(BoardLabel(table.Record(i))).trimmed();
+    same->boards << NameOf(table.Record(i));
   }
   return causes;
 }

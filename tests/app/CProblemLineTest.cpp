@@ -155,6 +155,7 @@ TEST(ProblemLine, TellsWhichBoardsHaveWhichProblem) {
         {"F", Other("")}},
        {"A : 1 has a problem. 1.", "B : 1 has a problem. 2.", "C : 1 has a problem. 3.",
         "More boards have problems: 3. The tree says which, board by board."}},
+      {{{"", Locked()}}, {"An unnamed board : 1 cannot be used. No."}},
       // What the buttons help with comes last.
       {{{"A", Locked()}, {"B", InUse()}, {"C", Other("Cut.")}},
        {"C : 1 has a problem. Cut.",
