@@ -122,7 +122,7 @@ headers_reached "$@" | while read -r file headers; do
 done
 
 # The largest first, so that all processors end together.
-find $kGroups -type f -size +0 | xargs -r wc -l | grep -v ' total$' | sort -rn | awk '{ print $2 }' |
+find $kGroups -type f -size +0 | xargs -r wc -l | sort -rn | awk '$2 != "total" { print $2 }' |
   xargs -r -n 1 -P "$(nproc)" scripts/tidy.sh --group
 
 # Stamps of files as they were long ago.
