@@ -1,0 +1,55 @@
+// SPDX-License-Identifier: MIT
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+#include "storage/ReadFile.h"
+
+namespace quillon {
+namespace {
+
+FileProblem Failed(const std::string& what) {
+  const std::error_code code(errno, std::generic_category());
+  return {what + ": " + code.message(), code};
+}
+
+std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
+  struct stat kind {};
+  if (fstat(file, &kind) != 0) return Failed("cannot be read");
+  if (S_ISDIR(kind.st_mode)) return FileProblem{"is a folder", {}};
+  if (!S_ISREG(kind.st_mode)) return FileProblem{"is not a regular file", {}};
+  // An attribute in /sys announces a page and holds a line, so the size is only a hint.
+  constexpr std::size_t kStep = 4096;
+  std::string bytes;
+  for (;;) {
+    const std::size_t had = bytes.size();
+    bytes.resize(std::min(had + std::max(had, kStep), most + 1));
+    const ssize_t got = read(file, bytes.data() + had, bytes.size() - had);
+    if (got < 0 && errno == EINTR) {
+      bytes.resize(had);
+      continue;
+    }
+    if (got < 0) return Failed("cannot be read");
+    bytes.resize(had + static_cast<std::size_t>(got));
+    if (got == 0) return bytes;
+    if (bytes.size() > most)
+      return FileProblem{"is larger than " + std::to_string(most) + " bytes", {}};
+  }
+}
+
+}  // namespace
+
+std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
+                                                std::size_t most) {
+  // Without waiting, because the open of a pipe would last until somebody writes to it.
+  const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
+  if (opened < 0) return Failed("cannot be opened");
+  auto content = ReadOpened(opened, most);
+  close(opened);
+  return content;
+}
+
+}  // namespace quillon

@@ -1,0 +1,30 @@
+// SPDX-License-Identifier: MIT
+#include <windows.h>
+
+#include <fstream>
+
+#include "storage/ReplaceFile.h"
+
+namespace quillon {
+
+// A file in the user's profile is the user's alone there, so the access makes no difference.
+std::optional<FileProblem> ReplaceFile(const std::filesystem::path& file, std::string_view bytes,
+                                       FileAccess /*access*/) {
+  std::error_code ignored;
+  if (std::filesystem::is_directory(file, ignored)) return FileProblem{"is a folder", {}};
+  std::filesystem::path temporary = file;
+  temporary += L"." + std::to_wstring(GetCurrentProcessId()) + L".tmp";
+  std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
+  stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  stream.close();
+  if (!stream.fail() && MoveFileExW(temporary.c_str(), file.c_str(),
+                                    MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) != 0)
+    return std::nullopt;
+  const std::error_code code(static_cast<int>(GetLastError()), std::system_category());
+  std::filesystem::remove(temporary, ignored);
+  return FileProblem{"cannot be written: " + code.message(), code};
+}
+
+void RemoveLeftovers(const std::filesystem::path& /*file*/) {}
+
+}  // namespace quillon
