@@ -31,22 +31,6 @@ namespace {
 constexpr std::uint32_t kDetectionOrder[]{KVUSB_TYPE_FIRMWARE, KVUSB_TYPE_LOADER,
                                           KVUSB_TYPE_FIRMWARE_ID};
 
-// The products whose defaults can be loaded from the tree; a family's other product id cannot.
-BoardFamily FamilyWithDefaults(std::uint16_t product_id) {
-  switch (product_id) {
-    case 0x0910:
-    case 0x0920:
-    case 0x0710:
-    case 0x0510:
-    case 0x0520:
-    case 0x1500:
-    case 0x0800:
-      return FamilyOf(product_id);
-    default:
-      return BoardFamily::kNone;
-  }
-}
-
 }  // namespace
 
 CMainDialog::CMainDialog(const MainServices& services)
@@ -121,13 +105,13 @@ void CMainDialog::CreatePageSets() {
     connect(set, &CPageSet::RunStarted, this, [this, set] { OnRunStarted(*set); });
     connect(set, &CPageSet::RunEnded, this, &CMainDialog::OnRunEnded);
   };
-  add(BoardFamily::kJoystick, new CJoystickPageSet(context, JoystickFamily::kFull));
+  add(BoardFamily::kJoystick, new CJoystickPageSet(context, BoardFamily::kJoystick));
   add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
   add(BoardFamily::kInputBanks, new CDigitalInputBankPageSet(context));
   add(BoardFamily::kNodeSystem, new CNodeSystemPageSet(context));
   pages_->addWidget(new CNodePortPageSet);
-  add(BoardFamily::kScanMatrix, new CJoystickPageSet(context, JoystickFamily::kScanMatrix));
-  add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, JoystickFamily::kSmall));
+  add(BoardFamily::kScanMatrix, new CJoystickPageSet(context, BoardFamily::kScanMatrix));
+  add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, BoardFamily::kSmallJoystick));
   add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
   home_ = new CHomePage;
   home_->setObjectName(QStringLiteral("home"));
@@ -227,9 +211,9 @@ void CMainDialog::LoadDefaultSettings() {
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
           QStringLiteral("Load Defaults"))) {
-    const auto product_id = services_.link.table.CurrentRecord().product_id;
-    const auto set = page_sets_.find(FamilyWithDefaults(product_id));
-    if (set != page_sets_.end()) set->second->LoadDeviceDefaults();
+    const Product& product = ProductOf(services_.link.table.CurrentRecord().product_id);
+    const auto set = page_sets_.find(product.family);
+    if (product.defaults_from_tree && set != page_sets_.end()) set->second->LoadDeviceDefaults();
   }
   tree_->Rebuild();
 }
@@ -241,10 +225,10 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   if (!hold) return;
   ChooseBoardOfPort();
   DeviceRecord& board = table.CurrentRecord();
-  const BoardFamily family = FamilyOf(board.product_id);
-  if (family != BoardFamily::kNone && family != BoardFamily::kWithoutPages && !table.IsEmpty()) {
+  const Product& product = ProductOf(board.product_id);
+  if (page_sets_.contains(product.family) && !table.IsEmpty()) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
-    SendRestart(library, board, RestartCommand(button, table.CurrentType(), family));
+    SendRestart(library, board, RestartCommand(button, table.CurrentType(), product));
   }
   tree_->Rebuild();
 }

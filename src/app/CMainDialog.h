@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "app/Elevated.h"
-#include "devlink/BoardFamily.h"
 #include "devlink/DeviceNotifier.h"
+#include "devlink/Products.h"
 #include "pages/common/PageContext.h"
 
 class QAction;

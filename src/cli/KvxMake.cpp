@@ -7,7 +7,7 @@
 #include <fstream>
 #include <utility>
 
-#include "devlink/BoardFamily.h"
+#include "devlink/Products.h"
 #include "firmware/ImageSource.h"
 #include "firmware/KvxImage.h"
 

@@ -5,7 +5,7 @@
 #include <array>
 #include <cstdio>
 
-#include "devlink/BoardFamily.h"
+#include "devlink/Products.h"
 #include "firmware/ImageSource.h"
 #include "firmware/VersionWord.h"
 

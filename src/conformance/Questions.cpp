@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "conformance/Questions.h"
 
-#include "devlink/BoardFamily.h"
+#include "devlink/Products.h"
 
 namespace quillon::conformance {
 namespace {

@@ -2,7 +2,7 @@
 #include "firmware/DeviceReport.h"
 
 #include "devlink/DeviceText.h"
-#include "firmware/RequiredVersions.h"
+#include "devlink/Products.h"
 #include "firmware/VersionWord.h"
 
 namespace quillon {

@@ -3,7 +3,7 @@
 
 #include <algorithm>
 
-#include "devlink/BoardFamily.h"
+#include "devlink/Products.h"
 
 namespace quillon {
 namespace {

@@ -11,22 +11,15 @@ std::uint8_t ToFlashMode(std::uint32_t type) {
   return type == KVUSB_TYPE_LOADER ? kRestartSameMode : kRestartOtherMode;
 }
 
-// Whether the family's pages take a board of this type for one that runs its firmware.
-bool IsInDeviceMode(std::uint32_t type, BoardFamily family) {
-  switch (family) {
-    case BoardFamily::kNodeSystem:
-      return type != KVUSB_TYPE_LOADER;
-    case BoardFamily::kSpi:
-      return type == KVUSB_TYPE_FIRMWARE_ID;
-    default:
-      return type == KVUSB_TYPE_FIRMWARE;
-  }
+// Whether a board of this type counts as one that runs its firmware.
+bool IsInDeviceMode(std::uint32_t type, const Product& product) {
+  return type == product.device_mode || (product.restarts_alike && type != KVUSB_TYPE_LOADER);
 }
 
 }  // namespace
 
-std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, BoardFamily family) {
-  const bool in_device_mode = IsInDeviceMode(type, family);
+std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, const Product& product) {
+  const bool in_device_mode = IsInDeviceMode(type, product);
   switch (button) {
     case RestartButton::kFlash:
       return ToFlashMode(type);

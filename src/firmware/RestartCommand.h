@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "devlink/BoardFamily.h"
 #include "devlink/HidLibrary.h"
+#include "devlink/Products.h"
 
 namespace quillon {
 
@@ -15,7 +15,7 @@ inline constexpr std::uint8_t kRestartOtherMode = 0xFF;
 enum class RestartButton { kFlash, kDevice, kExecute, kReboot };
 
 // The command that a button sends to a board of type `type` (its mode, see kvusb.h).
-std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, BoardFamily family);
+std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, const Product& product);
 
 // Tells the board to restart. There is nothing to learn from the answer: a board that heard the
 // command goes, and its notifications tell how it comes back.

@@ -10,7 +10,7 @@
 #include <QTimer>
 #include <optional>
 
-#include "devlink/BoardFamily.h"
+#include "devlink/Products.h"
 #include "res/Icons.h"
 
 namespace quillon {
@@ -56,7 +56,7 @@ std::vector<NodeList> CDeviceTreeCtrl::ReadNodes() {
   std::optional<std::uint32_t> selected;
   for (std::uint32_t i = 0; i < table.Count(); ++i) {
     if (i == table.Current()) selected = i;
-    if (table.Record(i).product_id != kNodeSystemProduct) continue;
+    if (!ProductOf(table.Record(i).product_id).nodes_in_tree) continue;
     table.SetCurrent(i);
     if (read_nodes_) nodes[i] = read_nodes_();
     // Intended: not the former current board. Users know that a rebuild goes back to the first

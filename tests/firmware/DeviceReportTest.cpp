@@ -2,10 +2,9 @@
 #include <gmock/gmock.h>
 
 #include <cstring>
-#include <set>
 
+#include "devlink/Products.h"
 #include "firmware/DeviceReport.h"
-#include "firmware/RequiredVersions.h"
 #include "firmware/VersionWord.h"
 
 namespace quillon {
@@ -101,21 +100,6 @@ TEST(DeviceReport, ShowsNoGarbageFromTheRecord) {
   EXPECT_THAT(report.text, ::testing::HasSubstr("  Manufacturer : \r\n"))
       << "a text without its end is none";
   EXPECT_EQ(report.serial_number, "\xEF\xBF\xBDZ");
-}
-
-TEST(RequiredVersions, AreLookedUpByProduct) {
-  const std::pair<std::uint32_t, std::uint32_t> rows[]{
-      {0x0910, 0x0282}, {0x1000, 0x0282}, {0x0510, 0x0220}, {0x1100, 0x0220}, {0x0520, 0x0100},
-      {0x1110, 0x0100}, {0x0800, 0x0110}, {0x1200, 0x0110}, {0x0710, 0x0120}, {0x1300, 0x0120},
-      {0x0920, 0x0120}, {0x1010, 0x0120}, {0x1500, 0x0110}, {0x1400, 0x0110}, {0x1600, 0x0100},
-      {0x1700, 0x0100}, {0x0911, 0}};
-  for (const auto& [product, version] : rows) {
-    EXPECT_EQ(LookupRequiredVersion(product), version) << product;
-  }
-  std::set<std::uint32_t> products;
-  for (const auto& row : FirmwareRequirements()) {
-    EXPECT_TRUE(products.insert(row.product_id).second) << row.product_id;
-  }
 }
 
 }  // namespace

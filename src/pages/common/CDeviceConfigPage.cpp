@@ -188,7 +188,7 @@ void CDeviceConfigPage::OnRestart(RestartButton button) {
   if (!hold || table.IsEmpty()) return;
   DeviceRecord& board = table.CurrentRecord();
   SendRestart(library, board,
-              RestartCommand(button, table.CurrentType(), FamilyOf(board.product_id)));
+              RestartCommand(button, table.CurrentType(), ProductOf(board.product_id)));
 }
 
 void CDeviceConfigPage::OnLoadFile() {

@@ -11,11 +11,11 @@
 
 namespace quillon {
 
-CPageSet::CPageSet(PageContext context, const FamilyTraits& traits, QWidget* parent)
-    : QTabWidget(parent), context_(context), traits_(traits) {
+CPageSet::CPageSet(PageContext context, BoardFamily family, QWidget* parent)
+    : QTabWidget(parent), context_(context), product_(AnyProductOf(family)) {
   setDocumentMode(false);
   AddPage("tab-device", tr("Device Configuration"));
-  config_ = new CDeviceConfigPage(context_, traits_.device_mode, widget(0));
+  config_ = new CDeviceConfigPage(context_, product_.device_mode, widget(0));
   widget(0)->layout()->addWidget(config_);
   setTabToolTip(0, tr("What the board is, its firmware, serial number and restart."));
   setTabEnabled(0, true);
@@ -79,8 +79,7 @@ void CPageSet::ResetIndicators() {
 }
 
 void CPageSet::EnablePages(bool flash_mode_active, bool firmware_suits) {
-  const int first = flash_mode_active ? traits_.first_in_flash_mode : traits_.first_in_device_mode;
-  const int last = flash_mode_active ? traits_.last_in_flash_mode : traits_.last_in_device_mode;
+  const auto [first, last] = flash_mode_active ? product_.in_flash_mode : product_.in_device_mode;
   const bool any = flash_mode_active || firmware_suits;
   setCurrentIndex(0);
   for (int index = 1; index < count(); ++index) {

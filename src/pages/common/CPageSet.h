@@ -5,7 +5,7 @@
 #include <functional>
 #include <vector>
 
-#include "pages/common/FamilyTraits.h"
+#include "devlink/Products.h"
 #include "pages/common/PageContext.h"
 
 namespace quillon {
@@ -20,7 +20,7 @@ class CPageSet : public QTabWidget {
   Q_OBJECT
 
  public:
-  CPageSet(PageContext context, const FamilyTraits& traits, QWidget* parent);
+  CPageSet(PageContext context, BoardFamily family, QWidget* parent);
 
   // Shows the set for the current board, with a fresh report on it.
   void ShowBoard();
@@ -38,7 +38,7 @@ class CPageSet : public QTabWidget {
   // All lamps dark and still.
   void ResetIndicators();
 
-  // The pages from the second tab on as the family's traits say for a board in this state.
+  // The pages from the second tab on as the table of products says for a board in this state.
   void EnablePages(bool flash_mode_active, bool firmware_suits);
 
   // A page, built if it has not been; null for a tab whose page does not exist yet. `index` counts
@@ -66,7 +66,7 @@ class CPageSet : public QTabWidget {
   void SetPageEnabled(int index, bool enabled);
 
   PageContext context_;
-  const FamilyTraits& traits_;
+  const Product& product_;  // any of the family
   CDeviceConfigPage* config_;
   std::vector<Slot> slots_;
 };

@@ -8,7 +8,7 @@
 #include <optional>
 #include <vector>
 
-#include "devlink/BoardFamily.h"
+#include "devlink/Products.h"
 
 namespace quillon {
 namespace {

@@ -4,12 +4,12 @@
 namespace quillon {
 
 CDigitalPortsPageSet::CDigitalPortsPageSet(PageContext context, QWidget* parent)
-    : CPageSet(context, kDigitalPortsTraits, parent) {
+    : CPageSet(context, BoardFamily::kDigitalPorts, parent) {
   AddPage("tab-ports", tr("Digital Ports"));
 }
 
 CDigitalInputBankPageSet::CDigitalInputBankPageSet(PageContext context, QWidget* parent)
-    : CPageSet(context, kInputBanksTraits, parent) {
+    : CPageSet(context, BoardFamily::kInputBanks, parent) {
   AddPage("tab-ports", tr("Digital Ports"));
 }
 

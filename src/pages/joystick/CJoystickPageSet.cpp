@@ -9,26 +9,11 @@
 #include "pages/joystick/CScanMatrixChannelsPage.h"
 
 namespace quillon {
-namespace {
 
-const FamilyTraits& TraitsOf(JoystickFamily family) {
-  switch (family) {
-    case JoystickFamily::kSmall:
-      return kSmallJoystickTraits;
-    case JoystickFamily::kScanMatrix:
-      return kScanMatrixTraits;
-    case JoystickFamily::kFull:
-      break;
-  }
-  return kJoystickTraits;
-}
-
-}  // namespace
-
-CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, QWidget* parent)
-    : CPageSet(context, TraitsOf(family), parent) {
-  const bool full = family == JoystickFamily::kFull;
-  if (family == JoystickFamily::kScanMatrix) {
+CJoystickPageSet::CJoystickPageSet(PageContext context, BoardFamily family, QWidget* parent)
+    : CPageSet(context, family, parent) {
+  const bool full = family == BoardFamily::kJoystick;
+  if (family == BoardFamily::kScanMatrix) {
     AddPage("tab-digital", tr("Digital Channels"),
             [context] { return new CScanMatrixChannelsPage(context); });
   } else {
@@ -44,7 +29,7 @@ CJoystickPageSet::CJoystickPageSet(PageContext context, JoystickFamily family, Q
       return new CHatChannelsPage(context, full ? HatUse::kWithOutputs : HatUse::kInputsOnly);
     });
   }
-  if (family != JoystickFamily::kSmall) {
+  if (family != BoardFamily::kSmallJoystick) {
     const auto modules =
         full ? ExpansionModules::kOfFullController : ExpansionModules::kOfScanMatrix;
     AddPage("tab-expansion", tr("Expansion Port"),

@@ -6,13 +6,12 @@
 namespace quillon {
 
 // The three joystick-style families, which share page classes and differ in which they have.
-enum class JoystickFamily { kFull, kSmall, kScanMatrix };
-
 class CJoystickPageSet : public CPageSet {
   Q_OBJECT
 
  public:
-  CJoystickPageSet(PageContext context, JoystickFamily family, QWidget* parent = nullptr);
+  // `family` is kJoystick, kSmallJoystick or kScanMatrix.
+  CJoystickPageSet(PageContext context, BoardFamily family, QWidget* parent = nullptr);
 };
 
 }  // namespace quillon

@@ -7,14 +7,14 @@
 namespace quillon {
 
 CNodeSystemPageSet::CNodeSystemPageSet(PageContext context, QWidget* parent)
-    : CPageSet(context, kNodeSystemTraits, parent) {
+    : CPageSet(context, BoardFamily::kNodeSystem, parent) {
   AddPage("tab-node", tr("Node Configuration"));
   AddPage("tab-card", tr("Expansion Card Configuration"));
   AddPage("tab-ports", tr("I/O Ports"));
 }
 
 CSpiControllerPageSet::CSpiControllerPageSet(PageContext context, QWidget* parent)
-    : CPageSet(context, kSpiTraits, parent) {
+    : CPageSet(context, BoardFamily::kSpi, parent) {
   AddPage("tab-spi", tr("SPI Configuration"));
 }
 

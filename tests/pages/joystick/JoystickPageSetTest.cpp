@@ -26,7 +26,7 @@ struct Edit {
 
 struct Family {
   const char* name;
-  JoystickFamily family;
+  BoardFamily family;
   std::uint16_t product_id;
   std::vector<std::string> tabs;
   std::vector<int> updates;  // the commands that store the factory settings of the whole board
@@ -36,7 +36,7 @@ struct Family {
 const std::vector<Family>& Families() {
   static const std::vector<Family> families{
       {"full controller",
-       JoystickFamily::kFull,
+       BoardFamily::kJoystick,
        0x0910,
        {"Device Configuration", "Analog Channels", "Axis Tweaking", "Digital Channels",
         "HAT Channels", "Expansion Port"},
@@ -51,7 +51,7 @@ const std::vector<Family>& Families() {
         {4, 0, 2, 2, "ORB : Shifter Display"},
         {4, 1, 8, 1, "HI"}}},
       {"small controller",
-       JoystickFamily::kSmall,
+       BoardFamily::kSmallJoystick,
        0x0920,
        {"Device Configuration", "Analog Channels", "Axis Tweaking", "Digital Channels",
         "HAT Channels"},
@@ -62,7 +62,7 @@ const std::vector<Family>& Families() {
         {3, 0, 16, 5, "255"},
         {4, 0, 2, 2, "Digital"}}},
       {"scan matrix controller",
-       JoystickFamily::kScanMatrix,
+       BoardFamily::kScanMatrix,
        0x0710,
        {"Device Configuration", "Digital Channels", "Expansion Port"},
        {0x0E, 0x18, 0x10},
@@ -134,7 +134,7 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
     program.bench.prompts.ExpectMessage("Load device defaults settings failed!", "Load Defaults",
                                         UserPrompts::Icon::kError);
     auto but_the_second_block = family.updates;
-    if (family.family != JoystickFamily::kSmall) {
+    if (family.family != BoardFamily::kSmallJoystick) {
       but_the_second_block.erase(but_the_second_block.begin() + 1);
     }
     EXPECT_THAT(UpdatesDuring(program.library,
@@ -165,7 +165,7 @@ TEST(JoystickPageSet, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
           grid.Enter(edit.row, edit.column, edit.text);
         }
       }
-      if (family.family == JoystickFamily::kSmall) {
+      if (family.family == BoardFamily::kSmallJoystick) {
         pages.Page(3)->findChild<QCheckBox*>()->click();
       }
       PressOnEveryPage(pages, "Update", "Stored in ");

@@ -1,32 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <map>
-
-#include "devlink/BoardFamily.h"
 #include "devlink/DeviceNotifier.h"
 
 namespace quillon {
 namespace {
-
-TEST(BoardFamily, IsToldByTheProductId) {
-  using enum BoardFamily;
-  const std::map<std::uint16_t, BoardFamily> families{
-      {0x0910, kJoystick},      {0x1000, kJoystick},     {0x0920, kSmallJoystick},
-      {0x1010, kSmallJoystick}, {0x0710, kScanMatrix},   {0x1300, kScanMatrix},
-      {0x0510, kDigitalPorts},  {0x1100, kDigitalPorts}, {0x0520, kInputBanks},
-      {0x1110, kInputBanks},    {0x0800, kNodeSystem},   {0x1200, kNodeSystem},
-      {0x1400, kSpi},           {0x1500, kSpi},          {0x1600, kWithoutPages},
-      {0x1700, kWithoutPages},
-  };
-  // All other ids are nobody's.
-  for (unsigned id = 0; id <= 0xFFFF; ++id) {
-    const auto product = static_cast<std::uint16_t>(id);
-    const auto family = families.find(product);
-    ASSERT_EQ(FamilyOf(product), family == families.end() ? kNone : family->second)
-        << std::hex << id;
-  }
-}
 
 TEST(DeviceNotifier, OnlyTheVendorsBoardsCount) {
   struct Case {
