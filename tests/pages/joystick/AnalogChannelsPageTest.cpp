@@ -4,8 +4,6 @@
 #include <algorithm>
 
 #include "pages/joystick/CAnalogChannelsPage.h"
-#include "testing/OwnFolders.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "widgets/CStatusLed.h"
@@ -93,60 +91,6 @@ TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis)
   )");
   Button(page, "Update").click();
   EXPECT_FALSE(Lamp(page, "Error").IsLit());
-}
-
-TEST(AnalogChannels, StopsAtTheFirstFailureAndLightsTheErrorLamp) {
-  struct Case {
-    const char* name;
-    const char* button;
-    const char* exchanges;
-    const char* first_row;
-    const char* ninth_row;
-    const char* origin;
-  };
-  constexpr const char* kDefaultRow1 = "Analog 1: ON X 5=5 12 Bits=11";
-  constexpr const char* kDefaultRow9 = "AE SSI 1: 12 Bits=11 None=0";
-  constexpr const char* kNever = "Not retrieved from the board yet.";
-  const Case cases[]{
-      {"block A not read", "Retrieve", R"(
-         write 0 -> 0 : 00 00 00 00 11 *
-         read 0 -> 4)",
-       kDefaultRow1, kDefaultRow9, kNever},
-      {"block A answered with another command", "Retrieve", R"(
-         write 0 -> 0 : 00 00 00 00 11 *
-         read 0 -> 0 : 15 ff *)",
-       kDefaultRow1, kDefaultRow9, kNever},
-      {"block B not read", "Retrieve", R"(
-         write 0 -> 0 : 00 00 00 00 11 *
-         read 0 -> 0 : 11 47 09 02 *
-         write 0 -> 0 : 00 00 00 00 15 *
-         read 0 -> 1)",
-       "Analog 1: ON Y Invert Spike 4=4 10 Bits=9", kDefaultRow9,
-       "Retrieved in part only from Board : 001; the rest is older."},
-      {"block A not written", "Update", R"(
-         write 0 -> 1 : 00 00 00 00 0d 01 51 0b 01 51 0b 02 51 0b 04 51 0b 08 51 0b 10 51 0b 20 51 0b 40 51 0b 80 *)",
-       kDefaultRow1, kDefaultRow9, kNever},
-      {"block B refused", "Update", R"(
-         write 0 -> 0 : 00 00 00 00 0d 01 51 0b 01 51 0b 02 51 0b 04 51 0b 08 51 0b 10 51 0b 20 51 0b 40 51 0b 80 *
-         read 0 -> 0 : 0d *
-         write 0 -> 0 : 00 00 00 00 16 01 b0 00 00 b0 00 00 b0 00 00 b0 00 00 b0 00 00 b0 00 00 f0 *
-         read 0 -> 0 : ee *)",
-       kDefaultRow1, kDefaultRow9, kNever},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TranscriptLibrary library(c.exchanges);
-    PageBench bench(library);
-    CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-    Button(page, c.button).click();
-    EXPECT_TRUE(Lamp(page, "Error").IsLit());
-    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
-    EXPECT_FALSE(Lamp(page, "Busy").IsLit());
-    EXPECT_FALSE(Lamp(page, "Busy").IsBlinking());
-    EXPECT_EQ(RowText(Grid(page), 1), c.first_row);
-    EXPECT_EQ(RowText(Grid(page), 9), c.ninth_row);
-    EXPECT_EQ(OriginOf(page), c.origin);
-  }
 }
 
 TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
@@ -264,37 +208,6 @@ TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
   EXPECT_EQ(RowText(Grid(page), 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
   Button(page, "Update").click();
   EXPECT_FALSE(Lamp(page, "Error").IsLit());
-}
-
-TEST(AnalogChannels, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
-  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "boards", .latency = {}};
-  std::string edited_row;
-  {
-    sim::Bus bus(sim::DefaultRig(), options);
-    SimLibrary library(bus);
-    PageBench bench(library);
-    bench.Detect();
-    CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-    Button(page, "Retrieve").click();
-    ASSERT_FALSE(Lamp(page, "Error").IsLit());
-    Grid(page).Click(2, kRz);
-    Grid(page).Click(2, kSpike);
-    Grid(page).Enter(2, kFilter, "7");
-    Grid(page).Enter(2, kResolution, "9 Bits");
-    Grid(page).Enter(10, kCentering, "Button 12");
-    Button(page, "Update").click();
-    ASSERT_FALSE(Lamp(page, "Error").IsLit());
-    edited_row = RowText(Grid(page), 2);
-  }
-  sim::Bus bus(sim::DefaultRig(), options);
-  SimLibrary library(bus);
-  PageBench bench(library);
-  bench.Detect();
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  Button(page, "Retrieve").click();
-  EXPECT_EQ(RowText(Grid(page), 2), edited_row);
-  EXPECT_THAT(edited_row, ::testing::HasSubstr("Rz"));
-  EXPECT_EQ(Grid(page).Text(10, kCentering), "Button 12");
 }
 
 }  // namespace quillon::testing

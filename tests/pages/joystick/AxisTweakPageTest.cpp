@@ -6,8 +6,6 @@
 #include <QSpinBox>
 
 #include "pages/joystick/CAxisTweakPage.h"
-#include "testing/OwnFolders.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "widgets/CStatusLed.h"
@@ -97,64 +95,6 @@ TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
     write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 e4 00 00 00 e8 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 b8 00 00 00 1c *
     read 0 -> 0 : 23 *)");
   Button(page, "Update").click();
-}
-
-TEST(AxisTweak, LightsTheErrorLampAndKeepsItsControlsWhenAnExchangeFails) {
-  struct Case {
-    const char* name;
-    const char* button;
-    const char* exchanges;
-  };
-  const Case cases[]{{"not read", "Retrieve", R"(
-         write 0 -> 0 : 00 00 00 00 22 *
-         read 0 -> 4)"},
-                     {"answered with another command", "Retrieve", R"(
-         write 0 -> 0 : 00 00 00 00 22 *
-         read 0 -> 0 : 23 ff ff ff ff *)"},
-                     {"not written", "Update", R"(
-         write 0 -> 1 : 00 00 00 00 23 01 00 00 00 00 04 00 00 00 08 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 18 00 00 00 1c *)"},
-                     {"refused", "Update", R"(
-         write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 04 00 00 00 08 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 18 00 00 00 1c *
-         read 0 -> 0 : ee *)"}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    TranscriptLibrary library(c.exchanges);
-    PageBench bench(library);
-    CAxisTweakPage page(bench.Context());
-    Button(page, c.button).click();
-    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
-    EXPECT_EQ(LineText(page, "Y"), "Y: 0 0 0 Y");
-    EXPECT_EQ(OriginOf(page), "Not retrieved from the board yet.");
-  }
-}
-
-TEST(AxisTweak, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
-  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "boards", .latency = {}};
-  const auto with_page = [&](std::uint16_t product_id, auto&& act) {
-    sim::Bus bus(sim::DefaultRig(), options);
-    SimLibrary library(bus);
-    PageBench bench(library);
-    bench.Detect();
-    for (std::uint32_t i = bench.link.table.Count(); i-- > 0;) {
-      if (bench.link.table.Record(i).product_id == product_id) bench.link.table.SetCurrent(i);
-    }
-    CAxisTweakPage page(bench.Context());
-    act(page);
-    EXPECT_FALSE(Lamp(page, "Error").IsLit());
-  };
-  for (const std::uint16_t product_id : {std::uint16_t{0x0910}, std::uint16_t{0x0920}}) {
-    with_page(product_id, [](CAxisTweakPage& page) {
-      page.LoadDefaults();
-      Named<QCheckBox>(page, "Rz axis: Active").click();
-      Named<QSpinBox>(page, "Rz axis: Deadzone %").setValue(33);
-      Button(page, "Update").click();
-    });
-    with_page(product_id, [](CAxisTweakPage& page) {
-      Button(page, "Retrieve").click();
-      EXPECT_EQ(LineText(page, "Rz"), "Rz: Active 0 33 0 Rz");
-      EXPECT_EQ(LineText(page, "S1"), "S1: 0 0 0 S1");
-    });
-  }
 }
 
 }  // namespace quillon::testing

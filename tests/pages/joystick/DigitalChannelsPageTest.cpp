@@ -25,9 +25,6 @@ constexpr const char* kHeld =
 constexpr const char* kSentBack =
     "01 00 00 1b ff f0 25 19 00 32 00 00 40 00 01 41 00 01 45 00 03 4d 01 a3 19 07 f1 01 00 00 "
     "01 00 00 00 00 00 01 00 00 01 00 00 00 00 00 00 00 02";
-constexpr const char* kFactory =
-    "01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 "
-    "01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00";
 
 std::string Retrieve(const std::string& data) {
   return "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 0 : 12 " + data + " *\n";
@@ -107,28 +104,6 @@ TEST(DigitalChannels, FullControllerShowsTheScanMatrixBoxDisabledAndSaysWhy) {
   EXPECT_EQ(ScanMatrixBox(bench.page).text(), "Scan matrix mode.");
   EXPECT_FALSE(ScanMatrixBox(bench.page).isEnabled());
   EXPECT_FALSE(ScanMatrixBox(bench.page).toolTip().isEmpty());
-}
-
-TEST(DigitalChannels, LightsTheErrorLampForEveryFailedExchange) {
-  const std::string request = "write 0 -> 0 : 00 00 00 00 0e 01 " + std::string(kFactory);
-  const struct {
-    const char* button;
-    std::string exchanges;
-  } cases[]{
-      {"Retrieve", "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 4"},
-      {"Retrieve", "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 0 : 11 00 01 *"},
-      {"Update", request + " *\nread 0 -> 1"},
-      {"Update", request + " *\nread 0 -> 0 : 12 *"},
-      {"Update", "write 0 -> 1 : 00 00 00 00 0e 01 " + std::string(kFactory) + " *"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.exchanges);
-    Bench bench(c.exchanges);
-    Button(bench.page, c.button).click();
-    EXPECT_TRUE(Lamp(bench.page, "Error").IsBlinking());
-    EXPECT_EQ(RowText(bench.grid, 1), "Input 1: ON Normal=0 0=0 None=0");
-    EXPECT_EQ(OriginOf(bench.page), "Not retrieved from the board yet.");
-  }
 }
 
 TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {

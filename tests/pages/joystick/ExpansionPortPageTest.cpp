@@ -7,8 +7,6 @@
 #include <QLabel>
 
 #include "pages/joystick/CExpansionPortPage.h"
-#include "testing/OwnFolders.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "widgets/CStatusLed.h"
@@ -148,54 +146,6 @@ TEST(ExpansionPort, OnlyTheFullControllerGivesAdviceOnTheDisplay) {
   EXPECT_THAT(titles(full),
               ::testing::ElementsAre("Expansion Port Configuration", "Character LCD 20 x 4 mode"));
   EXPECT_THAT(titles(scan_matrix), ::testing::ElementsAre("Expansion Port Configuration"));
-}
-
-TEST(ExpansionPort, LightsTheErrorLampAndKeepsItsControlsWhenAnExchangeFails) {
-  const struct {
-    const char* button;
-    const char* exchanges;
-  } cases[]{{"Retrieve", "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 1"},
-            {"Retrieve", "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 0 : 10 01 02 *"},
-            {"Update", "write 0 -> 1 : 00 00 00 00 10 01 00 01 *"},
-            {"Update", "write 0 -> 0 : 00 00 00 00 10 01 00 01 *\nread 0 -> 0 : ee *"}};
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.exchanges);
-    TranscriptLibrary library(c.exchanges);
-    PageBench bench(library);
-    CExpansionPortPage page(bench.Context(), kFull);
-    Button(page, c.button).click();
-    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
-    EXPECT_EQ(PortText(page), "off, Lumen Card");
-  }
-}
-
-TEST(ExpansionPort, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
-  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "boards", .latency = {}};
-  const auto with_page = [&](ExpansionModules modules, auto&& act) {
-    sim::Bus bus(sim::DefaultRig(), options);
-    SimLibrary library(bus);
-    PageBench bench(library);
-    bench.Detect();
-    const std::uint16_t product_id = modules == kFull ? 0x0910 : 0x0710;
-    for (std::uint32_t i = bench.link.table.Count(); i-- > 0;) {
-      if (bench.link.table.Record(i).product_id == product_id) bench.link.table.SetCurrent(i);
-    }
-    CExpansionPortPage page(bench.Context(), modules);
-    act(page);
-    EXPECT_FALSE(Lamp(page, "Error").IsLit());
-  };
-  for (const auto modules : {kFull, kScanMatrix}) {
-    with_page(modules, [](CExpansionPortPage& page) {
-      page.LoadDefaults();
-      Active(page).click();
-      Module(page).setCurrentText("Zephyr Card");
-      Button(page, "Update").click();
-    });
-    with_page(modules, [](CExpansionPortPage& page) {
-      Button(page, "Retrieve").click();
-      EXPECT_EQ(PortText(page), "on, Zephyr Card");
-    });
-  }
 }
 
 }  // namespace quillon::testing

@@ -165,28 +165,6 @@ TEST(HatChannels, SmallControllerHasInputsOnlyAndSendsNoDamping) {
   EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
 }
 
-TEST(HatChannels, LightsTheErrorLampForEveryFailedExchange) {
-  const struct {
-    const char* button;
-    const char* exchanges;
-  } cases[]{
-      {"Retrieve", "write 0 -> 0 : 00 00 00 00 13 *\nread 0 -> 4"},
-      {"Retrieve", "write 0 -> 0 : 00 00 00 00 13 *\nread 0 -> 0 : 12 03 e4 03 1b *"},
-      {"Update", "write 0 -> 1 : 00 00 00 00 0f 01 01 aa 01 aa *"},
-      {"Update", "write 0 -> 0 : 00 00 00 00 0f 01 01 aa 01 aa *\nread 0 -> 1"},
-      {"Update", "write 0 -> 0 : 00 00 00 00 0f 01 01 aa 01 aa *\nread 0 -> 0 : 13 *"},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.exchanges);
-    Bench bench(c.exchanges);
-    Button(bench.page, c.button).click();
-    EXPECT_TRUE(Lamp(bench.page, "Error").IsBlinking());
-    EXPECT_EQ(bench.Modes(), "POV / POV");
-    EXPECT_EQ(bench.DampingTexts(), "MID MID MID MID MID MID MID MID");
-    EXPECT_EQ(OriginOf(bench.page), "Not retrieved from the board yet.");
-  }
-}
-
 TEST(HatChannels, LoadsDefaults) {
   Bench bench(Retrieve("06 e4 03 1b"));
   Button(bench.page, "Retrieve").click();

@@ -3,14 +3,12 @@
 
 #include "pages/joystick/CScanMatrixChannelsPage.h"
 #include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/SimProgram.h"
+#include "testing/pages/PageBench.h"
 #include "widgets/CGridCtrl.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
 namespace {
-
-constexpr std::uint16_t kScanMatrixController = 0x0710;
 
 enum Column { kOn = 1, kMaster, kInvert, kMode, kEncoder, kPush, kPull, kHold };
 
@@ -118,47 +116,6 @@ TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
     bench.library.Expect(Update());
     Button(bench.page, "Update").click();
     EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
-  }
-}
-
-TEST(ScanMatrixChannels, StopsAtTheFirstFailureAndLightsTheErrorLamp) {
-  enum Fault { kWriteFails, kReadFails, kWrongEcho };
-  constexpr const char* kNever = "Not retrieved from the board yet.";
-  const struct {
-    const char* button;
-    std::uint8_t command;
-    int packet;
-    Fault fault;
-    int packets;  // that were written in all
-    const char* origin;
-  } cases[]{
-      {"Retrieve", 0x12, 1, kReadFails, 1, kNever}, {"Retrieve", 0x12, 2, kReadFails, 2, kNever},
-      {"Retrieve", 0x12, 2, kWrongEcho, 2, kNever}, {"Retrieve", 0x17, 1, kReadFails, 3, "part"},
-      {"Retrieve", 0x17, 2, kReadFails, 4, "part"}, {"Retrieve", 0x17, 2, kWrongEcho, 4, "part"},
-      {"Update", 0x0E, 1, kReadFails, 1, kNever},   {"Update", 0x0E, 2, kWriteFails, 2, kNever},
-      {"Update", 0x0E, 2, kWrongEcho, 2, kNever},   {"Update", 0x18, 1, kWriteFails, 3, kNever},
-      {"Update", 0x18, 2, kReadFails, 4, kNever},   {"Update", 0x18, 2, kWrongEcho, 4, kNever},
-  };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(::testing::Message() << c.button << ", command " << int{c.command} << ", packet "
-                                      << c.packet << ", fault " << c.fault);
-    SimProgram program(kScanMatrixController);
-    CScanMatrixChannelsPage page(program.bench.Context());
-    int packets = 0;
-    program.library.BeforeWrite({.onwards = true}, [&] { ++packets; });
-    const FaultyLibrary::Which which{.nth = c.packet, .command = c.command};
-    if (c.fault == kWriteFails) program.library.FailWrite(which);
-    if (c.fault == kReadFails) program.library.FailRead(which);
-    if (c.fault == kWrongEcho) program.library.AnswerWithEcho(which, 0x13);
-    Button(page, c.button).click();
-    EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
-    EXPECT_FALSE(Lamp(page, "Busy").IsLit());
-    EXPECT_EQ(packets, c.packets);
-    EXPECT_THAT(OriginOf(page).toStdString(), ::testing::HasSubstr(c.origin));
-    // The half that came is shown, the other as it was.
-    const bool inputs_came = c.command == 0x17;
-    EXPECT_EQ(RowText(Grid(page), 4),
-              inputs_came ? "Input 4: ON Invert Toggle=1 None=0" : "Input 4: ON Normal=0 None=0");
   }
 }
 

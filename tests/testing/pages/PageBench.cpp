@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "testing/pages/PageBench.h"
 
+#include <QCheckBox>
+#include <QComboBox>
 #include <QLabel>
+#include <QSpinBox>
 #include <cstring>
 #include <stdexcept>
 
@@ -52,6 +55,19 @@ std::string RowText(const CGridCtrl& grid, int row) {
     if (!toggle) text += "=" + std::to_string(grid.Value(row, column));
   }
   return text;
+}
+
+std::vector<std::string> ShownBy(const QWidget& page) {
+  std::vector<std::string> shown;
+  for (const auto* grid : page.findChildren<CGridCtrl*>()) {
+    for (int row = 1; row < grid->Rows(); ++row) shown.push_back(RowText(*grid, row));
+  }
+  for (const auto* box : page.findChildren<QCheckBox*>())
+    shown.push_back(box->text().toStdString() + (box->isChecked() ? " on" : " off"));
+  for (const auto* box : page.findChildren<QComboBox*>())
+    shown.push_back(box->currentText().toStdString());
+  for (const auto* box : page.findChildren<QSpinBox*>()) shown.push_back(box->text().toStdString());
+  return shown;
 }
 
 QString OriginOf(const QWidget& page) {

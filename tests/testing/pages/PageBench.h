@@ -3,6 +3,8 @@
 
 #include <QPushButton>
 #include <stdexcept>
+#include <string>
+#include <vector>
 
 #include "devlink/BoardLink.h"
 #include "pages/common/PageContext.h"
@@ -47,6 +49,8 @@ CStatusLed& Lamp(const QWidget& page, const QString& name);
 CGridCtrl& Grid(const QWidget& page);
 // What a row shows: its toggles as the titles of those that are set, then texts and codes.
 std::string RowText(const CGridCtrl& grid, int row);
+// All that the page's grids, check boxes, lists and numbers show.
+std::vector<std::string> ShownBy(const QWidget& page);
 // The line that says where the page's values come from.
 QString OriginOf(const QWidget& page);
 

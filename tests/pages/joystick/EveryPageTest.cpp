@@ -1,0 +1,138 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QCheckBox>
+#include <QSpinBox>
+
+#include "pages/common/CSettingsPage.h"
+#include "pages/joystick/CJoystickPageSet.h"
+#include "testing/pages/SimProgram.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+// What holds for every settings page, whatever it is about.
+namespace quillon::testing {
+namespace {
+
+struct Family {
+  BoardFamily family;
+  std::uint16_t product_id;
+  const char* board;
+};
+constexpr Family kFamilies[]{{BoardFamily::kJoystick, 0x0910, "joystick-1"},
+                             {BoardFamily::kSmallJoystick, 0x0920, "compact-1"},
+                             {BoardFamily::kScanMatrix, 0x0710, "matrix-1"}};
+
+// A new page over a board as it left the factory.
+struct OnePage {
+  OnePage(const Family& family, int tab)
+      : program(family.product_id),
+        pages(program.bench.Context(), family.family),
+        page(*pages.Page(tab)) {
+    pages.EnablePages(false, true);
+  }
+
+  // One edit, of what comes in the page's last exchange.
+  void Edit() const {
+    if (auto* const grid = page.findChild<CGridCtrl*>()) {
+      for (int column = grid->Columns() - 1; column > 0; --column) {
+        for (int row = grid->Rows() - 1; row > 0; --row) {
+          if (grid->IsEnabledCell(row, column) && IsToggle(grid->Kind(row, column)))
+            return grid->Click(row, column);
+        }
+      }
+    }
+    if (auto* const number = page.findChild<QSpinBox*>()) return number->setValue(77);
+    page.findChild<QCheckBox*>()->click();
+  }
+
+  // The commands of the exchanges that a button leads to, one for each packet.
+  std::vector<std::uint8_t> Press(const char* button) {
+    std::vector<std::uint8_t> commands;
+    for (int command = 0; command < 256; ++command) {
+      const auto code = static_cast<std::uint8_t>(command);
+      program.library.BeforeWrite({.command = code, .onwards = true},
+                                  [&commands, code] { commands.push_back(code); });
+    }
+    Button(page, button).click();
+    program.library.DropUnstruck();
+    return commands;
+  }
+
+  SimProgram program;
+  CJoystickPageSet pages;
+  CSettingsPage& page;
+};
+
+template <typename Claim>
+void ForEveryPage(const Claim& claim) {
+  for (const Family& family : kFamilies) {
+    const int tabs = OnePage(family, 1).pages.count();
+    for (int tab = 1; tab < tabs; ++tab) {
+      SCOPED_TRACE(::testing::Message() << std::hex << family.product_id << ", tab " << tab);
+      claim(family, tab);
+    }
+  }
+}
+
+}  // namespace
+
+TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
+  enum Fault { kWriteFails, kReadFails, kWrongEcho };
+  ForEveryPage([](const Family& family, int tab) {
+    for (const char* button : {"Retrieve", "Update"}) {
+      const bool retrieve = button[0] == 'R';
+      const auto commands = OnePage(family, tab).Press(button);
+      ASSERT_FALSE(commands.empty());
+      for (std::size_t n = 1; n <= commands.size(); ++n) {
+        const bool last_of_block = n == commands.size() || commands[n] != commands[n - 1];
+        const bool first_block = std::all_of(commands.begin(), commands.begin() + std::ptrdiff_t(n),
+                                             [&](auto code) { return code == commands[0]; });
+        for (const Fault fault : {kWriteFails, kReadFails, kWrongEcho}) {
+          // A query leaves the judgement to its read, and a block to its last packet's echo.
+          if ((fault == kWriteFails && retrieve) || (fault == kWrongEcho && !last_of_block))
+            continue;
+          SCOPED_TRACE(::testing::Message() << button << ", packet " << n << ", fault " << fault);
+          OnePage one(family, tab);
+          Button(one.page, "Retrieve").click();
+          one.Edit();
+          const auto before = ShownBy(one.page);
+          const FaultyLibrary::Which nth{.nth = static_cast<int>(n)};
+          if (fault == kWriteFails) one.program.library.FailWrite(nth);
+          if (fault == kReadFails) one.program.library.FailRead(nth);
+          if (fault == kWrongEcho) one.program.library.AnswerWithEcho(nth, 0xEE);
+          EXPECT_EQ(one.Press(button).size(), n - (fault == kWriteFails)) << "and sends no more";
+          EXPECT_TRUE(Lamp(one.page, "Error").IsBlinking());
+          EXPECT_FALSE(Lamp(one.page, "Busy").IsLit());
+          EXPECT_EQ(ShownBy(one.page), before);
+          const bool in_part = retrieve && !first_block;
+          EXPECT_TRUE(
+              OriginOf(one.page).startsWith(in_part ? "Retrieved in part" : "Retrieved from"));
+          EXPECT_TRUE(OriginOf(one.page).endsWith("Edited since.")) << "the edit is still one";
+          one.pages.ResetIndicators();
+          EXPECT_FALSE(Lamp(one.page, "Error").IsLit() || Lamp(one.page, "Error").IsBlinking());
+        }
+      }
+    }
+  });
+}
+
+TEST(EveryPage, SendsBackTheBytesThatCame) {
+  for (const Family& family : kFamilies) {
+    SimProgram program(family.product_id);
+    CJoystickPageSet pages(program.bench.Context(), family.family);
+    auto& blocks = program.bus.Find(family.board)->State().blocks;
+    auto sent = blocks;
+    if (sent.contains("expansion")) sent["expansion"][0] &= 1;  // the rest has no meaning
+    // No damping; the bytes are always sent as 0.
+    if (family.family == BoardFamily::kSmallJoystick) sent["hat"][1] = sent["hat"][3] = 0;
+    for (int tab = 1; tab < pages.count(); ++tab) {
+      pages.Page(tab)->Retrieve();
+      pages.Page(tab)->Update();
+      EXPECT_TRUE(OriginOf(*pages.Page(tab)).startsWith("Stored in")) << tab;
+    }
+    for (const auto& [name, bytes] : sent) EXPECT_EQ(blocks[name], bytes) << name;
+  }
+}
+
+}  // namespace quillon::testing
