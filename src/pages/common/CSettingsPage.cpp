@@ -139,8 +139,10 @@ void CSettingsPage::ResetIndicators() {
 }
 
 void CSettingsPage::SetOrigin(Origin origin) {
+  const DeviceTable& table = context_.link.table;
   origin_ = origin;
-  origin_board_ = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
+  origin_board_ = CurrentBoard(table);
+  origin_label_ = QString::fromStdString(BoardLabel(table.CurrentRecord()));
   // After half a retrieve the edits are still edits of what was there before.
   if (origin != Origin::kPartlyRetrieved) marks_->TakeBaseline();
   ShowOrigin();
@@ -153,17 +155,16 @@ void CSettingsPage::ShowOrigin() {
       line = tr("Not retrieved from the board yet.");
       break;
     case Origin::kRetrieved:
-      line = tr("Retrieved from %1.").arg(origin_board_);
+      line = tr("Retrieved from %1.").arg(origin_label_);
       break;
     case Origin::kPartlyRetrieved:
-      line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_board_);
+      line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_label_);
       break;
     case Origin::kStored:
-      line = tr("Stored in %1.").arg(origin_board_);
+      line = tr("Stored in %1.").arg(origin_label_);
       break;
   }
-  const auto current = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
-  if (origin_ != Origin::kNone && origin_board_ != current) {
+  if (origin_ != Origin::kNone && origin_board_ != CurrentBoard(context_.link.table)) {
     line += QLatin1Char(' ') + tr("That is not the board selected now.");
   }
   if (marks_->AnyEdited()) line += QLatin1Char(' ') + tr("Edited since.");

@@ -7,6 +7,7 @@
 #include <cstdint>
 #include <span>
 
+#include "devlink/BoardIdentity.h"
 #include "devlink/Exchange.h"
 #include "devlink/HidPacket.h"
 #include "pages/common/PageContext.h"
@@ -168,7 +169,8 @@ class CSettingsPage : public QWidget {
   EditMarks* marks_;
   int accepted_blocks_ = 0;
   Origin origin_ = Origin::kNone;
-  QString origin_board_;
+  BoardIdentity origin_board_;
+  QString origin_label_;
 };
 
 }  // namespace quillon

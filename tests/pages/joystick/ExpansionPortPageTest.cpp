@@ -5,6 +5,7 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <cstring>
 
 #include "pages/joystick/CExpansionPortPage.h"
 #include "testing/OwnFolders.h"
@@ -83,6 +84,35 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     }
     Button(page, "Update").click();
     EXPECT_FALSE(Lamp(page, "Error").IsLit());
+  }
+}
+
+// Serial numbers stand for boards that are alike otherwise.
+TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
+  const struct {
+    std::vector<const char*> boards;
+    std::uint32_t selected;
+    bool known;
+  } cases[]{{{"1", "1", "2"}, 1, true},  {{"1", "1", "2"}, 0, false},
+            {{"1", "1", "2"}, 2, false}, {{"2", "3", "1", "1"}, 3, true},
+            {{"1"}, 0, false},           {{}, 0, false}};
+  TranscriptLibrary library(Retrieved("01 01"));
+  PageBench bench(library);
+  CExpansionPortPage page(bench.Context(), kFull);
+  DeviceTable& table = bench.link.table;
+  const DeviceRecord board = table.CurrentRecord();
+  for (const auto& c : cases) {
+    table.Clear();
+    for (const char* const serial : c.boards) {
+      table.Free().front() = board;
+      std::strcpy(table.Free().front().serial_number, serial);
+      table.Append(1, KVUSB_TYPE_FIRMWARE);
+    }
+    table.SetCurrent(c.selected);
+    if (&c == cases) Button(page, "Retrieve").click();
+    page.ShowOrigin();
+    EXPECT_EQ(OriginOf(page).endsWith("That is not the board selected now."), !c.known)
+        << (&c - cases);
   }
 }
 
