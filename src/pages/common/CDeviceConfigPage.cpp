@@ -105,6 +105,7 @@ void CDeviceConfigPage::ShowDeviceInfo() {
   const DeviceTable& table = context_.link.table;
   update_->Progress().Reset();
   state_.device_present = !table.IsEmpty();
+  state_.reported_without_file = !state_.file_loaded;
   if (table.IsEmpty()) {
     report_->setPlainText(QString::fromStdString(EmptyDeviceReport()));
     serial_->clear();
@@ -207,11 +208,11 @@ void CDeviceConfigPage::LoadDropped(const QString& path) {
   LoadFile(path);
 }
 
-// The image stays, but nothing can be done with it.
+// The image stays, but nothing can be done with it. What was done to the board stays true.
 void CDeviceConfigPage::UnloadFile() {
   state_.file_loaded = false;
   update_->ShowNoFile();
-  SetMoment(FlashMoment::kReported);
+  ShowControls();
 }
 
 void CDeviceConfigPage::LoadFile(const QString& path) {

@@ -109,8 +109,9 @@ class DeviceConfigBench {
     return "none";
   }
 
-  // Loads a file through the dialog; a message that refuses it is expected by the caller.
-  void Load(const QString& path) {
+  // Loads a file through the dialog, which nothing cancels; a message that refuses it is expected by
+  // the caller.
+  void Load(const std::optional<QString>& path) {
     bench.prompts.ExpectOpenFile(path);
     Click("Load...");
   }

@@ -181,6 +181,10 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
   run.Detect();
   EXPECT_EQ(run.Bar(), 0);
   EXPECT_EQ(run.Enabled(), kExecutable);
+  run.Load(std::nullopt);
+  EXPECT_EQ(run.Enabled(), kExecutable) << "what the board holds does not depend on the file";
+  run.Detect();
+  EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Load...");
   run.LoadFirmware();
   EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Program Load...");
 }
