@@ -15,6 +15,7 @@
 #include <QTimer>
 #include <QUrl>
 
+#include "devlink/DeviceText.h"
 #include "firmware/DeviceReport.h"
 #include "firmware/SerialNumber.h"
 #include "pages/common/ButtonColumn.h"
@@ -22,7 +23,6 @@
 #include "pages/common/CFlashProgress.h"
 #include "pages/common/CReportText.h"
 #include "pages/common/FirmwareFile.h"
-#include "pages/common/FlashTips.h"
 #include "pages/common/Vendor.h"
 
 namespace quillon {
@@ -35,6 +35,12 @@ QString IncompatibleText() {
              "Incompatible device version detected!\r\n\r\nYou must update the Quillon utility in "
              "order\r\nto configure this device! Visit ") +
          VendorWebSite() + QStringLiteral("\r\nfor software updates.");
+}
+
+// For the middle of a sentence.
+QString NameOf(const DeviceRecord& board) {
+  const QString label = QString::fromStdString(BoardLabel(board)).trimmed();
+  return label.startsWith(':') ? QStringLiteral("Board ") + label : label;
 }
 
 }  // namespace
@@ -134,11 +140,22 @@ void CDeviceConfigPage::SetMoment(FlashMoment moment) {
   ShowControls();
 }
 
+FlashBoards CDeviceConfigPage::Boards() const {
+  const DeviceTable& table = context_.link.table;
+  FlashBoards boards{NameOf(table.CurrentRecord()), run_name_,
+                     run_name_.isEmpty() || run_board_ == CurrentBoard(table)};
+  if (!boards.same && boards.of_run == boards.selected) {
+    boards.of_run = tr("Another board of the same name, %1,").arg(run_name_);
+  }
+  return boards;
+}
+
 void CDeviceConfigPage::ShowControls() {
   const FlashControls controls = FlashControlsFor(state_);
-  const auto show = [this](QWidget& widget, FlashControl control, bool enabled) {
+  const FlashBoards boards = Boards();
+  const auto show = [&](QWidget& widget, FlashControl control, bool enabled) {
     widget.setEnabled(enabled);
-    widget.setToolTip(FlashTip(control, enabled, state_));
+    widget.setToolTip(FlashTip(control, enabled, state_, boards));
   };
   show(*refresh_, FlashControl::kRefresh, controls.refresh);
   show(*flash_, FlashControl::kFlash, controls.flash);
@@ -276,6 +293,8 @@ void CDeviceConfigPage::AbortRun() {
 
 void CDeviceConfigPage::RunFlashUpdate() {
   auto& [library, table, gate] = context_.link;
+  run_board_ = CurrentBoard(table);
+  run_name_ = NameOf(table.CurrentRecord());
   state_.file_programmed = false;
   state_.last_run_failed = false;
   switch (FlashUpdate(library, table.CurrentRecord(), image_, *this).Run()) {

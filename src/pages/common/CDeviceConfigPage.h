@@ -4,9 +4,11 @@
 #include <QWidget>
 #include <optional>
 
+#include "devlink/BoardIdentity.h"
 #include "firmware/FlashControls.h"
 #include "firmware/FlashUpdate.h"
 #include "firmware/RestartCommand.h"
+#include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
 
 class QLineEdit;
@@ -61,6 +63,7 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   // Enables the controls as the state says, with tool tips that say why.
   void ShowControls();
   void SetMoment(FlashMoment moment);
+  FlashBoards Boards() const;
 
   void OnSetSerial();
   void OnRestart(RestartButton button);
@@ -85,6 +88,8 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   std::uint32_t device_mode_;
   FlashPageState state_;
   KvxImage image_;
+  BoardIdentity run_board_;  // what the last run was about
+  QString run_name_;
   bool running_ = false;         // a run is on the stack
   bool abort_requested_ = true;  // also while there is nothing to abort
   CReportText* report_ = nullptr;

@@ -239,6 +239,32 @@ TEST(FlashRun, SendsNothingToABoardOfAnotherProduct) {
   run.ExpectSecondRunSucceeds();
 }
 
+TEST(FlashRun, SaysWhichBoardItWasAbout) {
+  RunBench run(std::string(kInFlashMode) + R"(, "serial": "001"},
+      {"id": "c", "product": "0x0910", "serial": "002", "firmware": "2.71", "mode": "flash")");
+  // Which boards the tool tips of "Program" and "Execute" name.
+  const auto named = [&](unsigned selected) {
+    run.bench.link.table.SetCurrent(selected);
+    run.page.ShowDeviceInfo();
+    std::string all;
+    for (const char* const button : {"Program", "Execute"}) {
+      for (const char* const serial : {" : 001", " : 002"}) {
+        if (run.Press(button).toolTip().contains(serial)) all += serial;
+      }
+      all += ";";
+    }
+    return all;
+  };
+  run.LoadFirmware();
+  EXPECT_EQ(named(0), " : 001; : 001;");
+  run.ExpectSuccess();
+  run.Program();
+  EXPECT_EQ(named(0), " : 001; : 001;");
+  EXPECT_EQ(named(1), " : 001 : 002; : 001 : 002;");
+  run.LoadFirmware();
+  EXPECT_EQ(named(1), " : 002; : 002;");
+}
+
 TEST(FlashRun, ErasesAndFinishesWithAFileWithoutRecords) {
   RunBench run;
   run.Load(WriteFile("empty.kvx", {0x10, 0x09}));
