@@ -7,13 +7,17 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QGroupBox>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
+#include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
+#include <utility>
 
 #include "devlink/DeviceText.h"
 #include "firmware/DeviceReport.h"
@@ -46,8 +50,12 @@ QString NameOf(const DeviceRecord& board) {
 }  // namespace
 
 CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode,
-                                     QWidget* parent)
-    : QWidget(parent), context_(context), device_mode_(device_mode), update_(new CFlashGroup) {
+                                     QWidget* parent, Clock clock)
+    : QWidget(parent),
+      context_(context),
+      device_mode_(device_mode),
+      clock_(std::move(clock)),
+      update_(new CFlashGroup) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(BuildReportGroup(), 3);
   layout->addWidget(update_, 2);
@@ -105,6 +113,24 @@ void CDeviceConfigPage::ConnectButtons() {
   on_click(&update_->Execute(), [this] { OnRestart(RestartButton::kExecute); });
   on_click(&update_->Load(), &CDeviceConfigPage::OnLoadFile);
   on_click(&update_->Program(), &CDeviceConfigPage::OnProgram);
+  update_->Program().installEventFilter(this);
+}
+
+CDeviceConfigPage::Clock CDeviceConfigPage::SteadyClock() {
+  return [] {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+  };
+}
+
+// "Program" and "Abort" are one button. The second press of a double click and the repeats of a key
+// that is held mean neither. The events know that they are, also when an erase or a detection has
+// kept them waiting.
+bool CDeviceConfigPage::eventFilter(QObject* watched, QEvent* event) {
+  const bool repeated =
+      event->type() == QEvent::MouseButtonDblClick ||
+      (event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->isAutoRepeat());
+  return repeated || QWidget::eventFilter(watched, event);
 }
 
 void CDeviceConfigPage::ShowDeviceInfo() {
@@ -269,6 +295,7 @@ void CDeviceConfigPage::dropEvent(QDropEvent* event) {
 
 void CDeviceConfigPage::OnProgram() {
   if (running_) return AbortRun();
+  if (JustAborted()) return;
   {
     const auto hold = context_.link.gate.TryEnter();
     if (!hold || context_.link.table.IsEmpty()) return;
@@ -288,7 +315,15 @@ void CDeviceConfigPage::OnProgram() {
 void CDeviceConfigPage::AbortRun() {
   if (abort_requested_) return;
   abort_requested_ = true;
+  aborted_at_ = clock_();
   SetMoment(FlashMoment::kStopped);
+}
+
+// A press so soon after "Abort", with whatever key or button, still means "Abort".
+bool CDeviceConfigPage::JustAborted() const {
+  const std::chrono::milliseconds interval(
+      QGuiApplication::styleHints()->mouseDoubleClickInterval());
+  return aborted_at_ && clock_() - *aborted_at_ < interval;
 }
 
 void CDeviceConfigPage::RunFlashUpdate() {

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QWidget>
+#include <chrono>
+#include <functional>
 #include <optional>
 
 #include "devlink/BoardIdentity.h"
@@ -31,8 +33,12 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   Q_OBJECT
 
  public:
+  // Time since some moment; never goes back.
+  using Clock = std::function<std::chrono::milliseconds()>;
+
   // `device_mode` is the device type that counts as Device Mode in the family.
-  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent);
+  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent,
+                    Clock clock = SteadyClock());
 
   // Rebuilds the report on the current board and sets the page's controls by it; without boards,
   // the empty form. Tells of a firmware that is newer than this program knows.
@@ -51,11 +57,14 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void RunEnded();
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
+  static Clock SteadyClock();
+
   QWidget* BuildReportGroup();
   QWidget* BuildSerialRow();
   void ConnectButtons();
@@ -73,6 +82,7 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void UnloadFile();
   void LoadFile(const QString& path);
   void OnProgram();
+  bool JustAborted() const;
   void RunFlashUpdate();
   void ShowWrongDevice();
   void ShowCompleted();
@@ -90,6 +100,8 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   KvxImage image_;
   BoardIdentity run_board_;  // what the last run was about
   QString run_name_;
+  Clock clock_;
+  std::optional<std::chrono::milliseconds> aborted_at_;
   bool running_ = false;         // a run is on the stack
   bool abort_requested_ = true;  // also while there is nothing to abort
   CReportText* report_ = nullptr;

@@ -59,7 +59,7 @@ class DeviceConfigBench {
         sim(bus),
         library(sim),
         bench(library),
-        page(bench.Context(), device_mode, nullptr) {
+        page(bench.Context(), device_mode, nullptr, [this] { return now; }) {
     Detect();
   }
 
@@ -122,6 +122,7 @@ class DeviceConfigBench {
   SimLibrary sim;
   FaultyLibrary library;
   PageBench bench;
+  std::chrono::milliseconds now{};
   CDeviceConfigPage page;
 };
 

@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <QMouseEvent>
 #include <QProgressBar>
+#include <QStyleHints>
 #include <functional>
 #include <optional>
 
@@ -168,6 +170,11 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
     if (run.ended > 0) return;
     EXPECT_FALSE(run.bench.link.gate.IsOpen());
     seen.push_back(run.Enabled());
+    // The second press of a double click on "Program" is not meant for "Abort".
+    QMouseEvent again(QEvent::MouseButtonDblClick, {3, 3}, {3, 3}, Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(&run.Press("Abort"), &again);
+    EXPECT_FALSE(run.Press("Abort").isDown());
   });
   run.ExpectSuccess();
   run.bench.prompts.WhileOpen([&] {
@@ -215,6 +222,15 @@ TEST(FlashRun, AbortsBeforeTheNextRecordAndStartsNothingInBetween) {
     EXPECT_TRUE(run.Board().flash_mode);
     EXPECT_FALSE(run.Board().flash.valid);
     EXPECT_EQ(run.Board().flash.bytes.size(), 4U * static_cast<unsigned>(record));
+    const auto interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    run.now += std::chrono::milliseconds(interval - 1);
+    run.Click("Program");
+    EXPECT_EQ(run.started, 1) << "the second click of two on Abort";
+    run.now += std::chrono::milliseconds(1);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    run.Press("Program").setAutoDefault(true);  // as in a dialog
+    QCoreApplication::sendEvent(&run.Press("Program"), &held);
+    EXPECT_EQ(run.started, 1);
     run.ExpectSecondRunSucceeds();
   }
 }
