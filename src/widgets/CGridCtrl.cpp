@@ -173,6 +173,7 @@ void CGridCtrl::Enter(int row, int column, const QString& text) {
     SetValue(row, column, old_value);
   }
   Redraw();
+  if (!kept) emit EntryRefused();
 }
 
 bool CGridCtrl::FinishEdit() {
@@ -274,10 +275,18 @@ void CGridCtrl::mouseReleaseEvent(QMouseEvent* event) {
   QTableView::mouseReleaseEvent(event);
 }
 
-void CGridCtrl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint) {
+void CGridCtrl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const auto* const line = qobject_cast<QLineEdit*>(editor);
+  const bool given_up = hint == QAbstractItemDelegate::RevertModelCache;
+  const bool refused = line != nullptr && !given_up && !line->hasAcceptableInput();
   QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);  // no hint moves to the next cell
   const std::optional<GridEntry> entry = delegate_->TakeEntry();
-  if (entry) Enter(entry->row, entry->column, entry->text);
+  if (entry) {
+    Enter(entry->row, entry->column, entry->text);
+  } else if (refused) {
+    entry_kept_ = false;
+    emit EntryRefused();
+  }
 }
 
 void CGridCtrl::changeEvent(QEvent* event) {

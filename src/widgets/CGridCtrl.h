@@ -82,7 +82,7 @@ class CGridCtrl : public QTableView {
   void Enter(int row, int column, const QString& text);
   // Takes over what is still being typed into a number cell; a key or menu that starts an update
   // does not end the typing by itself.
-  // False when the page refused it.
+  // False when it was refused, by the page or because it is no number of the cell.
   bool FinishEdit();
 
   QSize sizeHint() const override;
@@ -91,6 +91,8 @@ class CGridCtrl : public QTableView {
  signals:
   // After every Redraw(), and so after every change that shows.
   void Redrawn();
+  // An entry of the user was refused; the cell has its former text again.
+  void EntryRefused();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;

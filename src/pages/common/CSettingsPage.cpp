@@ -2,11 +2,14 @@
 #include "pages/common/CSettingsPage.h"
 
 #include <QBoxLayout>
+#include <QEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <utility>
 
 #include "devlink/DeviceText.h"
+#include "pages/common/CNumberBox.h"
 #include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
@@ -51,6 +54,7 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   layout->addLayout(row);
   AddButtonRow(row);
   connect(marks_, &EditMarks::Changed, this, &CSettingsPage::ShowOrigin);
+  connect(marks_, &EditMarks::EntryRefused, this, &CSettingsPage::NoteRefusal);
   ShowOrigin();
 }
 
@@ -70,6 +74,7 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
     button->setAccessibleDescription(caption);
     button->setToolTip(tip);
     connect(button, &QPushButton::clicked, this, handler);
+    button->installEventFilter(this);
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
     layout->addWidget(button);
@@ -108,13 +113,34 @@ void CSettingsPage::Update() {
   const auto hold = context_.link.gate.TryEnter();
   if (!hold) return;
   // What was refused just now must not look stored.
-  for (auto* const grid : findChildren<CGridCtrl*>()) {
-    if (!grid->FinishEdit()) return;
-  }
+  if (!FinishEdits()) return;
   ShowError(false);
   ShowBusy(true);
   static_cast<void>(StoreOnBoard());
   ShowBusy(false);
+}
+
+// A number that is still being typed is taken over first. False when one was refused.
+bool CSettingsPage::FinishEdits() {
+  bool kept = true;
+  for (auto* const grid : findChildren<CGridCtrl*>()) kept = grid->FinishEdit() && kept;
+  for (auto* const box : findChildren<CNumberBox*>()) kept = box->FinishEdit() && kept;
+  return kept;
+}
+
+void CSettingsPage::NoteRefusal() {
+  just_refused_ = true;
+  // Posted, so it comes after the event that ended the typing.
+  QMetaObject::invokeMethod(
+      this, [this] { just_refused_ = false; }, Qt::QueuedConnection);
+}
+
+// A press on a button first takes the focus from the field that is being edited, which may refuse
+// what was typed. The press is used up then: the user has not seen yet what the field holds now.
+bool CSettingsPage::eventFilter(QObject* watched, QEvent* event) {
+  const bool used_up =
+      event->type() == QEvent::MouseButtonPress && std::exchange(just_refused_, false);
+  return used_up || QWidget::eventFilter(watched, event);
 }
 
 void CSettingsPage::Defaults() {

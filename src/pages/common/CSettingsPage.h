@@ -50,6 +50,8 @@ class CSettingsPage : public QWidget {
   void ShowOrigin();
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
   // Reads the blocks into the shadow and fills the controls. False, with the controls as far as
   // they came, at the first exchange that failed.
   virtual bool RetrieveRoutine() = 0;
@@ -159,6 +161,8 @@ class CSettingsPage : public QWidget {
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
   void AddButtonRow(QBoxLayout* layout);
+  bool FinishEdits();
+  void NoteRefusal();
 
   PageContext context_;
   QBoxLayout* groups_;
@@ -168,6 +172,7 @@ class CSettingsPage : public QWidget {
   QLabel* origin_line_ = nullptr;
   EditMarks* marks_;
   int accepted_blocks_ = 0;
+  bool just_refused_ = false;  // an entry, in the event that is being dealt with
   Origin origin_ = Origin::kNone;
   BoardIdentity origin_board_;
   QString origin_label_;

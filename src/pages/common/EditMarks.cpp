@@ -3,9 +3,9 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QSpinBox>
 #include <algorithm>
 
+#include "pages/common/CNumberBox.h"
 #include "widgets/CEditMark.h"
 #include "widgets/CGridCtrl.h"
 
@@ -26,11 +26,13 @@ void EditMarks::Track(CGridCtrl* grid) {
     }
   }
   connect(grid, &CGridCtrl::Redrawn, this, &EditMarks::Compare);
+  connect(grid, &CGridCtrl::EntryRefused, this, &EditMarks::EntryRefused);
 }
 
-void EditMarks::Track(QSpinBox* box) {
+void EditMarks::Track(CNumberBox* box) {
   TrackControl(box, [box] { return QString::number(box->value()); });
   connect(box, qOverload<int>(&QSpinBox::valueChanged), this, &EditMarks::Compare);
+  connect(box, &CNumberBox::EntryCorrected, this, &EditMarks::EntryRefused);
 }
 
 void EditMarks::Track(QCheckBox* box) {

@@ -7,11 +7,11 @@
 
 class QCheckBox;
 class QComboBox;
-class QSpinBox;
 
 namespace quillon {
 
 class CGridCtrl;
+class CNumberBox;
 
 // Marks the controls of a page whose value differs from a baseline: what was last retrieved from a
 // board or stored in one. A mark goes when the value is set back. Apart from the page's settings
@@ -24,7 +24,7 @@ class EditMarks : public QObject {
 
   // The controls that are watched. A grid counts with all its data cells.
   void Track(CGridCtrl* grid);
-  void Track(QSpinBox* box);
+  void Track(CNumberBox* box);
   void Track(QCheckBox* box);
   void Track(QComboBox* box);
 
@@ -36,6 +36,8 @@ class EditMarks : public QObject {
  Q_SIGNALS:
   // Some control got or lost its mark.
   void Changed();
+  // What the user typed into some control was refused, or replaced by what the control can hold.
+  void EntryRefused();
 
  private:
   // One thing that is compared: reads its value now, and shows or hides its mark.

@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QSpinBox>
+#include <QTest>
 
 #include "pages/joystick/CAxisTweakPage.h"
 #include "testing/OwnFolders.h"
@@ -79,6 +80,27 @@ TEST(AxisTweak, SendsEveryEditOfAnAxis) {
     read 0 -> 0 : 23 *)");
   Button(page, "Update").click();
   EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
+}
+
+TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  CAxisTweakPage page(bench.Context());
+  page.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+  auto& percent = Named<QSpinBox>(page, "X axis: Trim Min %");
+  for (const bool with_the_mouse : {true, false}) {
+    percent.setFocus();
+    percent.selectAll();
+    QTest::keyClicks(&percent, "150");
+    auto& update = Button(page, "Update");
+    with_the_mouse ? QTest::mouseClick(&update, Qt::LeftButton) : update.click();
+    EXPECT_EQ(LineText(page, "X"), "X: 100 0 0 X");
+  }
+  library.Expect(
+      "write 0 -> 0 : 00 00 00 00 23 01 00 64 00 00 04 00 00 00 08 00 00 00 0c 00 00 "
+      "00 10 00 00 00 14 00 00 00 18 00 00 00 1c *\nread 0 -> 0 : 23 *");
+  QTest::mouseClick(&Button(page, "Update"), Qt::LeftButton);
 }
 
 TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
