@@ -6,6 +6,7 @@
 
 #include "cli/KvxMake.h"
 #include "cli/KvxReport.h"
+#include "devlink/DeviceText.h"
 #include "firmware/KvxImage.h"
 
 namespace quillon {
@@ -30,12 +31,13 @@ Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line
 )";
 
 int ComplainOfUsage(std::ostream& err, const std::string& sentence) {
-  err << "kvx: " << sentence << " See kvx --help.\n";
+  err << "kvx: " << ShownText(sentence) << " See kvx --help.\n";
   return kKvxUsage;
 }
 
-int Inspect(const std::string& path, bool check, std::ostream& out, std::ostream& err) {
-  std::ifstream file(path, std::ios::binary);
+int Inspect(const std::string& given, bool check, std::ostream& out, std::ostream& err) {
+  std::ifstream file(given, std::ios::binary);
+  const std::string path = ShownText(given);
   const auto bytes = ReadKvxBytes(file);
   // A folder can be opened, but not read.
   if (!file.is_open() || file.bad()) {
@@ -62,7 +64,7 @@ int Make(std::span<const std::string> arguments, std::ostream& out, std::ostream
   const auto request = ParseMakeRequest(arguments);
   if (const auto* wrong = std::get_if<std::string>(&request)) return ComplainOfUsage(err, *wrong);
   if (const auto problem = MakeKvxFile(std::get<MakeRequest>(request), out)) {
-    err << *problem << '\n';
+    err << ShownText(*problem) << '\n';
     return kKvxBad;
   }
   return kKvxDone;

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "devlink/BoardFamily.h"
+#include "devlink/DeviceText.h"
 #include "firmware/ImageSource.h"
 #include "firmware/KvxImage.h"
 
@@ -136,7 +137,7 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   image.records = std::get<std::vector<KvxRecord>>(std::move(records));
   if (image.records.empty()) return request.from + ": It holds no data.";
   if (!WriteFile(request.to, WriteKvx(image))) return request.to + ": Cannot be written.";
-  out << request.to << ": " << image.records.size() << " records\n";
+  out << ShownText(request.to) << ": " << image.records.size() << " records\n";
   return std::nullopt;
 }
 

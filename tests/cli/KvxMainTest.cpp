@@ -116,7 +116,9 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
     EXPECT_THAT(ran.err, HasSubstr("bad.kvx: "));
     EXPECT_EQ(ran.out, "");
   }
-  EXPECT_EQ(Kvx({"check", PathOf("missing.kvx")}).status, 1);
+  const Ran missing = Kvx({"check", PathOf("miss\n\u202Eing.kvx")});
+  EXPECT_THAT(missing.err, HasSubstr("miss\uFFFDing.kvx: "));
+  EXPECT_EQ(missing.status, 1);
   EXPECT_EQ(Kvx({"check", testing::OwnFolders::Root().string()}).status, 1) << "a folder";
 }
 
