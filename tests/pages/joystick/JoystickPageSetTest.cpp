@@ -14,7 +14,9 @@
 namespace quillon::testing {
 namespace {
 
+using ::testing::ContainsRegex;
 using ::testing::ElementsAreArray;
+using ::testing::Not;
 
 // What a user chooses in the first, second and so on grid of a tab.
 struct Edit {
@@ -145,6 +147,20 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
                 ElementsAreArray(but_the_second_block))
         << "the first page stops at its first block, the others are sent";
   }
+}
+
+TEST(JoystickPageSet, TipsOfTheSmallControllerSpeakOfNoChannelThatItLacks) {
+  SimProgram program(0x0920);
+  CJoystickPageSet pages(program.bench.Context(), JoystickFamily::kSmall);
+  QString tips;
+  for (int tab = 1; tab < pages.count(); ++tab) {
+    for (const auto* grid : pages.Page(tab)->findChildren<CGridCtrl*>()) {
+      for (int i = 0; i + 1 < grid->Columns(); ++i) {
+        tips += grid->model()->headerData(i, Qt::Horizontal, Qt::ToolTipRole).toString();
+      }
+    }
+  }
+  EXPECT_THAT(tips.toStdString(), Not(ContainsRegex("ncremental|FALCO|the analog inputs|13")));
 }
 
 TEST(JoystickPageSet, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
