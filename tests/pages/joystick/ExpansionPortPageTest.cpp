@@ -30,12 +30,15 @@ std::string PortText(const QWidget& page) {
   return (active ? "on, " : "off, ") + Module(page).currentText().toStdString();
 }
 
-bool NamesAnUnknownModule(const QWidget& page, int code) {
-  const QString begin = QStringLiteral("The board holds the module code %1,").arg(code);
+// Whether the page shows a line that begins so.
+bool Says(const QWidget& page, const QString& begin) {
   for (const QLabel* const label : page.findChildren<QLabel*>()) {
-    if (label->text().startsWith(begin)) return label->isVisibleTo(&page);
+    if (label->isVisibleTo(&page) && label->text().startsWith(begin)) return true;
   }
   return false;
+}
+bool NamesAnUnknownModule(const QWidget& page, int code) {
+  return Says(page, QStringLiteral("The board holds the module code %1,").arg(code));
 }
 
 std::string Retrieved(const char* block) {
@@ -57,13 +60,17 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     const char* shown;
     const char* sent;
     int unknown = -1;
+    const char* replaced = nullptr;
   };
   const Case cases[]{
       {"first", kFull, "Zephyr Card", "01 01", "on, Lumen Card", "01 01"},
       {"last", kFull, "Zephyr Card", "01 05", "on, Character LCD 20 x 4", "01 05"},
       {"all bits set", kFull, "Zephyr Card", "ff 03", "on, Absolute Tarn Encoders", "01 03"},
-      {"off, with a module", kFull, "Zephyr Card", "fe 02", "off, Zephyr Card", "00 04"},
-      {"off, without a module", kFull, "Zephyr Card", "00 00", "off, Zephyr Card", "00 04"},
+      {"off, with a module", kFull, "Zephyr Card", "fe 02", "off, Zephyr Card", "00 04", -1,
+       "Absolute SSI Encoders"},
+      {"off, with the module shown", kFull, "Zephyr Card", "00 04", "off, Zephyr Card", "00 04"},
+      {"off, without a module", kFull, "Zephyr Card", "00 00", "off, Zephyr Card", "00 04", -1,
+       "code 0"},
       {"no module", kFull, "Zephyr Card", "01 00", "on, Zephyr Card", "01 00", 0},
       {"a newer module", kFull, "Zephyr Card", "01 06", "on, Zephyr Card", "01 06", 6},
       {"no byte is negative", kFull, "Zephyr Card", "01 ff", "on, Zephyr Card", "01 ff", 255},
@@ -82,8 +89,11 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     for (const int code : {0, 3, 6, 255}) {
       EXPECT_EQ(NamesAnUnknownModule(page, code), code == c.unknown) << code;
     }
+    const QString warning = "The board held the module %1. Update replaces it by Zephyr Card";
+    EXPECT_EQ(Says(page, warning.arg(c.replaced)), c.replaced != nullptr);
     Button(page, "Update").click();
     EXPECT_FALSE(Lamp(page, "Error").IsLit());
+    EXPECT_FALSE(Says(page, "The board held"));
   }
 }
 
