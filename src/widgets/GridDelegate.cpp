@@ -106,6 +106,8 @@ void GridDelegate::PaintGround(QPainter* painter, const QStyleOptionViewItem& op
                                const GridCell& cell) const {
   QColor ground = cell.background ? Tone(*cell.background, option.palette)
                                   : option.palette.color(QPalette::Base);
+  // Intended on every ground, that of the clicked row too: where a row has no cell nothing can be
+  // clicked.
   if (!cell.enabled) {
     ground = Mixed(ground, option.palette.color(QPalette::Active, QPalette::Text), 0.05);
   }

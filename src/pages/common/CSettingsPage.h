@@ -43,7 +43,8 @@ class CSettingsPage : public QWidget {
   // ... and then the update. Returns whether it succeeded.
   [[nodiscard]] bool StoreOnBoard();
 
-  // Lamps dark and still, as after a detection.
+  // Lamps dark and still, as after a detection. Intended: choosing another board leaves them; they
+  // tell of the page's last exchange.
   void ResetIndicators();
 
   // Says where the page's values come from, seen from the board that is current now.
