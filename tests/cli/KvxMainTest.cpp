@@ -116,9 +116,8 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
     EXPECT_THAT(ran.err, HasSubstr("bad.kvx: "));
     EXPECT_EQ(ran.out, "");
   }
-  const Ran missing = Kvx({"check", PathOf("miss\n\u202Eing.kvx")});
-  EXPECT_THAT(missing.err, HasSubstr("miss\uFFFDing.kvx: "));
-  EXPECT_EQ(missing.status, 1);
+  EXPECT_EQ(Kvx({"check", PathOf("missing.kvx")}).status, 1);
+  EXPECT_THAT(Kvx({"check", PathOf("a\n\u202E.kvx")}).err, HasSubstr("a\uFFFD.kvx: "));
   EXPECT_EQ(Kvx({"check", testing::OwnFolders::Root().string()}).status, 1) << "a folder";
 }
 

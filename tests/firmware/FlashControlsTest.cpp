@@ -11,19 +11,14 @@ namespace {
 
 // The enabled controls as words, in the order of the page.
 std::string Words(const FlashControls& controls) {
+  const std::pair<bool, const char*> all[] = {
+      {controls.refresh, "Refresh"}, {controls.flash, "Flash"},     {controls.device, "Device"},
+      {controls.serial, "serial"},   {controls.set, "Set"},         {controls.reboot, "Reboot"},
+      {controls.program, "Program"}, {controls.execute, "Execute"}, {controls.load, "Load"}};
   std::string words;
-  const auto add = [&](bool enabled, const char* word) {
+  for (const auto& [enabled, word] : all) {
     if (enabled) words += (words.empty() ? "" : " ") + std::string(word);
-  };
-  add(controls.refresh, "Refresh");
-  add(controls.flash, "Flash");
-  add(controls.device, "Device");
-  add(controls.serial, "serial");
-  add(controls.set, "Set");
-  add(controls.reboot, "Reboot");
-  add(controls.program, "Program");
-  add(controls.execute, "Execute");
-  add(controls.load, "Load");
+  }
   return words;
 }
 

@@ -40,7 +40,6 @@ TEST(StatusLed, StartsDarkAndRunsATimerOnlyWhileBlinking) {
   lamp.SetBlinkPeriod(400);
   ASSERT_EQ(TimersOf(lamp).size(), 1);
   EXPECT_EQ(TimersOf(lamp).first().interval, 400);
-  // A coarse timer of 250 ms may tick after 239.
   EXPECT_EQ(TimersOf(lamp).first().timerType, Qt::PreciseTimer);
   lamp.SetBlinkPeriod(0);
   EXPECT_TRUE(TimersOf(lamp).isEmpty());

@@ -109,8 +109,7 @@ class DeviceConfigBench {
     return "none";
   }
 
-  // Loads a file through the dialog, which nothing cancels; a message that refuses it is expected by
-  // the caller.
+  // Loads a file through the dialog; nothing cancels it. The caller expects a message, if any.
   void Load(const std::optional<QString>& path) {
     bench.prompts.ExpectOpenFile(path);
     Click("Load...");

@@ -89,8 +89,9 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     for (const int code : {0, 3, 6, 255}) {
       EXPECT_EQ(NamesAnUnknownModule(page, code), code == c.unknown) << code;
     }
-    const QString warning = "The board held the module %1. Update replaces it by Zephyr Card";
-    EXPECT_EQ(Says(page, warning.arg(c.replaced)), c.replaced != nullptr);
+    const QString held = "The board held the module %1. Update replaces it by Zephyr Card.";
+    EXPECT_EQ(Says(page, c.replaced ? held.arg(c.replaced) : "The board held"),
+              c.replaced != nullptr);
     Button(page, "Update").click();
     EXPECT_FALSE(Lamp(page, "Error").IsLit());
     EXPECT_FALSE(Says(page, "The board held"));
@@ -121,8 +122,7 @@ TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
     table.SetCurrent(c.selected);
     if (&c == cases) Button(page, "Retrieve").click();
     page.ShowOrigin();
-    EXPECT_EQ(OriginOf(page).endsWith("That is not the board selected now."), !c.known)
-        << (&c - cases);
+    EXPECT_EQ(OriginOf(page).contains("not the board selected"), !c.known) << (&c - cases);
   }
 }
 
@@ -176,18 +176,12 @@ TEST(ExpansionPort, FollowsItsCheckBox) {
 TEST(ExpansionPort, OnlyTheFullControllerGivesAdviceOnTheDisplay) {
   TranscriptLibrary library("");
   PageBench bench(library);
-  const CExpansionPortPage full(bench.Context(), kFull);
-  const CExpansionPortPage scan_matrix(bench.Context(), kScanMatrix);
-  const auto titles = [](const QWidget& page) {
-    std::vector<std::string> out;
-    for (const auto* group : page.findChildren<QGroupBox*>()) {
-      out.push_back(group->title().toStdString());
-    }
-    return out;
-  };
-  EXPECT_THAT(titles(full),
-              ::testing::ElementsAre("Expansion Port Configuration", "Character LCD 20 x 4 mode"));
-  EXPECT_THAT(titles(scan_matrix), ::testing::ElementsAre("Expansion Port Configuration"));
+  for (const auto modules : {kFull, kScanMatrix}) {
+    const CExpansionPortPage page(bench.Context(), modules);
+    QStringList titles;
+    for (const auto* group : page.findChildren<QGroupBox*>()) titles << group->title();
+    EXPECT_EQ(titles.contains("Character LCD 20 x 4 mode"), modules == kFull);
+  }
 }
 
 TEST(ExpansionPort, LightsTheErrorLampAndKeepsItsControlsWhenAnExchangeFails) {
