@@ -115,16 +115,20 @@ TEST_F(SimLibrary, KeepsSettingsInTheStateFolder) {
 
 TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
   const auto file = testing::OwnFolders::Root() / "r\u00FCg.json";
-  for (const bool exists : {false, true}) {
-    if (exists) std::ofstream(file) << R"({"boards": [{"id": "x"}]})";
+  for (const std::string reason :
+       {"cannot be opened: No such file or directory.", "is a folder.", "lacks \"product\""}) {
+    if (reason == "is a folder.") {
+      std::filesystem::create_directory(file);
+    } else if (std::filesystem::remove(file)) {
+      std::ofstream(file) << R"({"boards": [{"id": "x"}]})";
+    }
     setenv("QUILLON_SIM_RIG", file.c_str(), 1);
     Load();
     std::uint32_t count = 5;
     for (std::uint32_t type = 1; type <= 3; ++type)
       EXPECT_EQ(detect_(&count, table_.data(), type), 0);
     EXPECT_NE(close_(0, table_.data()), 0);
-    EXPECT_THAT(Problem(), AllOf(HasSubstr(file.string()),
-                                 HasSubstr(exists ? "lacks \"product\"" : "No such file")));
+    EXPECT_THAT(Problem(), AllOf(HasSubstr(file.string()), HasSubstr(reason)));
     for (std::uint32_t size = 1; size < 100; ++size) {
       std::string cut(size, '?');
       EXPECT_NE(describe_(nullptr, cut.data(), size), 0);
