@@ -82,11 +82,15 @@ typedef struct DeviceRecord {
   char serial_number[20];   /* 828  library  USB iSerialNumber, second text of the tree label */
 } DeviceRecord;
 
+/* Records that one detection writes at most: more than any bus holds. */
+#define KVUSB_MOST_BOARDS 256
+
 /* Looks for boards of one type.
  *
  * count  out: number of records written. Set by the library whenever the result is nonzero.
  * first  out: the first free record of the caller's table; the library writes `*count` records from
- *        here on. It is not told how many fit: the caller keeps room for more than a bus can hold.
+ *        here on. It is not told how many fit: the caller keeps room for KVUSB_MOST_BOARDS, and the
+ *        library leaves out what is beyond that.
  * type   KVUSB_TYPE_...
  *
  * Returns nonzero when boards were written and counted, 0 when there is none of this type. */

@@ -19,10 +19,7 @@ using Call = TraceEntry::Call;
 // A flash update of a whole board takes half a MiB, so this is a session of days.
 constexpr std::size_t kMostBytes = std::size_t{64} << 20;
 
-// More than any bus holds; a program has room for these (kvusb.h).
-constexpr std::size_t kMostBoards = 256;
-
-bool IsCrowded(const TraceEntry& entry) { return entry.boards.size() > kMostBoards; }
+bool IsCrowded(const TraceEntry& entry) { return entry.boards.size() > KVUSB_MOST_BOARDS; }
 
 // The player's sentences stand on lines of their own for a terminal; a window has one line.
 std::string OnOneLine(const std::string& text) {
