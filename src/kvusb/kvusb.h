@@ -8,7 +8,10 @@
  * so a loaded library is process-wide state with one owner, and a caller distrusts every count and
  * text that comes back.
  *
- * Threads: all calls come from one thread, one at a time. No exception crosses the interface.
+ * Threads: all calls come from one thread, one at a time.
+ *
+ * Exceptions: none crosses the interface, in either direction. A library must not throw: its caller
+ * may be C. Quillon takes an exception for the function's failure and tells its text.
  *
  * Blocking: DetectHID and CloseDevices return in milliseconds. WriteData blocks until the board has
  * taken the report (about 1 ms; the first one to a board may have to open it, which takes up to a
