@@ -123,8 +123,10 @@ enum { KVUSB_DEVICE_INTERFACE = 5 }; /* `device_type` of an event about a USB de
 typedef void(KVUSB_CALL* DeviceChangeHandler)(uint32_t event, uint32_t device_type,
                                               const char* path, void* context);
 
-/* SetDeviceChangeHandler: names the one handler of hot-plug events, NULL for none.
- * Returns nonzero on success. */
+/* SetDeviceChangeHandler: names the one handler of hot-plug events, NULL for none. Once it has
+ * returned, the former handler is not called any more, and no call of it is still running on
+ * another thread: its context may go. Called from inside the handler, it does not wait for that
+ * one call. Returns nonzero on success; NULL always succeeds. */
 typedef int32_t(KVUSB_CALL* SetDeviceChangeHandlerFunction)(DeviceChangeHandler handler,
                                                             void* context);
 

@@ -74,14 +74,17 @@ TEST_F(SimLibrary, DetectsAnswersAndForgetsAllWhenUnloaded) {
   EXPECT_EQ(read_(&table_[0], packet), KVUSB_OK);
   EXPECT_EQ(packet[0], 0x0D);
   int calls = 0;
-  EXPECT_NE(set_handler_([](std::uint32_t, std::uint32_t, const char*,
-                            void* context) { ++*static_cast<int*>(context); },
-                         &calls),
-            0);
-  std::uint8_t restart[65] = {0, 0, 0, 0, 9};
-  write_(&table_[1], restart);
-  read_(&table_[1], restart);
-  EXPECT_EQ(calls, 2);
+  DeviceChangeHandler handler = [](std::uint32_t, std::uint32_t, const char*, void* context) {
+    ++*static_cast<int*>(context);
+  };
+  for (const std::size_t board : {1U, 2U}) {
+    EXPECT_NE(set_handler_(handler, &calls), 0);
+    std::uint8_t restart[65] = {0, 0, 0, 0, 9};
+    write_(&table_[board], restart);
+    EXPECT_EQ(read_(&table_[board], restart), KVUSB_OK);
+    EXPECT_EQ(calls, 2) << "and none after it was taken back";
+    handler = nullptr;
+  }
   EXPECT_NE(close_(count, table_.data()), 0);
 
   Unload();
