@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QObject>
+#include <cstdint>
+#include <string>
 
 #include "devlink/DeviceNotifier.h"
 #include "devlink/HidLibrary.h"
@@ -24,6 +26,7 @@ class LibraryNotifier : public QObject, public DeviceNotifier {
  private:
   static void KVUSB_CALL OnEvent(std::uint32_t event, std::uint32_t device_type, const char* path,
                                  void* context);
+  void HandOn(std::uint32_t event, std::uint32_t device_type, const std::string& path) const;
 
   HidLibrary& library_;
   Handler handler_;

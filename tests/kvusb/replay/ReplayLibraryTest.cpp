@@ -199,17 +199,16 @@ TEST(ReplayLibrary, WithoutATraceThereAreNoBoardsAndASentence) {
     EXPECT_THAT(program.ProblemOfLibrary().sentence,
                 AllOf(HasSubstr("session.trace"), HasSubstr(problem)));
   }
-  setenv("QUILLON_REPLAY", "/nowhere/at.all", 1);
-  {
+  for (const auto& [file, sentence] :
+       {std::pair("/nowhere/at.all",
+                  "The trace /nowhere/at.all cannot be opened: No such file or directory."),
+        std::pair("/tmp", "The trace /tmp is a folder."),
+        std::pair("", "QUILLON_REPLAY names no trace to play.")}) {
+    setenv("QUILLON_REPLAY", file, 1);
     auto loaded = LoadLibraryFile(KVUSB_REPLAY_FILE);
     const auto& library = std::get<std::unique_ptr<HidLibrary>>(loaded);
-    EXPECT_EQ(library->DescribeProblem(nullptr).sentence,
-              "The trace /nowhere/at.all cannot be opened: No such file or directory.");
+    EXPECT_EQ(library->DescribeProblem(nullptr).sentence, sentence);
   }
-  unsetenv("QUILLON_REPLAY");
-  auto loaded = LoadLibraryFile(KVUSB_REPLAY_FILE);
-  EXPECT_THAT(std::get<std::unique_ptr<HidLibrary>>(loaded)->DescribeProblem(nullptr).sentence,
-              HasSubstr("QUILLON_REPLAY names no trace"));
 }
 
 // A bug report's trace often ends in the middle of something.
