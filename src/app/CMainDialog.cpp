@@ -7,7 +7,6 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include "app/CAboutDlg.h"
@@ -77,20 +76,11 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
   tree_->SetToolReady(DeviceTool::kRestartFlash, true);
   tree_->SetToolReady(DeviceTool::kRestartDevice, true);
-  services_.link.gate.SetAction([this] {
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-          // Somebody may have entered since; then it waits for them in turn.
-          if (close_after_run_) return;
-          if (services_.link.gate.IsOpen()) {
-            Redetect();
-          } else {
-            services_.link.gate.Request();
-          }
-        },
-        Qt::QueuedConnection);
-  });
+  // A timer, because there is only one of it however many events come, and because the event loop
+  // serves input before it. Posted events would all run before the next click.
+  waiting_.setSingleShot(true);
+  connect(&waiting_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
+  services_.link.gate.SetAction([this] { waiting_.start(); });
   // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
   splitter->setSizes({character * 66, character * 148});
@@ -98,6 +88,9 @@ CMainDialog::CMainDialog(const MainServices& services)
   // On a small screen with some room left for the frame.
   resize(whole.boundedTo(screen()->availableSize() * 0.95));
 }
+
+// The gate outlives the window.
+CMainDialog::~CMainDialog() { services_.link.gate.SetAction({}); }
 
 void CMainDialog::CreateMenu() {
   const MainMenuHandlers handlers{
@@ -153,6 +146,16 @@ void CMainDialog::Initialise() {
 void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,
                                  std::string_view path) {
   if (IsBoardChange(event, device_type, path)) services_.link.gate.Request();
+}
+
+void CMainDialog::RunWaitingDetection() {
+  if (close_after_run_) return;
+  if (services_.link.gate.IsOpen()) {
+    Redetect();
+  } else {
+    // Somebody has entered since; then it waits for them in turn.
+    services_.link.gate.Request();
+  }
 }
 
 void CMainDialog::Redetect() {

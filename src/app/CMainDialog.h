@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QTimer>
 #include <functional>
 #include <map>
 #include <optional>
@@ -42,6 +43,7 @@ class CMainDialog : public QMainWindow {
 
  public:
   explicit CMainDialog(const MainServices& services);
+  ~CMainDialog() override;
 
   // The first detection, the registration for hot-plug events, the options. Runs by itself once the
   // window has been painted, so that the user sees a window during the wait. Does it once.
@@ -51,7 +53,8 @@ class CMainDialog : public QMainWindow {
   // else holds the gate.
   void Redetect();
 
-  // A hot-plug event; those of our boards lead to a detection as soon as the gate is open.
+  // A hot-plug event; those of our boards lead to a detection as soon as the gate is open. However
+  // many come, one detection waits at most, and input is served before it.
   void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
 
   // The pages shown for the current board; null while the home page or nothing is.
@@ -69,6 +72,7 @@ class CMainDialog : public QMainWindow {
   void CreateMenu();
   void CreatePageSets();
   void AddAboutToSystemMenu();
+  void RunWaitingDetection();
   void CloseAllBoards();
   void DetectAllTypes();
   void SelectFamilyPages();
@@ -86,6 +90,7 @@ class CMainDialog : public QMainWindow {
   CHomePage* home_ = nullptr;
   QWidget* nothing_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
+  QTimer waiting_;               // active while a detection waits for the event loop
   CPageSet* running_ = nullptr;  // the set whose board is being programmed
   QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
   bool close_after_run_ = false;

@@ -1,8 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/LibraryNotifier.h"
 
-#include <QCoreApplication>
-#include <string>
+#include <utility>
 
 namespace quillon {
 
@@ -14,20 +13,26 @@ bool LibraryNotifier::Start(Handler handler) {
   return true;
 }
 
-void LibraryNotifier::Deliver() { QCoreApplication::sendPostedEvents(this, QEvent::MetaCall); }
+void LibraryNotifier::Deliver() {
+  std::optional<Event> event;
+  {
+    const std::scoped_lock lock(mutex_);
+    event = std::exchange(waiting_, std::nullopt);
+  }
+  if (event) handler_(event->event, event->device_type, event->path);
+}
 
-// The library may call from any thread and in the middle of an exchange, so an event only goes on
-// the queue here.
+// The library may call from any thread and in the middle of an exchange, so an event is only noted
+// here.
 void KVUSB_CALL LibraryNotifier::OnEvent(std::uint32_t event, std::uint32_t device_type,
                                          const char* path, void* context) {
+  const std::string_view name = path != nullptr ? path : "";
+  if (!IsBoardChange(event, device_type, name)) return;
   auto* const self = static_cast<LibraryNotifier*>(context);
-  std::string copy = path != nullptr ? path : "";
-  QMetaObject::invokeMethod(
-      self,
-      [self, event, device_type, copy = std::move(copy)] {
-        self->handler_(event, device_type, copy);
-      },
-      Qt::QueuedConnection);
+  const std::scoped_lock lock(self->mutex_);
+  if (self->waiting_) return;
+  self->waiting_ = Event{event, device_type, std::string(name)};
+  QMetaObject::invokeMethod(self, [self] { self->Deliver(); }, Qt::QueuedConnection);
 }
 
 }  // namespace quillon

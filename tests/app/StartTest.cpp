@@ -112,7 +112,7 @@ TEST(OpenedLibrary, TracesTheSimulatedBoards) {
               ::testing::HasSubstr("cannot be written"));
 }
 
-TEST(LibraryNotifier, HandsEventsOnFromTheQueue) {
+TEST(LibraryNotifier, HandsOneEventOnATurnHoweverManyCome) {
   sim::Bus bus(sim::DefaultRig(), {.latency = {}});
   SimLibrary library(bus);
   std::vector<std::string> events;
@@ -121,16 +121,20 @@ TEST(LibraryNotifier, HandsEventsOnFromTheQueue) {
     ASSERT_TRUE(notifier.Start([&](std::uint32_t event, std::uint32_t, std::string_view path) {
       EXPECT_TRUE(IsBoardChange(event, KVUSB_DEVICE_INTERFACE, path));
       events.push_back(event == KVUSB_EVENT_ARRIVAL ? "arrival" : "removal");
+      // As a library without pause does it: the next one is there before the queue is empty.
+      if (events.size() < 2) bus.Unplug("joystick-1");
     }));
     bus.Unplug("joystick-1");
     bus.Plug("joystick-1");
     EXPECT_TRUE(events.empty()) << "never inside the library's call";
     QCoreApplication::processEvents();
-    EXPECT_THAT(events, ::testing::ElementsAre("removal", "arrival"));
-    bus.Unplug("joystick-1");
+    EXPECT_THAT(events, ::testing::ElementsAre("removal")) << "and no endless turn";
+    QCoreApplication::processEvents();
+    EXPECT_THAT(events, ::testing::ElementsAre("removal", "removal"));
+    bus.Plug("joystick-1");
   }
   QCoreApplication::processEvents();
-  bus.Plug("joystick-1");
+  bus.Unplug("joystick-1");
   EXPECT_EQ(events.size(), 2U) << "silent once it is gone";
 }
 
