@@ -167,6 +167,8 @@ void CMainDialog::Redetect() {
   tree_->Rebuild();
   home_->ShowSearch();
   repaint();
+  // A view notes that its model is another one, and paints that only when the event loop turns.
+  tree_->viewport()->repaint();
   services_.settle();
   DetectAllTypes();
   services_.notifier.Deliver();

@@ -85,7 +85,7 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
     return bench.window.Tree().model()->index(0, 0, root(row)).data().toString();
   };
   bench.on_settle = [&] {
-    EXPECT_EQ(only_child(0), "Non Detected") << "the emptied tree is seen during the wait";
+    EXPECT_EQ(only_child(0), "Non Detected");
     EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
   };
   bench.window.Initialise();
@@ -97,6 +97,30 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
   EXPECT_THAT(ReportOf(bench.window).toStdString(), ::testing::HasSubstr("Device : Stick"));
   EXPECT_EQ(EnabledTabs(*bench.window.ShownPageSet()).first(2),
             QStringList({"Device Configuration", "Analog Channels"}));
+}
+
+TEST(MainDialog, PaintsTheEmptiedTreeBeforeItWaits) {
+  struct Paints : QObject {
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+      if (event->type() == QEvent::Paint) ++count;
+      return false;
+    }
+    int count = 0;
+  } paints;
+  SimMain main(kJoystick);
+  auto& bench = main.bench;
+  bench.window.Tree().viewport()->installEventFilter(&paints);
+  QObject::connect(&bench.window.Tree(), &CDeviceTreeCtrl::BoardSelected,
+                   [&] { paints.count = 0; });
+  bench.window.show();
+  while (bench.settled == 0 || paints.count == 0) bench.RunEvents();
+  do {
+    paints.count = 0;
+    bench.RunEvents();
+  } while (paints.count > 0);
+  bench.on_settle = [&] { EXPECT_GT(paints.count, 0) << "since the tree was emptied"; };
+  bench.window.Redetect();
+  EXPECT_EQ(bench.settled, 2);
 }
 
 TEST(MainDialog, SaysThatClosingFailedAndGoesOn) {
