@@ -132,7 +132,7 @@ void CMainDialog::CreatePageSets() {
 }
 
 void CMainDialog::Initialise() {
-  if (std::exchange(initialised_, true)) return;
+  if (closed_ || std::exchange(initialised_, true)) return;
   Redetect();
   const bool registered = services_.notifier.Start(
       [this](std::uint32_t event, std::uint32_t device_type, std::string_view path) {
@@ -291,6 +291,8 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
     running_->AbortRun();
   }
   if (!services_.link.gate.IsOpen()) {
+    // Not the end after all, so what waited for it is still wanted.
+    if (running_ == nullptr && std::exchange(close_after_run_, false)) services_.link.gate.Request();
     event->ignore();
     return;
   }

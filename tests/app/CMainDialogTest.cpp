@@ -397,7 +397,7 @@ TEST(MainDialog, ReadsTheOptionsUnlessTheRegistrationFailed) {
   }
 }
 
-TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
+TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWayNorStartOnceItIsClosed) {
   NoLibrary library;
   MainBench bench(library);
   {
@@ -405,6 +405,8 @@ TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
     EXPECT_FALSE(bench.window.close());
   }
   EXPECT_TRUE(bench.window.close());
+  bench.window.Initialise();
+  EXPECT_FALSE(bench.notifier.IsStarted());
 }
 
 TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
