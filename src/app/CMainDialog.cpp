@@ -203,9 +203,14 @@ void CMainDialog::CloseAllBoards() {
                             QStringLiteral("Close Device Failed"), UserPrompts::Icon::kExclamation);
 }
 
-void CMainDialog::SelectFamilyPages() {
+// What a library wrote where no board is listed says nothing.
+std::uint16_t CMainDialog::CurrentProduct() const {
   const DeviceTable& table = services_.link.table;
-  const BoardFamily family = FamilyOf(table.CurrentRecord().product_id);
+  return table.IsEmpty() ? 0 : table.CurrentRecord().product_id;
+}
+
+void CMainDialog::SelectFamilyPages() {
+  const BoardFamily family = FamilyOf(CurrentProduct());
   const auto set = page_sets_.find(family);
   // A Yes that then loads nothing would be a lie; a family's second product keeps its own rule.
   tree_->SetToolReady(DeviceTool::kLoadDefaults,
@@ -215,7 +220,7 @@ void CMainDialog::SelectFamilyPages() {
     set->second->ShowBoard();
     return;
   }
-  home_->ShowBoardCount(table.Count());
+  home_->ShowBoardCount(services_.link.table.Count());
   pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? nothing_ : home_);
 }
 
@@ -232,8 +237,7 @@ void CMainDialog::LoadDefaultSettings() {
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
           QStringLiteral("Load Defaults"))) {
-    const auto product_id = services_.link.table.CurrentRecord().product_id;
-    const auto set = page_sets_.find(FamilyWithDefaults(product_id));
+    const auto set = page_sets_.find(FamilyWithDefaults(CurrentProduct()));
     if (set != page_sets_.end()) set->second->LoadDeviceDefaults();
   }
   tree_->Rebuild();
@@ -245,11 +249,11 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   const auto hold = gate.TryEnter();
   if (!hold) return;
   ChooseBoardOfPort();
-  DeviceRecord& board = table.CurrentRecord();
-  const BoardFamily family = FamilyOf(board.product_id);
-  if (family != BoardFamily::kNone && family != BoardFamily::kWithoutPages && !table.IsEmpty()) {
+  const BoardFamily family = FamilyOf(CurrentProduct());
+  if (family != BoardFamily::kNone && family != BoardFamily::kWithoutPages) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
-    SendRestart(library, board, RestartCommand(button, table.CurrentType(), family));
+    SendRestart(library, table.CurrentRecord(),
+                RestartCommand(button, table.CurrentType(), family));
   }
   tree_->Rebuild();
 }

@@ -75,6 +75,7 @@ class CMainDialog : public QMainWindow {
   void RunWaitingDetection();
   void CloseAllBoards();
   void DetectAllTypes();
+  std::uint16_t CurrentProduct() const;
   void SelectFamilyPages();
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);

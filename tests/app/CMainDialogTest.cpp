@@ -356,6 +356,22 @@ TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
   EXPECT_TRUE(said);
 }
 
+TEST(MainDialog, TakesNoBoardFromARecordThatIsNotListed) {
+  struct Scribbler : NoLibrary {
+    std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                           std::uint32_t type) override {
+      count = 0;
+      free[0].product_id = 0x0910;
+      return type == KVUSB_TYPE_LOADER ? 0 : 1;
+    }
+  } library;
+  MainBench bench(library);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
+  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+}
+
 TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
   NoLibrary none;
   MainBench calm(none);
