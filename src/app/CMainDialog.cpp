@@ -95,14 +95,17 @@ CMainDialog::~CMainDialog() { services_.link.gate.SetAction({}); }
 void CMainDialog::CreateMenu() {
   const MainMenuHandlers handlers{
       .exit = [this] { close(); },
-      .toggle_auto_update =
-          [this](bool on) {
-            auto_update_ = on ? 1 : 0;
-            services_.profile.SetAutoUpdate(auto_update_);
-          },
+      .toggle_auto_update = [this](bool on) { SetAutoUpdate(on); },
       .about = [this] { ShowAbout(); },
   };
   FillMainMenu(*menuBar(), handlers, services_.profile.AutoUpdate() != 0);
+}
+
+// Any number but 0 means yes, and the one that stood there comes back.
+void CMainDialog::SetAutoUpdate(bool on) {
+  if (const int former = services_.profile.AutoUpdate(); former != 0) yes_ = former;
+  options_.auto_update = on ? yes_ : 0;
+  services_.profile.SetAutoUpdate(options_.auto_update);
 }
 
 void CMainDialog::CreatePageSets() {
@@ -139,8 +142,7 @@ void CMainDialog::Initialise() {
         OnDeviceChange(event, device_type, path);
       });
   if (!registered) return;
-  auto_connect_ = services_.profile.AutoConnect();
-  auto_update_ = services_.profile.AutoUpdate();
+  options_ = {services_.profile.AutoConnect(), services_.profile.AutoUpdate()};
 }
 
 void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,

@@ -36,6 +36,13 @@ struct MainServices {
   AccessHelp access{};
 };
 
+// The options as they are; the defaults until the start has read them.
+struct StartOptions {
+  int auto_connect = 1;
+  int auto_update = 1;
+  bool operator==(const StartOptions&) const = default;
+};
+
 // The main window: the tree of boards on the left, the pages of the current one on the right.
 // Closing it during a flash update aborts that first; the window closes when it has ended.
 class CMainDialog : public QMainWindow {
@@ -60,6 +67,7 @@ class CMainDialog : public QMainWindow {
   // The pages shown for the current board; null while the home page or nothing is.
   CPageSet* ShownPageSet() const;
   CDeviceTreeCtrl& Tree() const { return *tree_; }
+  const StartOptions& Options() const { return options_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -70,6 +78,7 @@ class CMainDialog : public QMainWindow {
 
  private:
   void CreateMenu();
+  void SetAutoUpdate(bool on);
   void CreatePageSets();
   void AddAboutToSystemMenu();
   void RunWaitingDetection();
@@ -97,8 +106,8 @@ class CMainDialog : public QMainWindow {
   bool close_after_run_ = false;
   bool initialised_ = false;
   std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
-  int auto_connect_ = 1;
-  int auto_update_ = 1;
+  StartOptions options_;
+  int yes_ = 1;  // what "Auto Update" is when it is switched on
 };
 
 }  // namespace quillon

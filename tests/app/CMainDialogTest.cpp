@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 
 #include "app/CMainDialog.h"
 #include "app/MainBench.h"
@@ -402,12 +403,16 @@ TEST(MainDialog, ShowsNothingForProductsWithoutPagesAndHomeForUnknownOnes) {
 }
 
 TEST(MainDialog, ReadsTheOptionsUnlessTheRegistrationFailed) {
+  QSettings("Quillon", "Quillon").setValue("Options/Auto Connect", 0);
+  Profile().SetAutoUpdate(5);
   for (const bool registers : {true, false}) {
     NoLibrary library;
     MainBench bench(library);
     bench.notifier.registers = registers;
+    EXPECT_EQ(bench.window.Options(), StartOptions()) << "not before the detection";
     bench.window.Initialise();
     EXPECT_TRUE(bench.notifier.IsStarted());
+    EXPECT_EQ(bench.window.Options(), registers ? StartOptions({0, 5}) : StartOptions());
     bench.window.Initialise();
     EXPECT_EQ(bench.settled, 1) << "started once";
   }
@@ -451,10 +456,20 @@ TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
             "&Help\n57667 &Help Topics *\n-\n100 &About...");
   ASSERT_NE(check, nullptr);
   EXPECT_TRUE(check->isChecked());
-  check->trigger();
-  EXPECT_EQ(Profile().AutoUpdate(), 0) << "written at once";
-  check->trigger();
-  EXPECT_EQ(Profile().AutoUpdate(), 1);
+}
+
+TEST(MainMenu, LeavesTheUpdateOptionAsItWasWhenItIsToggledTwice) {
+  for (const int value : {0, 1, 5, -3}) {
+    Profile().SetAutoUpdate(value);
+    NoLibrary library;
+    MainBench bench(library);
+    QAction& check = *bench.window.menuBar()->actions().at(2)->menu()->actions().front();
+    EXPECT_EQ(check.isChecked(), value != 0) << value;
+    check.trigger();
+    EXPECT_EQ(Profile().AutoUpdate(), value == 0 ? 1 : 0) << "written at once";
+    check.trigger();
+    EXPECT_EQ(Profile().AutoUpdate(), value);
+  }
 }
 
 }  // namespace quillon::testing
