@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 #include <signal.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
+#include <QFileInfo>
 #include <fstream>
 
 #include "app/LibraryNotifier.h"
@@ -72,6 +74,29 @@ TEST(Profile, FallsBackToDefaultsForBrokenValuesAndFiles) {
     Profile profile;
     EXPECT_EQ(profile.AutoConnect(), c.auto_connect) << c.content;
     EXPECT_EQ(profile.AutoUpdate(), c.auto_update) << c.content;
+  }
+}
+
+TEST(Profile, NeitherWaitsForNorWritesIntoWhatIsNoRegularFile) {
+  const QString own = qEnvironmentVariable("XDG_CONFIG_HOME");
+  qputenv("XDG_CONFIG_DIRS", Own("system").toUtf8());
+  const struct {
+    QString file;
+    bool pipe;
+    const char* said;
+  } cases[]{{own + "/Quillon/Quillon.conf", true, " is not a regular file. "},
+            {own + "/Quillon/Quillon.conf", false, " is a folder. "},
+            {own + "/Quillon.conf", true, " is not a regular file. "},
+            {Own("system/Quillon/Quillon.conf"), true, " is not a regular file. "},
+            {Own("system/Quillon.conf"), true, " is not a regular file. "}};
+  for (const auto& c : cases) {
+    QDir().mkpath(c.pipe ? QFileInfo(c.file).path() : c.file);
+    ASSERT_TRUE(!c.pipe || mkfifo(c.file.toUtf8(), 0600) == 0);
+    Profile profile;
+    EXPECT_THAT(profile.Problem().toStdString(), ::testing::HasSubstr(c.said));
+    profile.SetAutoUpdate(5);
+    EXPECT_EQ(profile.AutoUpdate(), 1) << "not kept";
+    std::filesystem::remove(c.file.toStdString());
   }
 }
 
