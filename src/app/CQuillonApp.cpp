@@ -35,7 +35,8 @@ int CQuillonApp::Run() {
   Profile profile;
   BoardLink link(opened.Library());
   MessageBoxes prompts(link.gate);
-  QStringList problems{opened.Problem(), profile.Problem()};
+  QStringList problems{QString::fromStdString(instance.Problem()), opened.Problem(),
+                       profile.Problem()};
   problems.removeAll(QString());
   if (!problems.isEmpty()) {
     prompts.Message(nullptr, problems.join(QLatin1Char('\n')), QStringLiteral("Quillon"),

@@ -37,26 +37,48 @@ void WriteFile(const QString& path, const QByteArray& content) {
 
 TEST(SingleInstance, IsTakenWhileAnotherOneLivesEvenIfItCrashed) {
   {
-    const SingleInstance first;
+    const SingleInstance first(OwnFolders::Root());
     EXPECT_FALSE(first.IsTaken());
-    EXPECT_TRUE(SingleInstance().IsTaken());
+    EXPECT_TRUE(SingleInstance(OwnFolders::Root()).IsTaken());
   }
-  EXPECT_FALSE(SingleInstance().IsTaken());
+  EXPECT_FALSE(SingleInstance(OwnFolders::Root()).IsTaken());
 
   const pid_t child = fork();
   if (child == 0) {
-    const SingleInstance held;
+    const SingleInstance held(OwnFolders::Root());
     kill(getpid(), SIGKILL);
   }
   int status = 0;
   ASSERT_EQ(waitpid(child, &status, 0), child);
   ASSERT_TRUE(WIFSIGNALED(status));
-  EXPECT_FALSE(SingleInstance().IsTaken());
+  EXPECT_FALSE(SingleInstance(OwnFolders::Root()).IsTaken());
 }
 
-TEST(SingleInstance, StartsAllTheSameWhereNoMarkCanBeSet) {
-  qputenv("XDG_RUNTIME_DIR", "/nowhere/at/all");
-  EXPECT_FALSE(SingleInstance().IsTaken());
+TEST(SingleInstance, FallsBackFromWhatIsNotTheUsersAloneAndNeedsNoEnvironment) {
+  namespace fs = std::filesystem;
+  const fs::path root = OwnFolders::Root(), lock = "quillon.lock";
+  const fs::path places[]{root / ("quillon-" + std::to_string(geteuid())),
+                          root / "XDG_RUNTIME_DIR/quillon", root / "HOME/.local/state/quillon"};
+  qunsetenv("XDG_STATE_HOME");
+  const std::function<void(const fs::path&)> ways[]{
+      [](const auto& place) { fs::permissions(place, fs::perms::all); },
+      [&](const auto& place) { fs::remove_all(place), fs::create_symlink(root, place); },
+      [&](const auto& place) { fs::remove(place / lock), fs::create_directory(place / lock); },
+      [&](const auto& place) { fs::remove(place / lock), fs::create_symlink("x", place / lock); }};
+  for (const auto& spoil : ways) {
+    for (const fs::path& place : places) fs::remove_all(place);
+    for (const fs::path& place : places) {
+      const SingleInstance first(root);
+      EXPECT_TRUE(!first.IsTaken() && first.Problem().empty()) << first.Problem();
+      EXPECT_TRUE(SingleInstance(root).IsTaken()) << place;
+      spoil(place);
+    }
+    EXPECT_TRUE(SingleInstance(root).Problem().starts_with("Quillon cannot tell whether it is "));
+  }
+  fs::remove_all(places[0]);
+  const SingleInstance first(root);
+  for (const char* const name : {"XDG_RUNTIME_DIR", "HOME"}) qunsetenv(name);
+  EXPECT_TRUE(SingleInstance(root).IsTaken());
 }
 
 TEST(Profile, FallsBackToDefaultsForBrokenValuesAndFiles) {
