@@ -298,7 +298,8 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
   }
   if (!services_.link.gate.IsOpen()) {
     // Not the end after all, so what waited for it is still wanted.
-    if (running_ == nullptr && std::exchange(close_after_run_, false)) services_.link.gate.Request();
+    if (running_ == nullptr && std::exchange(close_after_run_, false))
+      services_.link.gate.Request();
     event->ignore();
     return;
   }

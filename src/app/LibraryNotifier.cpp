@@ -32,7 +32,8 @@ void KVUSB_CALL LibraryNotifier::OnEvent(std::uint32_t event, std::uint32_t devi
   const std::scoped_lock lock(self->mutex_);
   if (self->waiting_) return;
   self->waiting_ = Event{event, device_type, std::string(name)};
-  QMetaObject::invokeMethod(self, [self] { self->Deliver(); }, Qt::QueuedConnection);
+  QMetaObject::invokeMethod(
+      self, [self] { self->Deliver(); }, Qt::QueuedConnection);
 }
 
 }  // namespace quillon

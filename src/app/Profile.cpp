@@ -30,8 +30,9 @@ QString ProblemOf(const QString& file) {
   const auto read = ReadFile(std::filesystem::path(file.toStdU16String()), kLargest);
   const auto* const problem = std::get_if<FileProblem>(&read);
   if (problem == nullptr || problem->code) return {};
-  return QStringLiteral("The settings file %1 %2. The options have their defaults, and changes of "
-                        "them are not kept.")
+  return QStringLiteral(
+             "The settings file %1 %2. The options have their defaults, and changes of "
+             "them are not kept.")
       .arg(QDir::toNativeSeparators(file), QString::fromStdString(problem->predicate));
 }
 

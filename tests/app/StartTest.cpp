@@ -8,7 +8,6 @@
 #include <QCoreApplication>
 #include <QDir>
 #include <QFile>
-#include <QFileInfo>
 #include <fstream>
 
 #include "app/LibraryNotifier.h"
@@ -100,25 +99,20 @@ TEST(Profile, FallsBackToDefaultsForBrokenValuesAndFiles) {
 }
 
 TEST(Profile, NeitherWaitsForNorWritesIntoWhatIsNoRegularFile) {
-  const QString own = qEnvironmentVariable("XDG_CONFIG_HOME");
   qputenv("XDG_CONFIG_DIRS", Own("system").toUtf8());
-  const struct {
-    QString file;
-    bool pipe;
-    const char* said;
-  } cases[]{{own + "/Quillon/Quillon.conf", true, " is not a regular file. "},
-            {own + "/Quillon/Quillon.conf", false, " is a folder. "},
-            {own + "/Quillon.conf", true, " is not a regular file. "},
-            {Own("system/Quillon/Quillon.conf"), true, " is not a regular file. "},
-            {Own("system/Quillon.conf"), true, " is not a regular file. "}};
-  for (const auto& c : cases) {
-    QDir().mkpath(c.pipe ? QFileInfo(c.file).path() : c.file);
-    ASSERT_TRUE(!c.pipe || mkfifo(c.file.toUtf8(), 0600) == 0);
-    Profile profile;
-    EXPECT_THAT(profile.Problem().toStdString(), ::testing::HasSubstr(c.said));
-    profile.SetAutoUpdate(5);
-    EXPECT_EQ(profile.AutoUpdate(), 1) << "not kept";
-    std::filesystem::remove(c.file.toStdString());
+  for (const QString& folder : {qEnvironmentVariable("XDG_CONFIG_HOME"), Own("system")}) {
+    for (const char* const name : {"/Quillon/Quillon.conf", "/Quillon.conf"}) {
+      const std::filesystem::path file = (folder + name).toStdString();
+      std::filesystem::create_directories(file);
+      EXPECT_TRUE(Profile().Problem().contains("Quillon.conf is a folder."));
+      std::filesystem::remove(file);
+      ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+      Profile profile;
+      EXPECT_THAT(profile.Problem().toStdString(), ::testing::HasSubstr(" is not a regular file."));
+      profile.SetAutoUpdate(5);
+      EXPECT_EQ(profile.AutoUpdate(), 1) << "not kept";
+      std::filesystem::remove(file);
+    }
   }
 }
 
@@ -168,21 +162,17 @@ TEST(LibraryNotifier, HandsOneEventOnATurnHoweverManyCome) {
     ASSERT_TRUE(notifier.Start([&](std::uint32_t event, std::uint32_t, std::string_view path) {
       EXPECT_TRUE(IsBoardChange(event, KVUSB_DEVICE_INTERFACE, path));
       events.push_back(event == KVUSB_EVENT_ARRIVAL ? "arrival" : "removal");
-      // As a library without pause does it: the next one is there before the queue is empty.
-      if (events.size() < 2) bus.Unplug("joystick-1");
     }));
     bus.Unplug("joystick-1");
     bus.Plug("joystick-1");
     EXPECT_TRUE(events.empty()) << "never inside the library's call";
     QCoreApplication::processEvents();
-    EXPECT_THAT(events, ::testing::ElementsAre("removal")) << "and no endless turn";
-    QCoreApplication::processEvents();
-    EXPECT_THAT(events, ::testing::ElementsAre("removal", "removal"));
-    bus.Plug("joystick-1");
+    EXPECT_THAT(events, ::testing::ElementsAre("removal"));
+    bus.Unplug("joystick-1");
   }
   QCoreApplication::processEvents();
-  bus.Unplug("joystick-1");
-  EXPECT_EQ(events.size(), 2U) << "silent once it is gone";
+  bus.Plug("joystick-1");
+  EXPECT_EQ(events.size(), 1U) << "silent once it is gone";
 }
 
 }  // namespace quillon::testing
