@@ -7,7 +7,6 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QVBoxLayout>
 
 #include "app/CAboutDlg.h"
@@ -77,20 +76,11 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
   tree_->SetToolReady(DeviceTool::kRestartFlash, true);
   tree_->SetToolReady(DeviceTool::kRestartDevice, true);
-  services_.link.gate.SetAction([this] {
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-          // Somebody may have entered since; then it waits for them in turn.
-          if (close_after_run_) return;
-          if (services_.link.gate.IsOpen()) {
-            Redetect();
-          } else {
-            services_.link.gate.Request();
-          }
-        },
-        Qt::QueuedConnection);
-  });
+  // A timer, because there is only one of it however many events come, and because the event loop
+  // serves input before it. Posted events would all run before the next click.
+  waiting_.setSingleShot(true);
+  connect(&waiting_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
+  services_.link.gate.SetAction([this] { waiting_.start(); });
   // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
   splitter->setSizes({character * 66, character * 148});
@@ -99,17 +89,23 @@ CMainDialog::CMainDialog(const MainServices& services)
   resize(whole.boundedTo(screen()->availableSize() * 0.95));
 }
 
+// The gate outlives the window.
+CMainDialog::~CMainDialog() { services_.link.gate.SetAction({}); }
+
 void CMainDialog::CreateMenu() {
   const MainMenuHandlers handlers{
       .exit = [this] { close(); },
-      .toggle_auto_update =
-          [this](bool on) {
-            auto_update_ = on ? 1 : 0;
-            services_.profile.SetAutoUpdate(auto_update_);
-          },
+      .toggle_auto_update = [this](bool on) { SetAutoUpdate(on); },
       .about = [this] { ShowAbout(); },
   };
   FillMainMenu(*menuBar(), handlers, services_.profile.AutoUpdate() != 0);
+}
+
+// Any number but 0 means yes, and the one that stood there comes back.
+void CMainDialog::SetAutoUpdate(bool on) {
+  if (const int former = services_.profile.AutoUpdate(); former != 0) yes_ = former;
+  options_.auto_update = on ? yes_ : 0;
+  services_.profile.SetAutoUpdate(options_.auto_update);
 }
 
 void CMainDialog::CreatePageSets() {
@@ -139,20 +135,29 @@ void CMainDialog::CreatePageSets() {
 }
 
 void CMainDialog::Initialise() {
-  if (std::exchange(initialised_, true)) return;
+  if (closed_ || std::exchange(initialised_, true)) return;
   Redetect();
   const bool registered = services_.notifier.Start(
       [this](std::uint32_t event, std::uint32_t device_type, std::string_view path) {
         OnDeviceChange(event, device_type, path);
       });
   if (!registered) return;
-  auto_connect_ = services_.profile.AutoConnect();
-  auto_update_ = services_.profile.AutoUpdate();
+  options_ = {services_.profile.AutoConnect(), services_.profile.AutoUpdate()};
 }
 
 void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,
                                  std::string_view path) {
   if (IsBoardChange(event, device_type, path)) services_.link.gate.Request();
+}
+
+void CMainDialog::RunWaitingDetection() {
+  if (close_after_run_) return;
+  if (services_.link.gate.IsOpen()) {
+    Redetect();
+  } else {
+    // Somebody has entered since; then it waits for them in turn.
+    services_.link.gate.Request();
+  }
 }
 
 void CMainDialog::Redetect() {
@@ -164,6 +169,8 @@ void CMainDialog::Redetect() {
   tree_->Rebuild();
   home_->ShowSearch();
   repaint();
+  // A view notes that its model is another one, and paints that only when the event loop turns.
+  tree_->viewport()->repaint();
   services_.settle();
   DetectAllTypes();
   services_.notifier.Deliver();
@@ -198,9 +205,14 @@ void CMainDialog::CloseAllBoards() {
                             QStringLiteral("Close Device Failed"), UserPrompts::Icon::kExclamation);
 }
 
-void CMainDialog::SelectFamilyPages() {
+// What a library wrote where no board is listed says nothing.
+std::uint16_t CMainDialog::CurrentProduct() const {
   const DeviceTable& table = services_.link.table;
-  const BoardFamily family = FamilyOf(table.CurrentRecord().product_id);
+  return table.IsEmpty() ? 0 : table.CurrentRecord().product_id;
+}
+
+void CMainDialog::SelectFamilyPages() {
+  const BoardFamily family = FamilyOf(CurrentProduct());
   const auto set = page_sets_.find(family);
   // A Yes that then loads nothing would be a lie; a family's second product keeps its own rule.
   tree_->SetToolReady(DeviceTool::kLoadDefaults,
@@ -210,7 +222,7 @@ void CMainDialog::SelectFamilyPages() {
     set->second->ShowBoard();
     return;
   }
-  home_->ShowBoardCount(table.Count());
+  home_->ShowBoardCount(services_.link.table.Count());
   pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? nothing_ : home_);
 }
 
@@ -227,8 +239,7 @@ void CMainDialog::LoadDefaultSettings() {
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
           QStringLiteral("Load Defaults"))) {
-    const auto product_id = services_.link.table.CurrentRecord().product_id;
-    const auto set = page_sets_.find(FamilyWithDefaults(product_id));
+    const auto set = page_sets_.find(FamilyWithDefaults(CurrentProduct()));
     if (set != page_sets_.end()) set->second->LoadDeviceDefaults();
   }
   tree_->Rebuild();
@@ -240,11 +251,11 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   const auto hold = gate.TryEnter();
   if (!hold) return;
   ChooseBoardOfPort();
-  DeviceRecord& board = table.CurrentRecord();
-  const BoardFamily family = FamilyOf(board.product_id);
-  if (family != BoardFamily::kNone && family != BoardFamily::kWithoutPages && !table.IsEmpty()) {
+  const BoardFamily family = FamilyOf(CurrentProduct());
+  if (family != BoardFamily::kNone && family != BoardFamily::kWithoutPages) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
-    SendRestart(library, board, RestartCommand(button, table.CurrentType(), family));
+    SendRestart(library, table.CurrentRecord(),
+                RestartCommand(button, table.CurrentType(), family));
   }
   tree_->Rebuild();
 }
@@ -286,6 +297,9 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
     running_->AbortRun();
   }
   if (!services_.link.gate.IsOpen()) {
+    // Not the end after all, so what waited for it is still wanted.
+    if (running_ == nullptr && std::exchange(close_after_run_, false))
+      services_.link.gate.Request();
     event->ignore();
     return;
   }

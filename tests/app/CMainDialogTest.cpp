@@ -7,6 +7,7 @@
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 
 #include "app/CMainDialog.h"
 #include "app/MainBench.h"
@@ -43,6 +44,18 @@ struct SimMain {
   SimLibrary sim;
   FaultyLibrary library;
   MainBench bench;
+};
+
+// Writes a joystick controller's product into the first record, whatever it reports.
+struct CountingLibrary : NoLibrary {
+  explicit CountingLibrary(std::uint32_t boards) : reported(boards) {}
+  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                         std::uint32_t type) override {
+    free[0].product_id = 0x0910;
+    count = type == 1 ? 0 : reported;
+    return 1;
+  }
+  std::uint32_t reported;
 };
 
 QString ReportOf(const CMainDialog& window) {
@@ -85,7 +98,7 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
     return bench.window.Tree().model()->index(0, 0, root(row)).data().toString();
   };
   bench.on_settle = [&] {
-    EXPECT_EQ(only_child(0), "Non Detected") << "the emptied tree is seen during the wait";
+    EXPECT_EQ(only_child(0), "Non Detected");
     EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
   };
   bench.window.Initialise();
@@ -97,6 +110,20 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
   EXPECT_THAT(ReportOf(bench.window).toStdString(), ::testing::HasSubstr("Device : Stick"));
   EXPECT_EQ(EnabledTabs(*bench.window.ShownPageSet()).first(2),
             QStringList({"Device Configuration", "Analog Channels"}));
+}
+
+TEST(MainDialog, PaintsTheEmptiedTreeBeforeItWaits) {
+  SimMain main(kJoystick);
+  auto& window = main.bench.window;
+  const auto is_seen = [&] {
+    const QImage screen = window.screen()->grabWindow(window.winId()).toImage();
+    return screen == window.grab().toImage().convertToFormat(screen.format());
+  };
+  window.show();
+  while (main.bench.settled == 0 || !is_seen()) main.bench.RunEvents();
+  main.bench.on_settle = [&] { EXPECT_TRUE(is_seen()); };
+  window.Redetect();
+  EXPECT_EQ(main.bench.settled, 2);
 }
 
 TEST(MainDialog, SaysThatClosingFailedAndGoesOn) {
@@ -226,17 +253,17 @@ TEST(MainDialog, DetectsAnewForEveryEventOfOurBoardsOnceTheGateIsOpen) {
   bench.ReportArrival();
   bench.ReportArrival();
   bench.RunEvents();
-  EXPECT_EQ(bench.settled, 2);
+  EXPECT_EQ(bench.settled, 1) << "it starts after both";
   {
     const auto hold = bench.link.gate.Enter();
     bench.ReportArrival();
     bench.ReportArrival();
     bench.window.Redetect();
     bench.RunEvents();
-    EXPECT_EQ(bench.settled, 2) << "not while something is under way";
+    EXPECT_EQ(bench.settled, 1) << "not while something is under way";
   }
   bench.RunEvents();
-  EXPECT_EQ(bench.settled, 3) << "those held back, once";
+  EXPECT_EQ(bench.settled, 2) << "those held back, once";
 }
 
 TEST(MainDialog, FollowsABoardThatLeaves) {
@@ -312,14 +339,7 @@ TEST(MainDialog, LoadsNoDefaultsForAFamilysSecondProduct) {
 }
 
 TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
-  class Flood : public NoLibrary {
-   public:
-    std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> /*free*/,
-                           std::uint32_t type) override {
-      count = type == 1 ? 0 : 0xFFFFFFFF;
-      return 1;
-    }
-  } library;
+  CountingLibrary library(0xFFFFFFFF);
   MainBench bench(library);
   bench.window.Initialise();
   EXPECT_EQ(bench.link.table.Count(), DeviceTable::kRoom);
@@ -330,6 +350,15 @@ TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
                        "most. The others are not shown.";
   }
   EXPECT_TRUE(said);
+}
+
+TEST(MainDialog, TakesNoBoardFromARecordThatIsNotListed) {
+  CountingLibrary library(0);
+  MainBench bench(library);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
+  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
 }
 
 TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
@@ -362,18 +391,21 @@ TEST(MainDialog, ShowsNothingForProductsWithoutPagesAndHomeForUnknownOnes) {
 }
 
 TEST(MainDialog, ReadsTheOptionsUnlessTheRegistrationFailed) {
+  QSettings("Quillon", "Quillon").setValue("Options/Auto Connect", 0);
+  Profile().SetAutoUpdate(5);
   for (const bool registers : {true, false}) {
     NoLibrary library;
     MainBench bench(library);
     bench.notifier.registers = registers;
     bench.window.Initialise();
     EXPECT_TRUE(bench.notifier.IsStarted());
+    EXPECT_EQ(bench.window.Options(), registers ? StartOptions({0, 5}) : StartOptions());
     bench.window.Initialise();
     EXPECT_EQ(bench.settled, 1) << "started once";
   }
 }
 
-TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
+TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWayNorStartOnceItIsClosed) {
   NoLibrary library;
   MainBench bench(library);
   {
@@ -381,9 +413,12 @@ TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
     EXPECT_FALSE(bench.window.close());
   }
   EXPECT_TRUE(bench.window.close());
+  bench.window.Initialise();
+  EXPECT_FALSE(bench.notifier.IsStarted());
 }
 
 TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
+  Profile().SetAutoUpdate(5);
   NoLibrary library;
   MainBench bench(library);
   QStringList lines;
@@ -412,7 +447,7 @@ TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   check->trigger();
   EXPECT_EQ(Profile().AutoUpdate(), 0) << "written at once";
   check->trigger();
-  EXPECT_EQ(Profile().AutoUpdate(), 1);
+  EXPECT_EQ(Profile().AutoUpdate(), 5) << "as it was";
 }
 
 }  // namespace quillon::testing

@@ -246,7 +246,7 @@ void CDeviceConfigPage::OnLoadFile() {
 
 void CDeviceConfigPage::LoadDropped(const QString& path) {
   const auto hold = context_.link.gate.TryEnter();
-  if (!hold || !update_->Load().isEnabled()) return;
+  if (!hold || context_.link.table.IsEmpty() || !update_->Load().isEnabled()) return;
   UnloadFile();
   LoadFile(path);
 }
