@@ -147,9 +147,10 @@ void CGridCtrl::SetClickHandler(ClickHandler handler) { click_ = std::move(handl
 void CGridCtrl::SetEndEditHandler(EndEditHandler handler) { end_edit_ = std::move(handler); }
 
 void CGridCtrl::Click(int row, int column) {
-  if (row < 1 || column < 1 || !model_->Holds(row, column) || !IsEnabledCell(row, column)) return;
+  if (row < 1 || column < 1 || !model_->Holds(row, column)) return;
   const QPointer<CGridCtrl> self(this);
-  if (IsToggle(Kind(row, column))) SetValue(row, column, Value(row, column) == 0 ? 1 : 0);
+  const bool toggles = IsToggle(Kind(row, column)) && IsEnabledCell(row, column);
+  if (toggles) SetValue(row, column, Value(row, column) == 0 ? 1 : 0);
   if (click_) click_(row, column);
   if (!self) return;
   Redraw();
