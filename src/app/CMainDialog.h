@@ -13,6 +13,7 @@
 #include "pages/common/PageContext.h"
 
 class QAction;
+class QSplitter;
 class QStackedWidget;
 
 namespace quillon {
@@ -68,6 +69,7 @@ class CMainDialog : public QMainWindow {
  private:
   void CreateMenu();
   void CreatePageSets();
+  void SetSizes(QSplitter& splitter);
   void AddAboutToSystemMenu();
   void CloseAllBoards();
   void DetectAllTypes();
