@@ -9,6 +9,7 @@
 
 #include "widgets/CChoiceList.h"
 #include "widgets/CGridHeader.h"
+#include "widgets/CScrollPane.h"
 #include "widgets/GridDelegate.h"
 #include "widgets/GridModel.h"
 
@@ -273,6 +274,13 @@ void CGridCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
 void CGridCtrl::mouseReleaseEvent(QMouseEvent* event) {
   click_keys_ = event->modifiers();
   QTableView::mouseReleaseEvent(event);
+}
+
+// On a small screen the grid may itself be larger than what can be seen of it.
+void CGridCtrl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  const bool by_key = hasFocus() && QGuiApplication::mouseButtons() == Qt::NoButton;
+  if (by_key) CScrollPane::BringIntoView(*viewport(), visualRect(current));
 }
 
 void CGridCtrl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint) {

@@ -10,6 +10,7 @@
 #include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
+#include "widgets/CScrollPane.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon {
@@ -39,7 +40,11 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
       body_(AddGroup(title)),
       marks_(new EditMarks(this)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->addLayout(groups_, 1);
+  // The controls scroll on a small screen; the buttons and the lamps stay.
+  auto* const groups = new QWidget;
+  groups->setLayout(groups_);
+  groups_->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(new CScrollPane(groups), 1);
   origin_line_ = new QLabel;
   origin_line_->setTextFormat(Qt::PlainText);
   // The name of a board is what a board says: it must not decide how wide the window is.
