@@ -7,6 +7,7 @@
 #include <QPushButton>
 
 #include "devlink/DeviceText.h"
+#include "pages/common/CButtonRow.h"
 #include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
@@ -23,11 +24,10 @@ QString DefaultsQuestion() {
   return QStringLiteral("Are you sure you want to load the\r\ndefault settings for this page?");
 }
 
-CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) {
+CStatusLed* AddLamp(CButtonRow& row, const QString& name, QRgb on, QRgb off) {
   auto* const lamp = new CStatusLed(name, LedStyle::kRound);
   lamp->SetColours(on, off);
-  layout->addWidget(lamp);
-  layout->addWidget(new QLabel(name));
+  row.AddLamp(lamp, new QLabel(name));
   return lamp;
 }
 
@@ -52,9 +52,9 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   origin_line_->setAccessibleName(tr("Where the values come from"));
   layout->addWidget(origin_line_);
-  auto* const row = new QHBoxLayout;
-  layout->addLayout(row);
-  AddButtonRow(row);
+  auto* const row = new CButtonRow;
+  layout->addWidget(row);
+  FillButtonRow(*row);
   connect(marks_, &EditMarks::Changed, this, &CSettingsPage::ShowOrigin);
   ShowOrigin();
 }
@@ -65,7 +65,7 @@ QBoxLayout* CSettingsPage::AddGroup(const QString& title) {
   return new QVBoxLayout(group);
 }
 
-void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
+void CSettingsPage::FillButtonRow(CButtonRow& row) {
   const auto add = [&](const char* icon, const QString& name, const QString& caption,
                        const QString& tip, auto handler) {
     auto* const button = new QPushButton(Icon(icon), QString());
@@ -77,9 +77,7 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
     connect(button, &QPushButton::clicked, this, handler);
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
-    layout->addWidget(button);
-    layout->addWidget(label);
-    layout->addSpacing(12);
+    row.AddButton(button, label);
   };
   add("retrieve", tr("Retrieve"), tr("Retrieve device settings."),
       tr("Reads this page's settings from the board. What was edited here is replaced."),
@@ -89,9 +87,8 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
   add("defaults", tr("Defaults"), tr("Load page defaults."),
       tr("Fills this page with factory settings. The board keeps its own until Update."),
       &CSettingsPage::Defaults);
-  layout->addStretch(1);
-  busy_ = AddLamp(layout, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
-  error_ = AddLamp(layout, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+  busy_ = AddLamp(row, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
+  error_ = AddLamp(row, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
 }
 
 void CSettingsPage::Retrieve() {

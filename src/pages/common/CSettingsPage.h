@@ -16,6 +16,7 @@ class QLabel;
 
 namespace quillon {
 
+class CButtonRow;
 class CStatusLed;
 class EditMarks;
 
@@ -157,7 +158,7 @@ class CSettingsPage : public QWidget {
 
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
-  void AddButtonRow(QBoxLayout* layout);
+  void FillButtonRow(CButtonRow& row);
 
   PageContext context_;
   QBoxLayout* groups_;
