@@ -8,6 +8,7 @@
 #include <QSplitter>
 #include <QStackedWidget>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/CAboutDlg.h"
 #include "app/CHomePage.h"
@@ -29,6 +30,8 @@ namespace {
 // Firmware first, so that a board that works is the one selected.
 constexpr std::uint32_t kDetectionOrder[]{KVUSB_TYPE_FIRMWARE, KVUSB_TYPE_LOADER,
                                           KVUSB_TYPE_FIRMWARE_ID};
+
+constexpr QSize kLeastSize(640, 420);
 
 // The products whose defaults can be loaded from the tree; a family's other product id cannot.
 BoardFamily FamilyWithDefaults(std::uint16_t product_id) {
@@ -81,12 +84,24 @@ CMainDialog::CMainDialog(const MainServices& services)
   waiting_.setSingleShot(true);
   connect(&waiting_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
   services_.link.gate.SetAction([this] { waiting_.start(); });
+  SetSizes(*splitter);
+}
+
+void CMainDialog::SetSizes(QSplitter& splitter) {
+  // On a small screen with some room left for the frame.
+  const QSize room = screen()->availableSize() * 0.95;
+  // Told, or what a page needs would widen the window when the page is first shown.
+  const QSize least = kLeastSize.boundedTo(room);
+  setMinimumSize(least);
+  const QMargins margins = centralWidget()->layout()->contentsMargins();
+  pages_->setMinimumWidth(least.width() - margins.left() - margins.right() -
+                          splitter.handleWidth() - tree_->minimumSizeHint().width());
   // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
-  splitter->setSizes({character * 66, character * 148});
   const QSize whole(character * 218, fontMetrics().lineSpacing() * 44);
-  // On a small screen with some room left for the frame.
-  resize(whole.boundedTo(screen()->availableSize() * 0.95));
+  resize(whole.boundedTo(room));
+  const int tree = std::min(character * 66, width() * 66 / 214);
+  splitter.setSizes({tree, width() - tree});
 }
 
 // The gate outlives the window.

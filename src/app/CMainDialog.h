@@ -14,6 +14,7 @@
 #include "pages/common/PageContext.h"
 
 class QAction;
+class QSplitter;
 class QStackedWidget;
 
 namespace quillon {
@@ -80,6 +81,7 @@ class CMainDialog : public QMainWindow {
   void CreateMenu();
   void SetAutoUpdate(bool on);
   void CreatePageSets();
+  void SetSizes(QSplitter& splitter);
   void AddAboutToSystemMenu();
   void RunWaitingDetection();
   void CloseAllBoards();

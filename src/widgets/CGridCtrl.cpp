@@ -9,6 +9,7 @@
 
 #include "widgets/CChoiceList.h"
 #include "widgets/CGridHeader.h"
+#include "widgets/CScrollPane.h"
 #include "widgets/GridDelegate.h"
 #include "widgets/GridModel.h"
 
@@ -147,9 +148,10 @@ void CGridCtrl::SetClickHandler(ClickHandler handler) { click_ = std::move(handl
 void CGridCtrl::SetEndEditHandler(EndEditHandler handler) { end_edit_ = std::move(handler); }
 
 void CGridCtrl::Click(int row, int column) {
-  if (row < 1 || column < 1 || !model_->Holds(row, column) || !IsEnabledCell(row, column)) return;
+  if (row < 1 || column < 1 || !model_->Holds(row, column)) return;
   const QPointer<CGridCtrl> self(this);
-  if (IsToggle(Kind(row, column))) SetValue(row, column, Value(row, column) == 0 ? 1 : 0);
+  const bool toggles = IsToggle(Kind(row, column)) && IsEnabledCell(row, column);
+  if (toggles) SetValue(row, column, Value(row, column) == 0 ? 1 : 0);
   if (click_) click_(row, column);
   if (!self) return;
   Redraw();
@@ -273,6 +275,13 @@ void CGridCtrl::mouseDoubleClickEvent(QMouseEvent* event) {
 void CGridCtrl::mouseReleaseEvent(QMouseEvent* event) {
   click_keys_ = event->modifiers();
   QTableView::mouseReleaseEvent(event);
+}
+
+// On a small screen the grid may itself be larger than what can be seen of it.
+void CGridCtrl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  const bool by_key = hasFocus() && QGuiApplication::mouseButtons() == Qt::NoButton;
+  if (by_key) CScrollPane::BringIntoView(*viewport(), visualRect(current));
 }
 
 void CGridCtrl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {

@@ -17,6 +17,7 @@
 #include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "tree/CDeviceTreeCtrl.h"
+#include "widgets/CScrollPane.h"
 
 namespace quillon::testing {
 namespace {
@@ -186,6 +187,41 @@ TEST(MainDialog, FitsItsScreenAndKeepsTheFocusWhereItWasPressed) {
   main.bus.Unplug("j");
   window.Redetect();
   EXPECT_EQ(window.focusWidget(), &window.Tree());
+}
+
+TEST(MainDialog, ShowsAllOfEveryPageInASmallWindow) {
+  constexpr QSize kSmall(640, 420);
+  constexpr const char* kKinds[]{"QPushButton",        "QCheckBox",     "QComboBox",
+                                 "QAbstractSpinBox",   "QLabel",        "quillon::CStatusLed",
+                                 "quillon::CGridCtrl", "QPlainTextEdit"};
+  for (const std::string product : {"", "0910", "0920", "0710", "0520", "0800", "1500"}) {
+    SCOPED_TRACE(product);
+    const std::string board = R"({"id": "b", "firmware": "1.00", "product": "0x)" + product + "\"}";
+    SimMain main(product.empty() ? "" : board);
+    auto& window = main.bench.window;
+    window.resize(kSmall);
+    window.show();
+    window.Initialise();
+    QTabWidget* const set =
+        product.empty() ? window.findChild<QTabWidget*>("home") : window.ShownPageSet();
+    for (int tab = 0; tab < set->count(); ++tab) {
+      set->setTabEnabled(tab, true);
+      set->setCurrentIndex(tab);
+      window.activateWindow();
+      MainBench::RunEvents();
+      EXPECT_EQ(window.size(), kSmall);
+      EXPECT_GE(window.Tree().width(), window.Tree().fontMetrics().averageCharWidth() * 32);
+      for (auto* const part : set->findChildren<QWidget*>()) {
+        const auto is = [part](const char* kind) { return part->inherits(kind); };
+        if (!part->isVisible() || std::none_of(std::begin(kKinds), std::end(kKinds), is)) continue;
+        if (part->isEnabled()) part->setFocus(Qt::TabFocusReason);  // scrolls to it by itself
+        if (!part->isEnabled()) CScrollPane::BringIntoView(*part, part->rect());
+        const std::string name = (set->tabText(tab) + ": " + part->accessibleName()).toStdString();
+        EXPECT_EQ(part->visibleRegion().boundingRect(), part->rect()) << name;
+        EXPECT_EQ(part->size().expandedTo(part->minimumSizeHint()), part->size()) << name;
+      }
+    }
+  }
 }
 
 TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {

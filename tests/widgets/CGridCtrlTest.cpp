@@ -16,6 +16,7 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 
 #include "widgets/CGridCtrl.h"
 
@@ -179,16 +180,25 @@ TEST_F(GridCtrl, ShowsWhatTheClickHandlerChangedWithoutBeingAsked) {
   EXPECT_EQ(corner(3), qRgb(240, 240, 240));
 }
 
-TEST_F(GridCtrl, SkipsCellsThatARowDoesNotHave) {
+TEST_F(GridCtrl, TakesAClickOnACellThatARowDoesNotHaveForOneOnTheRow) {
   grid_.SetEnabledCell(2, kAxis, false);
   grid_.SetEnabledCell(2, kFilter, false);
+  grid_.SetClickHandler([this](int row, int column) {
+    Note("click", row, column);
+    grid_.HighlightRow(row, qRgb(191, 212, 227), qRgb(240, 240, 240));
+  });
   MouseClick(2, kAxis);
   MouseClick(2, kFilter);
-  grid_.Click(2, kAxis);
   grid_.Enter(2, kFilter, QStringLiteral("7"));
-  EXPECT_THAT(told_, IsEmpty());
+  EXPECT_THAT(told_, ElementsAre("click 2 2", "click 2 4"));
   EXPECT_EQ(grid_.Value(2, kAxis), 0U);
   EXPECT_EQ(OpenList(), nullptr);
+  const QImage cell = grid_.viewport()->grab().toImage().copy(grid_.visualRect(At(2, kAxis)));
+  const auto* const pixels = reinterpret_cast<const QRgb*>(cell.constBits());
+  const auto area = cell.width() * cell.height();
+  const auto exact = std::count(pixels, pixels + area, qRgb(191, 212, 227));
+  EXPECT_GT(exact, area / 2);
+  EXPECT_LT(exact, area) << "shaded all the same";
   GoTo(2, kOn);
   Key(Qt::Key_Right);
   EXPECT_EQ(grid_.currentIndex(), At(2, kInvert));
@@ -209,7 +219,7 @@ TEST_F(GridCtrl, OpensAComboInManyWaysAndClosesItWithoutATrace) {
     for (const auto& [key, modifier] : keys) {
       Key(key, modifier);
       ASSERT_NE(OpenList(), nullptr) << key;
-      QTest::keyClick(OpenList(), Qt::Key_Return);
+      QTest::keyClick(OpenList(), row == 2 ? Qt::Key_Tab : Qt::Key_Return);
       EXPECT_EQ(OpenList(), nullptr);
     }
     EXPECT_EQ(grid_.Text(row, kFilter), text);
@@ -236,6 +246,9 @@ TEST_F(GridCtrl, ChoosesInAComboByKeysTypingAndMouse) {
   QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(entry).center());
   EXPECT_EQ(grid_.Text(2, kFilter), "6");
   EXPECT_THAT(told_, ElementsAre("end 2 4", "end 2 4", "click 2 4", "end 2 4"));
+  Key(Qt::Key_F2);
+  QTest::keyClick(OpenList(), Qt::Key_Return);  // what is shown already
+  EXPECT_THAT(told_.mid(4), ElementsAre("end 2 4")) << "a choice like any other";
   accept_ = false;
   grid_.SetValue(2, kFilter, 6);
   Key(Qt::Key_F2);

@@ -9,10 +9,12 @@
 #include <utility>
 
 #include "devlink/DeviceText.h"
+#include "pages/common/CButtonRow.h"
 #include "pages/common/CNumberBox.h"
 #include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
+#include "widgets/CScrollPane.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon {
@@ -25,11 +27,10 @@ QString DefaultsQuestion() {
   return QStringLiteral("Are you sure you want to load the\r\ndefault settings for this page?");
 }
 
-CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) {
+CStatusLed* AddLamp(CButtonRow& row, const QString& name, QRgb on, QRgb off) {
   auto* const lamp = new CStatusLed(name, LedStyle::kRound);
   lamp->SetColours(on, off);
-  layout->addWidget(lamp);
-  layout->addWidget(new QLabel(name));
+  row.AddLamp(lamp, new QLabel(name));
   return lamp;
 }
 
@@ -42,7 +43,11 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
       body_(AddGroup(title)),
       marks_(new EditMarks(this)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->addLayout(groups_, 1);
+  // The controls scroll on a small screen; the buttons and the lamps stay.
+  auto* const groups = new QWidget;
+  groups->setLayout(groups_);
+  groups_->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(new CScrollPane(groups), 1);
   origin_line_ = new QLabel;
   origin_line_->setTextFormat(Qt::PlainText);
   // The name of a board is what a board says: it must not decide how wide the window is.
@@ -50,9 +55,9 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   origin_line_->setAccessibleName(tr("Where the values come from"));
   layout->addWidget(origin_line_);
-  auto* const row = new QHBoxLayout;
-  layout->addLayout(row);
-  AddButtonRow(row);
+  auto* const row = new CButtonRow;
+  layout->addWidget(row);
+  FillButtonRow(*row);
   connect(marks_, &EditMarks::Changed, this, &CSettingsPage::ShowOrigin);
   connect(marks_, &EditMarks::EntryRefused, this, &CSettingsPage::NoteRefusal);
   ShowOrigin();
@@ -64,7 +69,7 @@ QBoxLayout* CSettingsPage::AddGroup(const QString& title) {
   return new QVBoxLayout(group);
 }
 
-void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
+void CSettingsPage::FillButtonRow(CButtonRow& row) {
   const auto add = [&](const char* icon, const QString& name, const QString& caption,
                        const QString& tip, auto handler) {
     auto* const button = new QPushButton(Icon(icon), QString());
@@ -77,9 +82,7 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
     button->installEventFilter(this);
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
-    layout->addWidget(button);
-    layout->addWidget(label);
-    layout->addSpacing(12);
+    row.AddButton(button, label);
   };
   add("retrieve", tr("Retrieve"), tr("Retrieve device settings."),
       tr("Reads this page's settings from the board. What was edited here is replaced."),
@@ -89,9 +92,8 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
   add("defaults", tr("Defaults"), tr("Load page defaults."),
       tr("Fills this page with factory settings. The board keeps its own until Update."),
       &CSettingsPage::Defaults);
-  layout->addStretch(1);
-  busy_ = AddLamp(layout, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
-  error_ = AddLamp(layout, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+  busy_ = AddLamp(row, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
+  error_ = AddLamp(row, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
 }
 
 void CSettingsPage::Retrieve() {

@@ -17,6 +17,7 @@ class QLabel;
 
 namespace quillon {
 
+class CButtonRow;
 class CStatusLed;
 class EditMarks;
 
@@ -161,7 +162,7 @@ class CSettingsPage : public QWidget {
 
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
-  void AddButtonRow(QBoxLayout* layout);
+  void FillButtonRow(CButtonRow& row);
   bool FinishEdits();
   void NoteRefusal();
 

@@ -27,9 +27,15 @@ class EditMarks : public QObject {
   void Track(CNumberBox* box);
   void Track(QCheckBox* box);
   void Track(QComboBox* box);
+  // A control beside which something else decides too what is set: `read` says all of it. What no
+  // signal of a control tells of is told by Compare().
+  void Track(QWidget* control, std::function<QString()> read);
 
   // Takes what the controls show as the baseline; before the first call nothing is marked.
   void TakeBaseline();
+
+  // Shows and hides the marks for what there is now; controls that are tracked do it by themselves.
+  void Compare();
 
   bool AnyEdited() const;
 
@@ -47,9 +53,6 @@ class EditMarks : public QObject {
     QString baseline{};
     bool edited = false;
   };
-
-  void TrackControl(QWidget* control, std::function<QString()> read);
-  void Compare();
 
   std::vector<Item> items_;
   std::vector<CGridCtrl*> grids_;

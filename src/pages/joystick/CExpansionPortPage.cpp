@@ -31,7 +31,10 @@ CExpansionPortPage::CExpansionPortPage(PageContext context, ExpansionModules mod
   Body()->addStretch(1);
   DefaultsRoutine();
   Marks().Track(active_);
-  Marks().Track(module_);
+  connect(module_, &QComboBox::currentIndexChanged, &Marks(), &EditMarks::Compare);
+  Marks().Track(module_, [this] {
+    return keeps_unknown_module_ ? QString() : QString::number(module_->currentIndex());
+  });
 }
 
 void CExpansionPortPage::BuildPort(const QStringList& modules) {
@@ -97,6 +100,7 @@ void CExpansionPortPage::KeepUnknownModule(bool keep) {
                        "until a module is chosen.")
                         .arg(block_.Get(0, expansion::kModule)));
   WarnOfReplacement();
+  Marks().Compare();
 }
 
 std::uint32_t CExpansionPortPage::ModuleToSend() const {

@@ -12,6 +12,7 @@
 #include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
+#include "widgets/CEditMark.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
@@ -135,15 +136,19 @@ TEST(ExpansionPort, ForgetsAnUnknownModuleWhenTheUserChooses) {
   Active(page).click();
   library.Expect(Stored("01 06"));
   Button(page, "Update").click();
+  EXPECT_EQ(OriginOf(page).indexOf("Edited"), -1);
   // The entry that is shown already.
   Q_EMIT Module(page).activated(0);
   EXPECT_FALSE(NamesAnUnknownModule(page, 6));
+  EXPECT_GT(OriginOf(page).indexOf("Edited"), 0);
   library.Expect(Stored("01 01"));
   Button(page, "Update").click();
 
   library.Expect(Retrieved("01 06"));
   Button(page, "Retrieve").click();
+  Active(page).click();
   page.LoadDefaults();
+  EXPECT_TRUE(Module(page).findChild<CEditMark*>()->isVisibleTo(&Module(page)));
   library.Expect(Stored("00 01"));
   Button(page, "Update").click();
   EXPECT_EQ(PortText(page), "off, Lumen Card");
