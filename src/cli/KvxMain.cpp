@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/KvxMain.h"
 
-#include <fstream>
 #include <string_view>
 
 #include "cli/KvxMake.h"
@@ -29,19 +28,22 @@ constexpr std::string_view kHelp =
 Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line makes no sense.
 )";
 
+// Far more than any file that is accepted needs, so that what lies behind its end is looked at too.
+constexpr std::size_t kMostFileBytes = std::size_t{4} << 20;
+
 int ComplainOfUsage(std::ostream& err, const std::string& sentence) {
   err << "kvx: " << sentence << " See kvx --help.\n";
   return kKvxUsage;
 }
 
 int Inspect(const std::string& path, bool check, std::ostream& out, std::ostream& err) {
-  std::ifstream file(path, std::ios::binary);
-  const auto bytes = ReadKvxBytes(file);
-  // A folder can be opened, but not read.
-  if (!file.is_open() || file.bad()) {
-    err << path << ": Cannot be read.\n";
+  const auto content = ReadFile(path, kMostFileBytes);
+  if (const auto* problem = std::get_if<FileProblem>(&content)) {
+    err << path << ": " << SentenceOn(*problem) << '\n';
     return kKvxBad;
   }
+  const auto& text = std::get<std::string>(content);
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
   auto read = ReadKvxImage(bytes, KvxKindOf(bytes));
   if (const auto* problem = std::get_if<KvxProblem>(&read)) {
     err << path << ": " << DescribeKvxProblem(*problem) << '\n';

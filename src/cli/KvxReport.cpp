@@ -131,4 +131,6 @@ std::vector<std::string> FaultsOf(const KvxImage& image) {
   return faults;
 }
 
+std::string SentenceOn(const FileProblem& problem) { return "It " + problem.predicate + "."; }
+
 }  // namespace quillon

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "firmware/KvxImage.h"
+#include "storage/ReadFile.h"
 
 namespace quillon {
 
@@ -15,5 +16,8 @@ std::string DescribeKvxImage(const KvxImage& image);
 // Sentences on what keeps the image from being one to hand out. The window loads such a file all
 // the same; a board would refuse it, or end up with half of its firmware.
 std::vector<std::string> FaultsOf(const KvxImage& image);
+
+// A sentence on what keeps a file from being read or written, without its name.
+std::string SentenceOn(const FileProblem& problem);
 
 }  // namespace quillon
