@@ -54,7 +54,7 @@ int Inspect(const std::string& path, bool check, std::ostream& out, std::ostream
     out << DescribeKvxImage(image);
     return kKvxDone;
   }
-  const auto faults = FaultsOf(image);
+  const auto faults = FaultsOf(image, bytes.size());
   for (const std::string& fault : faults) err << path << ": " << fault << '\n';
   if (faults.empty()) out << path << ": all is well\n";
   return faults.empty() ? kKvxDone : kKvxBad;
