@@ -51,6 +51,10 @@ class CMainDialog : public QMainWindow {
   // else holds the gate.
   void Redetect();
 
+  // Tells anew what keeps boards from working, as the last detection found it and as the library
+  // says it now. Talks to no board.
+  void ShowProblems();
+
   // A hot-plug event; those of our boards lead to a detection as soon as the gate is open.
   void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
 
@@ -90,6 +94,7 @@ class CMainDialog : public QMainWindow {
   QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
   bool close_after_run_ = false;
   bool initialised_ = false;
+  std::uint64_t reported_ = 0;                // boards, by the last detection
   std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
   int auto_connect_ = 1;
   int auto_update_ = 1;
