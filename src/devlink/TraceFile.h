@@ -13,7 +13,7 @@ namespace quillon {
 
 // The file that a trace goes to: a new file, an old one (which loses what it held), a device or a
 // pipe. Nothing here ever waits: a board may be in the middle of an update, and a trace is worth
-// less than that.
+// less than that. A file is the user's alone, because a trace holds serial numbers and firmware.
 class TraceFile {
  public:
   virtual ~TraceFile() = default;

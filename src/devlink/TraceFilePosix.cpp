@@ -28,6 +28,9 @@ class PosixTraceFile : public TraceFile {
     struct stat state {};
     if (fstat(file_, &state) != 0) return Failed();
     if (!S_ISREG(state.st_mode)) return std::nullopt;
+    // A file system without modes refuses even the owner, and has nothing to protect.
+    if (fchmod(file_, S_IRUSR | S_IWUSR) != 0 && state.st_uid != geteuid())
+      return FileProblem{"belongs to another user", {}};
     if (ftruncate(file_, 0) != 0) return Failed();
     length_ = 0;
     return std::nullopt;
@@ -65,7 +68,7 @@ class PosixTraceFile : public TraceFile {
 std::variant<std::unique_ptr<TraceFile>, FileProblem> OpenTraceFile(
     const std::filesystem::path& path) {
   const int opened =
-      open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666);
+      open(path.c_str(), O_WRONLY | O_CREAT | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, S_IRUSR | S_IWUSR);
   if (opened < 0 && errno == EISDIR) return FileProblem{"is a folder", {}};
   if (opened < 0) {
     FileProblem problem = Failed();

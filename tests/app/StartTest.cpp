@@ -96,6 +96,7 @@ TEST(OpenedLibrary, TracesTheSimulatedBoards) {
   qputenv("QUILLON_KVUSB", SIM_LIBRARY);
   qputenv("QUILLON_SIM_LATENCY_US", "0");
   qputenv("QUILLON_TRACE", Own("trace.txt").toUtf8());
+  WriteFile(Own("trace.txt"), "readable to others\n");
   {
     OpenedLibrary opened(Own("."));
     ASSERT_EQ(opened.Problem(), "");
@@ -108,6 +109,7 @@ TEST(OpenedLibrary, TracesTheSimulatedBoards) {
   const auto entries = ParseTrace(text);
   ASSERT_TRUE(std::holds_alternative<std::vector<TraceEntry>>(entries)) << text;
   EXPECT_THAT(text, ::testing::HasSubstr("board pid 0910"));
+  EXPECT_EQ(QFile(Own("trace.txt")).permissions() & 0x0077, QFile::Permissions());
 }
 
 TEST(OpenedLibrary, NeitherWaitsNorEndsWhereItsTraceCannotBeWritten) {
