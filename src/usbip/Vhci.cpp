@@ -44,7 +44,7 @@ int WriteOnce(int file, const std::string& text) {
 std::vector<unsigned> Vhci::FreePortsOfAll() const {
   std::vector<unsigned> ports;
   for (unsigned controller = 0;; ++controller) {
-    const std::string suffix = controller == 0 ? "" : "." + std::to_string(controller);
+    const std::string suffix = controller == 0 ? "" : '.' + std::to_string(controller);
     std::ifstream file(folder_ / ("status" + suffix));
     if (!file) return ports;
     const std::string text((std::istreambuf_iterator<char>(file)), {});
