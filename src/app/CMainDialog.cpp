@@ -198,16 +198,21 @@ void CMainDialog::Redetect() {
 
 void CMainDialog::DetectAllTypes() {
   auto& [library, table, gate] = services_.link;
-  std::uint64_t reported = 0;
+  reported_ = 0;
   for (const std::uint32_t type : kDetectionOrder) {
-    reported += DetectBoards(library, table, type).reported;
+    reported_ += DetectBoards(library, table, type).reported;
   }
+  ShowProblems();
+}
+
+void CMainDialog::ShowProblems() {
+  auto& [library, table, gate] = services_.link;
   QString problem = QString::fromStdString(ShownText(library.DescribeProblem(nullptr).sentence));
-  if (reported > table.Count()) {
+  if (reported_ > table.Count()) {
     if (!problem.isEmpty()) problem += QLatin1Char('\n');
     problem += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "
                   "not shown.")
-                   .arg(reported)
+                   .arg(reported_)
                    .arg(DeviceTable::kRoom);
   }
   problem_->Show(problem, table);

@@ -61,6 +61,10 @@ class CMainDialog : public QMainWindow {
   // else holds the gate.
   void Redetect();
 
+  // Tells anew what keeps boards from working, as the last detection found it and as the library
+  // says it now. Talks to no board.
+  void ShowProblems();
+
   // A hot-plug event; those of our boards lead to a detection as soon as the gate is open. However
   // many come, one detection waits at most, and input is served before it.
   void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
@@ -107,6 +111,7 @@ class CMainDialog : public QMainWindow {
   QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
   bool close_after_run_ = false;
   bool initialised_ = false;
+  std::uint64_t reported_ = 0;                // boards, by the last detection
   std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
   StartOptions options_;
   int yes_ = 1;  // what "Auto Update" is when it is switched on

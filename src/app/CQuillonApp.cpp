@@ -45,6 +45,10 @@ int CQuillonApp::Run() {
   const auto notifier = MakeBoardNotifier(opened.Library());
   CMainDialog dialog({link, prompts, *notifier, profile,
                       [] { QThread::msleep(kSettleMilliseconds); }, SystemAccessHelp()});
+  // Later, because the trace may stop in the middle of an exchange.
+  opened.SetWhenTraceStopped([&dialog] {
+    QMetaObject::invokeMethod(&dialog, &CMainDialog::ShowProblems, Qt::QueuedConnection);
+  });
   dialog.show();
   return exec();
 }

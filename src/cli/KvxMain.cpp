@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include "cli/KvxMain.h"
 
-#include <fstream>
 #include <string_view>
 
 #include "cli/KvxMake.h"
@@ -30,20 +29,23 @@ constexpr std::string_view kHelp =
 Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line makes no sense.
 )";
 
+// Far more than any file that is accepted needs, so that what lies behind its end is looked at too.
+constexpr std::size_t kMostFileBytes = std::size_t{4} << 20;
+
 int ComplainOfUsage(std::ostream& err, const std::string& sentence) {
   err << "kvx: " << ShownText(sentence) << " See kvx --help.\n";
   return kKvxUsage;
 }
 
 int Inspect(const std::string& given, bool check, std::ostream& out, std::ostream& err) {
-  std::ifstream file(given, std::ios::binary);
   const std::string path = ShownText(given);
-  const auto bytes = ReadKvxBytes(file);
-  // A folder can be opened, but not read.
-  if (!file.is_open() || file.bad()) {
-    err << path << ": Cannot be read.\n";
+  const auto content = ReadFile(given, kMostFileBytes);
+  if (const auto* problem = std::get_if<FileProblem>(&content)) {
+    err << path << ": " << SentenceOn(*problem) << '\n';
     return kKvxBad;
   }
+  const auto& text = std::get<std::string>(content);
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
   auto read = ReadKvxImage(bytes, KvxKindOf(bytes));
   if (const auto* problem = std::get_if<KvxProblem>(&read)) {
     err << path << ": " << DescribeKvxProblem(*problem) << '\n';
@@ -54,7 +56,7 @@ int Inspect(const std::string& given, bool check, std::ostream& out, std::ostrea
     out << DescribeKvxImage(image);
     return kKvxDone;
   }
-  const auto faults = FaultsOf(image);
+  const auto faults = FaultsOf(image, bytes.size());
   for (const std::string& fault : faults) err << path << ": " << fault << '\n';
   if (faults.empty()) out << path << ": all is well\n";
   return faults.empty() ? kKvxDone : kKvxBad;

@@ -46,7 +46,7 @@ int WriteOnce(int file, const std::string& text) {
 std::vector<unsigned> Vhci::FreePortsOfAll() const {
   std::vector<unsigned> ports;
   for (unsigned controller = 0;; ++controller) {
-    const std::string suffix = controller == 0 ? "" : "." + std::to_string(controller);
+    const std::string suffix = controller == 0 ? "" : '.' + std::to_string(controller);
     const auto text = ReadFile(folder_ / ("status" + suffix), kMostStatusBytes);
     if (!std::holds_alternative<std::string>(text)) return ports;
     const auto free = FreePorts(std::get<std::string>(text));

@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <signal.h>
 #include <sys/stat.h>
@@ -135,6 +136,7 @@ TEST(OpenedLibrary, TracesTheSimulatedBoards) {
   qputenv("QUILLON_KVUSB", SIM_LIBRARY);
   qputenv("QUILLON_SIM_LATENCY_US", "0");
   qputenv("QUILLON_TRACE", Own("trace.txt").toUtf8());
+  WriteFile(Own("trace.txt"), "readable to others\n");
   {
     OpenedLibrary opened(Own("."));
     ASSERT_EQ(opened.Problem(), "");
@@ -147,10 +149,33 @@ TEST(OpenedLibrary, TracesTheSimulatedBoards) {
   const auto entries = ParseTrace(text);
   ASSERT_TRUE(std::holds_alternative<std::vector<TraceEntry>>(entries)) << text;
   EXPECT_THAT(text, ::testing::HasSubstr("board pid 0910"));
+  EXPECT_EQ(QFile(Own("trace.txt")).permissions() & 0x0077, QFile::Permissions());
+}
 
-  qputenv("QUILLON_TRACE", Own("no/such/folder").toUtf8());
-  EXPECT_THAT(OpenedLibrary(Own(".")).Problem().toStdString(),
-              ::testing::HasSubstr("cannot be written"));
+TEST(OpenedLibrary, NeitherWaitsNorEndsWhereItsTraceCannotBeWritten) {
+  qputenv("QUILLON_KVUSB", SIM_LIBRARY);
+  qputenv("QUILLON_SIM_LATENCY_US", "0");
+  const QString pipe = Own("pipe");
+  ASSERT_EQ(mkfifo(pipe.toUtf8().constData(), 0600), 0);
+  enum Reader { kNone, kLeaves, kSleeps };
+  const std::tuple<QString, Reader, const char*> cases[]{
+      {Own("no/such"), kNone, "no/such cannot be written: "},
+      {Own("."), kNone, " is a folder."},
+      {"/dev/full", kNone, "The trace has stopped. The trace file /dev/full cannot be written: "},
+      {pipe, kNone, "nobody reads this pipe."},
+      {pipe, kLeaves, "pipe cannot be written: "},
+      {pipe, kSleeps, "its reader is too slow."}};
+  for (const auto& [file, behaviour, problem] : cases) {
+    const int reader = behaviour == kNone ? -1 : open(pipe.toUtf8(), O_RDONLY | O_NONBLOCK);
+    qputenv("QUILLON_TRACE", file.toUtf8());
+    OpenedLibrary opened(Own("."));
+    if (behaviour == kLeaves) close(reader);
+    std::vector<DeviceRecord> records(64);
+    for (std::uint32_t i = 0, count = 0; i < 1000; ++i)
+      ASSERT_NE(opened.Library().DetectHID(count, records, 2), 0);
+    EXPECT_THAT(opened.Problem().toStdString() + opened.Library().DescribeProblem(nullptr).sentence,
+                ::testing::HasSubstr(problem));
+  }
 }
 
 TEST(LibraryNotifier, HandsOneEventOnATurnHoweverManyCome) {

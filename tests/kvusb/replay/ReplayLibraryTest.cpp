@@ -99,7 +99,8 @@ std::pair<std::string, Answers> RecordSession() {
   sim::Bus bus(std::get<sim::Rig>(sim::ParseRig(kRig)), {.latency = std::chrono::microseconds(0)});
   testing::SimLibrary boards(bus);
   std::ostringstream trace;
-  TracedLibrary traced(boards, trace, [] { return 0.0; });
+  TracedLibrary traced(
+      boards, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
   Program program(traced);
   RunSession(program);
   return {trace.str(), program.answers};
