@@ -45,7 +45,8 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   // The name of a board is what a board says: it must not decide how wide the window is.
   origin_line_->setWordWrap(true);
   origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  origin_line_->setAccessibleName(tr("Where the values come from"));
+  // Not its name: that would take the place of the text for screen readers.
+  origin_line_->setAccessibleDescription(tr("Where the values come from"));
   layout->addWidget(origin_line_);
   auto* const row = new QHBoxLayout;
   layout->addLayout(row);
