@@ -9,6 +9,7 @@
 
 #include "widgets/CChoiceList.h"
 #include "widgets/CGridHeader.h"
+#include "widgets/GridAccess.h"
 #include "widgets/GridDelegate.h"
 #include "widgets/GridModel.h"
 
@@ -23,6 +24,7 @@ constexpr int kHintRows = 16;
 
 CGridCtrl::CGridCtrl(QWidget* parent)
     : QTableView(parent), model_(new GridModel(this)), delegate_(new GridDelegate(*model_, this)) {
+  InstallGridAccess();
   setHorizontalHeader(new CGridHeader(Qt::Horizontal, this));
   setVerticalHeader(new CGridHeader(Qt::Vertical, this));
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -153,6 +155,7 @@ void CGridCtrl::Click(int row, int column) {
   if (click_) click_(row, column);
   if (!self) return;
   Redraw();
+  if (model_->Holds(row, column) && IsToggle(Kind(row, column))) TellToggled(*this, row, column);
   Open(row, column);
 }
 
