@@ -12,6 +12,7 @@
 #include "pages/common/WheelGuard.h"
 #include "pages/joystick/AxisNames.h"
 #include "pages/joystick/CAxisCalibrateDlg.h"
+#include "widgets/ClickAccess.h"
 
 namespace quillon {
 namespace {
@@ -106,6 +107,7 @@ void CAxisTweakPage::AddLine(QGridLayout* grid, int axis) {
   add(line.combine, kCombine, {});
   Marks().Track(line.combine);
   line.calibrate = new QCheckBox;
+  ClickFromOutside(line.calibrate);
   add(line.calibrate, kCalibrate, Qt::AlignCenter);
   connect(line.calibrate, &QCheckBox::clicked, this, [this, axis] { Calibrate(axis); });
 }
