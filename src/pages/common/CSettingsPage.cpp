@@ -71,6 +71,7 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
     button->setAccessibleDescription(caption);
     button->setToolTip(tip);
     connect(button, &QPushButton::clicked, this, handler);
+    buttons_.push_back(button);
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
     layout->addWidget(button);
@@ -88,6 +89,25 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
   layout->addStretch(1);
   busy_ = AddLamp(layout, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
   error_ = AddLamp(layout, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+}
+
+void CSettingsPage::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  PutButtonsLastInTabOrder();
+}
+
+// A page makes its controls after the buttons, which stand below them.
+void CSettingsPage::PutButtonsLastInTabOrder() {
+  QWidget* last = nullptr;
+  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    const bool stop = (next->focusPolicy() & Qt::TabFocus) && next->focusProxy() == nullptr;
+    const bool button = std::find(buttons_.begin(), buttons_.end(), next) != buttons_.end();
+    if (isAncestorOf(next) && stop && !button) last = next;
+  }
+  for (QPushButton* const button : buttons_) {
+    if (last != nullptr) setTabOrder(last, button);
+    last = button;
+  }
 }
 
 void CSettingsPage::Retrieve() {

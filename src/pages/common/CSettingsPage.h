@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "devlink/Exchange.h"
 #include "devlink/HidPacket.h"
@@ -13,6 +14,7 @@
 
 class QBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace quillon {
 
@@ -113,6 +115,8 @@ class CSettingsPage : public QWidget {
     return SendCurrent(packet);
   }
 
+  void showEvent(QShowEvent* event) override;
+
   // Lights the Error lamp, blinking, or darkens it. The frame does so for the three routines.
   void ShowError(bool error);
 
@@ -158,6 +162,7 @@ class CSettingsPage : public QWidget {
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
   void AddButtonRow(QBoxLayout* layout);
+  void PutButtonsLastInTabOrder();
 
   PageContext context_;
   QBoxLayout* groups_;
@@ -165,6 +170,7 @@ class CSettingsPage : public QWidget {
   CStatusLed* busy_ = nullptr;
   CStatusLed* error_ = nullptr;
   QLabel* origin_line_ = nullptr;
+  std::vector<QPushButton*> buttons_;  // from left to right
   EditMarks* marks_;
   int accepted_blocks_ = 0;
   Origin origin_ = Origin::kNone;
