@@ -293,6 +293,17 @@ void CGridCtrl::changeEvent(QEvent* event) {
   if (fitted_) FitColumns();
 }
 
+void CGridCtrl::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  // Later: after this, Qt tells screen readers of the grid as a whole.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (hasFocus()) TellFocused(*this);
+      },
+      Qt::QueuedConnection);
+}
+
 void CGridCtrl::hideEvent(QHideEvent* event) {
   CloseChoices();
   QTableView::hideEvent(event);

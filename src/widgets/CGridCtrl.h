@@ -98,6 +98,7 @@ class CGridCtrl : public QTableView {
   void mouseReleaseEvent(QMouseEvent* event) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

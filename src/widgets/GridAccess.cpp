@@ -276,4 +276,12 @@ void TellToggled(CGridCtrl& grid, int row, int column) {
   QAccessible::updateAccessibility(&event);
 }
 
+void TellFocused(CGridCtrl& grid) {
+  const QModelIndex index = grid.currentIndex();
+  if (!QAccessible::isActive() || !index.isValid()) return;
+  QAccessibleEvent event(&grid, QAccessible::Focus);
+  event.setChild(GridModel::RowOf(index) * grid.Columns() + GridModel::ColumnOf(index));
+  QAccessible::updateAccessibility(&event);
+}
+
 }  // namespace quillon
