@@ -175,14 +175,14 @@ QString TellEnd(const ElevatedResult& result) {
       .arg(reason);
 }
 
-QLabel* SelectableText(const QString& name) {
+QLabel* SelectableText(const QString& purpose) {
   auto* const label = new QLabel;
   // However long a name or a path in it: it must not decide how wide the window is.
   label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   label->setWordWrap(true);
   label->setTextFormat(Qt::PlainText);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  label->setAccessibleName(name);
+  label->setAccessibleDescription(purpose);  // the name is the text itself
   return label;
 }
 
@@ -192,10 +192,8 @@ CScrollPane* PaneOf(QLabel* label, int lines) {
   return pane;
 }
 
-// The text of a label with a name, for screen readers too.
 void SetText(QLabel& label, const QString& text) {
   label.setText(text);
-  label.setAccessibleDescription(text);
   label.setVisible(!text.isEmpty());
 }
 

@@ -60,6 +60,7 @@ CChoiceList::CChoiceList(QWidget* parent) : QFrame(parent, Qt::Popup), list_(new
 }
 
 void CChoiceList::Open(const QStringList& choices, const QString& current, const QRect& cell) {
+  list_->setAccessibleName(accessibleName());
   choices_.setStringList(choices);
   cell_ = cell;
   const auto row = choices.indexOf(current);

@@ -10,6 +10,7 @@
 #include "widgets/CChoiceList.h"
 #include "widgets/CGridHeader.h"
 #include "widgets/CScrollPane.h"
+#include "widgets/GridAccess.h"
 #include "widgets/GridDelegate.h"
 #include "widgets/GridModel.h"
 
@@ -24,6 +25,7 @@ constexpr int kHintRows = 16;
 
 CGridCtrl::CGridCtrl(QWidget* parent)
     : QTableView(parent), model_(new GridModel(this)), delegate_(new GridDelegate(*model_, this)) {
+  InstallGridAccess();
   setHorizontalHeader(new CGridHeader(Qt::Horizontal, this));
   setVerticalHeader(new CGridHeader(Qt::Vertical, this));
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -155,6 +157,7 @@ void CGridCtrl::Click(int row, int column) {
   if (click_) click_(row, column);
   if (!self) return;
   Redraw();
+  if (model_->Holds(row, column) && IsToggle(Kind(row, column))) TellToggled(*this, row, column);
   Open(row, column);
 }
 
@@ -306,6 +309,17 @@ void CGridCtrl::changeEvent(QEvent* event) {
   if (!font && !style) return;
   FitRows();
   if (fitted_) FitColumns();
+}
+
+void CGridCtrl::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  // Later: after this, Qt tells screen readers of the grid as a whole.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (hasFocus()) TellFocused(*this);
+      },
+      Qt::QueuedConnection);
 }
 
 void CGridCtrl::hideEvent(QHideEvent* event) {

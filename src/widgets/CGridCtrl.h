@@ -102,6 +102,7 @@ class CGridCtrl : public QTableView {
   void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

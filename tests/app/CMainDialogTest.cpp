@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
@@ -17,6 +18,7 @@
 #include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "tree/CDeviceTreeCtrl.h"
+#include "widgets/CGridCtrl.h"
 #include "widgets/CScrollPane.h"
 
 namespace quillon::testing {
@@ -78,6 +80,49 @@ void SelectBoard(CMainDialog& window, const QString& label) {
                                          Qt::MatchContains | Qt::MatchRecursive);
   ASSERT_FALSE(found.isEmpty()) << label.toStdString();
   tree.setCurrentIndex(found.front());
+}
+
+// A screen reader gets each cell with its titles and value, and clicks the boxes.
+void ExpectReadableCells(CGridCtrl& grid) {
+  auto* const cells = QAccessible::queryAccessibleInterface(&grid);
+  for (int row = 1; row < grid.Rows(); ++row) {
+    for (int column = 1; column < grid.Columns(); ++column) {
+      const bool has = grid.IsEnabledCell(row, column);
+      const bool box = has && IsToggle(grid.Kind(row, column));
+      const auto value = grid.Value(row, column);
+      const QString words = box ? (value != 0 ? "on" : "off") : grid.Text(row, column);
+      const QStringList name{grid.Text(row, 0), grid.Text(0, column).trimmed(),
+                             has ? words : "not available"};
+      auto& cell = *cells->child(row * grid.Columns() + column);
+      EXPECT_EQ(cell.text(QAccessible::Name).toStdString(), name.join(", ").toStdString());
+      EXPECT_EQ(cell.text(QAccessible::Value), has ? words : "");
+      EXPECT_EQ(cell.state().disabled, !has);
+      EXPECT_EQ(cell.state().checked, box && value != 0);
+      cell.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+      EXPECT_EQ(grid.Value(row, column) != value, box);
+    }
+  }
+}
+
+// Each stop of Tab has a name of its own and stands right of the former or below it; texts are
+// read.
+void ExpectReadable(const QWidget& window) {
+  std::set<std::string> names;
+  QRect former;
+  for (auto* stop = window.nextInFocusChain(); stop != &window; stop = stop->nextInFocusChain()) {
+    if (!(stop->focusPolicy() & Qt::TabFocus) || stop->focusProxy() != nullptr) continue;
+    if (!stop->isVisible() || !stop->isEnabled()) continue;
+    auto* read = QAccessible::queryAccessibleInterface(stop);
+    // Unix gives a list the name of its label; its own is what was chosen.
+    if (read->role() == QAccessible::ComboBox) read = read->relations()[0].first;
+    const std::string name = read->text(QAccessible::Name).toStdString();
+    EXPECT_TRUE(name != "" && names.insert(name).second) << name;
+    const QRect place(stop->mapToGlobal(QPoint()), stop->size());
+    EXPECT_TRUE(place.left() > former.right() || place.top() > former.bottom()) << name;
+    former = place;
+  }
+  for (auto* const label : window.findChildren<QLabel*>())
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), label->text());
 }
 
 }  // namespace
@@ -224,7 +269,7 @@ TEST(MainDialog, ShowsAllOfEveryPageInASmallWindow) {
   }
 }
 
-TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
+TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
   const struct {
     const char* board;
     const char* page_set;  // its last tab; empty: none
@@ -248,9 +293,19 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
                                        Icon::kExclamation);
     }
     main.bench.window.Initialise();
-    const CPageSet* const set = main.bench.window.ShownPageSet();
+    CPageSet* const set = main.bench.window.ShownPageSet();
     ASSERT_NE(set, nullptr);
     EXPECT_EQ(set->tabText(set->count() - 1), c.page_set);
+    set->EnablePages(false, true);
+    main.bench.window.resize(2000, 900);  // has room for all tabs
+    main.bench.window.show();
+    for (int tab = 0; tab < set->count(); ++tab) {
+      set->setCurrentIndex(tab);
+      MainBench::RunEvents();
+      ExpectReadable(main.bench.window);
+      for (auto* const grid : set->widget(tab)->findChildren<CGridCtrl*>())
+        ExpectReadableCells(*grid);
+    }
   }
 }
 

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
@@ -397,17 +398,25 @@ TEST_F(GridCtrl, CopiesTheCurrentCellOrTheSelectionInWords) {
   EXPECT_EQ(grid_.selectionModel()->selectedIndexes().size(), 30 * 6);
 }
 
-TEST_F(GridCtrl, NamesItsCellsForScreenReaders) {
-  const auto name = [this](int row, int column) {
-    return At(row, column).data(Qt::AccessibleTextRole).toString();
+TEST_F(GridCtrl, IsClickedByScreenReaders) {
+  const auto cell = [this](int row, int column) {
+    return QAccessible::queryAccessibleInterface(&grid_)->child(row * grid_.Columns() + column);
   };
-  grid_.SetValue(3, kInvert, 1);
-  EXPECT_EQ(name(3, kInvert), "Analog 3, Invert, on");
-  EXPECT_EQ(name(3, kFilter), "Analog 3, Filter, 5");
+  const auto act = [cell](int row, int column) {
+    auto* const actions = cell(row, column)->actionInterface();
+    actions->doAction(actions->actionNames().front());
+  };
   grid_.SetMarked(3, kFilter, true);
-  EXPECT_EQ(name(3, kFilter), "Analog 3, Filter, 5, edited");
-  grid_.SetEnabledCell(3, kInvert, false);
-  EXPECT_EQ(name(3, kInvert), "Analog 3, Invert, not available");
+  EXPECT_EQ(cell(3, kFilter)->text(QAccessible::Name), "Analog 3, Filter, 5, edited");
+  GoTo(4, kPulse);
+  Key(Qt::Key_7);
+  act(5, kAxis);
+  EXPECT_THAT(told_, ElementsAre("end 4 5", "click 5 2")) << "also ends what is being typed";
+  act(2, kPulse);
+  EXPECT_NE(Editor(), nullptr);
+  act(2, kFilter);
+  ASSERT_NE(OpenList(), nullptr);
+  EXPECT_EQ(OpenList()->accessibleName(), "Analog 2, Filter, 5");
 }
 
 TEST_F(GridCtrl, MakesColumnsAsWideAsTitlesWithTheirBlanksAndTheWidestChoice) {

@@ -29,7 +29,7 @@ class CPlainLine : public QWidget {
   void SetText(const QString& text) {
     if (text == text_) return;
     text_ = text;
-    setAccessibleDescription(text);
+    setAccessibleName(text);
     update();
   }
 
@@ -66,8 +66,9 @@ CFlashProgress::CFlashProgress(QWidget* parent)
   line_->addSpacing(fontMetrics().averageCharWidth());
   line_->addWidget(times_);
   bar_->setAccessibleName(tr("Progress of the flash update"));
-  loaded_->setAccessibleName(tr("What is loaded"));
-  times_->setAccessibleName(tr("Time of the flash update"));
+  // What a line is for is its description, as its text is its name for screen readers.
+  loaded_->setAccessibleDescription(tr("What is loaded"));
+  times_->setAccessibleDescription(tr("Time of the flash update"));
   clock_.start();
   Tint();
   Reset();

@@ -53,7 +53,8 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   // The name of a board is what a board says: it must not decide how wide the window is.
   origin_line_->setWordWrap(true);
   origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  origin_line_->setAccessibleName(tr("Where the values come from"));
+  // Not its name: that would take the place of the text for screen readers.
+  origin_line_->setAccessibleDescription(tr("Where the values come from"));
   layout->addWidget(origin_line_);
   auto* const row = new CButtonRow;
   layout->addWidget(row);
@@ -80,6 +81,7 @@ void CSettingsPage::FillButtonRow(CButtonRow& row) {
     button->setToolTip(tip);
     connect(button, &QPushButton::clicked, this, handler);
     button->installEventFilter(this);
+    buttons_.push_back(button);
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
     row.AddButton(button, label);
@@ -94,6 +96,25 @@ void CSettingsPage::FillButtonRow(CButtonRow& row) {
       &CSettingsPage::Defaults);
   busy_ = AddLamp(row, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
   error_ = AddLamp(row, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+}
+
+void CSettingsPage::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  PutButtonsLastInTabOrder();
+}
+
+// A page makes its controls after the buttons, which stand below them.
+void CSettingsPage::PutButtonsLastInTabOrder() {
+  QWidget* last = nullptr;
+  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    const bool stop = (next->focusPolicy() & Qt::TabFocus) && next->focusProxy() == nullptr;
+    const bool button = std::find(buttons_.begin(), buttons_.end(), next) != buttons_.end();
+    if (isAncestorOf(next) && stop && !button) last = next;
+  }
+  for (QPushButton* const button : buttons_) {
+    if (last != nullptr) setTabOrder(last, button);
+    last = button;
+  }
 }
 
 void CSettingsPage::Retrieve() {

@@ -6,6 +6,7 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
 #include "devlink/BoardIdentity.h"
 #include "devlink/Exchange.h"
@@ -14,6 +15,7 @@
 
 class QBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace quillon {
 
@@ -118,6 +120,8 @@ class CSettingsPage : public QWidget {
     return SendCurrent(packet);
   }
 
+  void showEvent(QShowEvent* event) override;
+
   // Lights the Error lamp, blinking, or darkens it. The frame does so for the three routines.
   void ShowError(bool error);
 
@@ -165,6 +169,7 @@ class CSettingsPage : public QWidget {
   void FillButtonRow(CButtonRow& row);
   bool FinishEdits();
   void NoteRefusal();
+  void PutButtonsLastInTabOrder();
 
   PageContext context_;
   QBoxLayout* groups_;
@@ -172,6 +177,7 @@ class CSettingsPage : public QWidget {
   CStatusLed* busy_ = nullptr;
   CStatusLed* error_ = nullptr;
   QLabel* origin_line_ = nullptr;
+  std::vector<QPushButton*> buttons_;  // from left to right
   EditMarks* marks_;
   int accepted_blocks_ = 0;
   bool just_refused_ = false;  // an entry, in the event that is being dealt with

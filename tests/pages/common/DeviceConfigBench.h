@@ -102,12 +102,7 @@ class DeviceConfigBench {
     throw std::runtime_error("The page has no text " + name.toStdString());
   }
   std::string Log() const { return TextOf("Log of the flash update"); }
-  std::string Loaded() const {
-    for (const auto* const label : page.findChildren<QLabel*>()) {
-      if (label->accessibleName() == "What is loaded") return label->text().toStdString();
-    }
-    return "none";
-  }
+  std::string Loaded() const { return Named<QLabel>(page, "What is loaded").text().toStdString(); }
 
   // Loads a file through the dialog; nothing cancels it. The caller expects a message, if any.
   void Load(const std::optional<QString>& path) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QSpinBox>
@@ -75,11 +76,15 @@ TEST(AxisTweak, SendsEveryEditOfAnAxis) {
   Named<QSpinBox>(page, "Y axis: Deadzone %").setValue(2);
   Named<QSpinBox>(page, "Y axis: Trim Max %").setValue(100);
   EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001. Edited since.");
+  const auto& combine =
+      *QAccessible::queryAccessibleInterface(&Named<QComboBox>(page, "Y axis: Combine"));
+  EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("Edited. The axis that"));
   library.Expect(R"(
     write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 f9 01 02 64 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
     read 0 -> 0 : 23 *)");
   Button(page, "Update").click();
   EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
+  EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("The axis that"));
 }
 
 TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
