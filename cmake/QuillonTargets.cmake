@@ -5,6 +5,7 @@
 
 include_guard(GLOBAL)
 include(GoogleTest)
+include(QuillonHardening)
 
 set(CMAKE_CXX_STANDARD 20)
 set(CMAKE_CXX_STANDARD_REQUIRED ON)
@@ -20,6 +21,7 @@ add_library(quillon-options INTERFACE)
 target_include_directories(quillon-options INTERFACE ${PROJECT_SOURCE_DIR}/src)
 target_compile_options(quillon-options INTERFACE
   -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
+quillon_harden(quillon-options)
 
 # Half of the time of a build goes into the same headers of Qt and of the test library. Each kind of
 # target shares one precompiled set.

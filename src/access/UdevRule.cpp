@@ -3,8 +3,10 @@
 
 #include <array>
 #include <charconv>
-#include <fstream>
 #include <string>
+#include <variant>
+
+#include "storage/ReadFile.h"
 
 namespace quillon {
 namespace {
@@ -15,6 +17,8 @@ constexpr std::array<std::string_view, 5> kFolders{kRuleFolder, "/run/udev/rules
                                                    "/usr/local/lib/udev/rules.d",
                                                    "/usr/lib/udev/rules.d", "/lib/udev/rules.d"};
 
+// Far more than a rule has.
+constexpr std::size_t kMostBytes = 64 * 1024;
 constexpr std::string_view kVersionMark = "# Quillon udev rule, version ";
 
 // 0 for a text without a version.
@@ -35,10 +39,11 @@ bool IsMask(const fs::path& file) {
 
 RuleState StateOf(const fs::path& file) {
   if (IsMask(file)) return RuleState::kMasked;
-  std::ifstream stream(file);
-  std::string line;
-  std::getline(stream, line);
-  return VersionOf(line) < VersionOf(RuleText()) ? RuleState::kOutdated : RuleState::kCurrent;
+  // What cannot be read has no version.
+  const auto content = ReadFile(file, kMostBytes);
+  const auto* const text = std::get_if<std::string>(&content);
+  const unsigned version = text == nullptr ? 0 : VersionOf(*text);
+  return version < VersionOf(RuleText()) ? RuleState::kOutdated : RuleState::kCurrent;
 }
 
 }  // namespace

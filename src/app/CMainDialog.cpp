@@ -7,8 +7,8 @@
 #include <QScreen>
 #include <QSplitter>
 #include <QStackedWidget>
-#include <QTimer>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "app/CAboutDlg.h"
 #include "app/CHomePage.h"
@@ -30,6 +30,8 @@ namespace {
 // Firmware first, so that a board that works is the one selected.
 constexpr std::uint32_t kDetectionOrder[]{KVUSB_TYPE_FIRMWARE, KVUSB_TYPE_LOADER,
                                           KVUSB_TYPE_FIRMWARE_ID};
+
+constexpr QSize kLeastSize(640, 420);
 
 }  // namespace
 
@@ -61,39 +63,48 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
   tree_->SetToolReady(DeviceTool::kRestartFlash, true);
   tree_->SetToolReady(DeviceTool::kRestartDevice, true);
-  services_.link.gate.SetAction([this] {
-    QMetaObject::invokeMethod(
-        this,
-        [this] {
-          // Somebody may have entered since; then it waits for them in turn.
-          if (close_after_run_) return;
-          if (services_.link.gate.IsOpen()) {
-            Redetect();
-          } else {
-            services_.link.gate.Request();
-          }
-        },
-        Qt::QueuedConnection);
-  });
+  // A timer, because there is only one of it however many events come, and because the event loop
+  // serves input before it. Posted events would all run before the next click.
+  waiting_.setSingleShot(true);
+  connect(&waiting_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
+  services_.link.gate.SetAction([this] { waiting_.start(); });
+  SetSizes(*splitter);
+}
+
+void CMainDialog::SetSizes(QSplitter& splitter) {
+  // On a small screen with some room left for the frame.
+  const QSize room = screen()->availableSize() * 0.95;
+  // Told, or what a page needs would widen the window when the page is first shown.
+  const QSize least = kLeastSize.boundedTo(room);
+  setMinimumSize(least);
+  const QMargins margins = centralWidget()->layout()->contentsMargins();
+  pages_->setMinimumWidth(least.width() - margins.left() - margins.right() -
+                          splitter.handleWidth() - tree_->minimumSizeHint().width());
   // Wide enough for the boards' names, in bold too, and for all tabs of the family with the most.
   const int character = fontMetrics().averageCharWidth();
-  splitter->setSizes({character * 66, character * 148});
   const QSize whole(character * 218, fontMetrics().lineSpacing() * 44);
-  // On a small screen with some room left for the frame.
-  resize(whole.boundedTo(screen()->availableSize() * 0.95));
+  resize(whole.boundedTo(room));
+  const int tree = std::min(character * 66, width() * 66 / 214);
+  splitter.setSizes({tree, width() - tree});
 }
+
+// The gate outlives the window.
+CMainDialog::~CMainDialog() { services_.link.gate.SetAction({}); }
 
 void CMainDialog::CreateMenu() {
   const MainMenuHandlers handlers{
       .exit = [this] { close(); },
-      .toggle_auto_update =
-          [this](bool on) {
-            auto_update_ = on ? 1 : 0;
-            services_.profile.SetAutoUpdate(auto_update_);
-          },
+      .toggle_auto_update = [this](bool on) { SetAutoUpdate(on); },
       .about = [this] { ShowAbout(); },
   };
   FillMainMenu(*menuBar(), handlers, services_.profile.AutoUpdate() != 0);
+}
+
+// Any number but 0 means yes, and the one that stood there comes back.
+void CMainDialog::SetAutoUpdate(bool on) {
+  if (const int former = services_.profile.AutoUpdate(); former != 0) yes_ = former;
+  options_.auto_update = on ? yes_ : 0;
+  services_.profile.SetAutoUpdate(options_.auto_update);
 }
 
 void CMainDialog::CreatePageSets() {
@@ -123,20 +134,29 @@ void CMainDialog::CreatePageSets() {
 }
 
 void CMainDialog::Initialise() {
-  if (std::exchange(initialised_, true)) return;
+  if (closed_ || std::exchange(initialised_, true)) return;
   Redetect();
   const bool registered = services_.notifier.Start(
       [this](std::uint32_t event, std::uint32_t device_type, std::string_view path) {
         OnDeviceChange(event, device_type, path);
       });
   if (!registered) return;
-  auto_connect_ = services_.profile.AutoConnect();
-  auto_update_ = services_.profile.AutoUpdate();
+  options_ = {services_.profile.AutoConnect(), services_.profile.AutoUpdate()};
 }
 
 void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,
                                  std::string_view path) {
   if (IsBoardChange(event, device_type, path)) services_.link.gate.Request();
+}
+
+void CMainDialog::RunWaitingDetection() {
+  if (close_after_run_) return;
+  if (services_.link.gate.IsOpen()) {
+    Redetect();
+  } else {
+    // Somebody has entered since; then it waits for them in turn.
+    services_.link.gate.Request();
+  }
 }
 
 void CMainDialog::Redetect() {
@@ -148,6 +168,8 @@ void CMainDialog::Redetect() {
   tree_->Rebuild();
   home_->ShowSearch();
   repaint();
+  // A view notes that its model is another one, and paints that only when the event loop turns.
+  tree_->viewport()->repaint();
   services_.settle();
   DetectAllTypes();
   services_.notifier.Deliver();
@@ -160,16 +182,21 @@ void CMainDialog::Redetect() {
 
 void CMainDialog::DetectAllTypes() {
   auto& [library, table, gate] = services_.link;
-  std::uint64_t reported = 0;
+  reported_ = 0;
   for (const std::uint32_t type : kDetectionOrder) {
-    reported += DetectBoards(library, table, type).reported;
+    reported_ += DetectBoards(library, table, type).reported;
   }
+  ShowProblems();
+}
+
+void CMainDialog::ShowProblems() {
+  auto& [library, table, gate] = services_.link;
   QString problem = QString::fromStdString(ShownText(library.DescribeProblem(nullptr).sentence));
-  if (reported > table.Count()) {
+  if (reported_ > table.Count()) {
     if (!problem.isEmpty()) problem += QLatin1Char('\n');
     problem += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "
                   "not shown.")
-                   .arg(reported)
+                   .arg(reported_)
                    .arg(DeviceTable::kRoom);
   }
   problem_->Show(problem, table);
@@ -182,9 +209,14 @@ void CMainDialog::CloseAllBoards() {
                             QStringLiteral("Close Device Failed"), UserPrompts::Icon::kExclamation);
 }
 
-void CMainDialog::SelectFamilyPages() {
+// What a library wrote where no board is listed says nothing.
+const Product& CMainDialog::CurrentProduct() const {
   const DeviceTable& table = services_.link.table;
-  const BoardFamily family = FamilyOf(table.CurrentRecord().product_id);
+  return ProductOf(table.IsEmpty() ? 0 : table.CurrentRecord().product_id);
+}
+
+void CMainDialog::SelectFamilyPages() {
+  const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
   // A Yes that then loads nothing would be a lie; a family's second product keeps its own rule.
   tree_->SetToolReady(DeviceTool::kLoadDefaults,
@@ -194,7 +226,7 @@ void CMainDialog::SelectFamilyPages() {
     set->second->ShowBoard();
     return;
   }
-  home_->ShowBoardCount(table.Count());
+  home_->ShowBoardCount(services_.link.table.Count());
   pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? nothing_ : home_);
 }
 
@@ -211,7 +243,7 @@ void CMainDialog::LoadDefaultSettings() {
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
           QStringLiteral("Load Defaults"))) {
-    const Product& product = ProductOf(services_.link.table.CurrentRecord().product_id);
+    const Product& product = CurrentProduct();
     const auto set = page_sets_.find(product.family);
     if (product.defaults_from_tree && set != page_sets_.end()) set->second->LoadDeviceDefaults();
   }
@@ -224,11 +256,11 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   const auto hold = gate.TryEnter();
   if (!hold) return;
   ChooseBoardOfPort();
-  DeviceRecord& board = table.CurrentRecord();
-  const Product& product = ProductOf(board.product_id);
-  if (page_sets_.contains(product.family) && !table.IsEmpty()) {
+  const Product& product = CurrentProduct();
+  if (page_sets_.contains(product.family)) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
-    SendRestart(library, board, RestartCommand(button, table.CurrentType(), product));
+    SendRestart(library, table.CurrentRecord(),
+                RestartCommand(button, table.CurrentType(), product));
   }
   tree_->Rebuild();
 }
@@ -270,6 +302,9 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
     running_->AbortRun();
   }
   if (!services_.link.gate.IsOpen()) {
+    // Not the end after all, so what waited for it is still wanted.
+    if (running_ == nullptr && std::exchange(close_after_run_, false))
+      services_.link.gate.Request();
     event->ignore();
     return;
   }

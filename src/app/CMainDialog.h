@@ -3,6 +3,7 @@
 
 #include <QList>
 #include <QMainWindow>
+#include <QTimer>
 #include <functional>
 #include <map>
 #include <optional>
@@ -13,6 +14,7 @@
 #include "pages/common/PageContext.h"
 
 class QAction;
+class QSplitter;
 class QStackedWidget;
 
 namespace quillon {
@@ -35,6 +37,13 @@ struct MainServices {
   AccessHelp access{};
 };
 
+// The options as they are; the defaults until the start has read them.
+struct StartOptions {
+  int auto_connect = 1;
+  int auto_update = 1;
+  bool operator==(const StartOptions&) const = default;
+};
+
 // The main window: the tree of boards on the left, the pages of the current one on the right.
 // Closing it during a flash update aborts that first; the window closes when it has ended.
 class CMainDialog : public QMainWindow {
@@ -42,6 +51,7 @@ class CMainDialog : public QMainWindow {
 
  public:
   explicit CMainDialog(const MainServices& services);
+  ~CMainDialog() override;
 
   // The first detection, the registration for hot-plug events, the options. Runs by itself once the
   // window has been painted, so that the user sees a window during the wait. Does it once.
@@ -51,12 +61,18 @@ class CMainDialog : public QMainWindow {
   // else holds the gate.
   void Redetect();
 
-  // A hot-plug event; those of our boards lead to a detection as soon as the gate is open.
+  // Tells anew what keeps boards from working, as the last detection found it and as the library
+  // says it now. Talks to no board.
+  void ShowProblems();
+
+  // A hot-plug event; those of our boards lead to a detection as soon as the gate is open. However
+  // many come, one detection waits at most, and input is served before it.
   void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
 
   // The pages shown for the current board; null while the home page or nothing is.
   CPageSet* ShownPageSet() const;
   CDeviceTreeCtrl& Tree() const { return *tree_; }
+  const StartOptions& Options() const { return options_; }
 
  protected:
   void paintEvent(QPaintEvent* event) override;
@@ -67,10 +83,14 @@ class CMainDialog : public QMainWindow {
 
  private:
   void CreateMenu();
+  void SetAutoUpdate(bool on);
   void CreatePageSets();
+  void SetSizes(QSplitter& splitter);
   void AddAboutToSystemMenu();
+  void RunWaitingDetection();
   void CloseAllBoards();
   void DetectAllTypes();
+  const Product& CurrentProduct() const;
   void SelectFamilyPages();
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);
@@ -86,13 +106,15 @@ class CMainDialog : public QMainWindow {
   CHomePage* home_ = nullptr;
   QWidget* nothing_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
+  QTimer waiting_;               // active while a detection waits for the event loop
   CPageSet* running_ = nullptr;  // the set whose board is being programmed
   QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
   bool close_after_run_ = false;
   bool initialised_ = false;
+  std::uint64_t reported_ = 0;                // boards, by the last detection
   std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
-  int auto_connect_ = 1;
-  int auto_update_ = 1;
+  StartOptions options_;
+  int yes_ = 1;  // what "Auto Update" is when it is switched on
 };
 
 }  // namespace quillon

@@ -12,12 +12,16 @@
 
 #include "access/InstallCommand.h"
 #include "devlink/DeviceText.h"
+#include "widgets/CScrollPane.h"
 
 namespace quillon {
 namespace {
 
 constexpr qsizetype kMostNames = 3;
 constexpr std::size_t kMostCauses = 3;
+// How much may be said before it scrolls: the pages need the room.
+constexpr int kMostTextLines = 5;
+constexpr int kMostOutcomeLines = 3;
 
 QString Tr(const char* text) { return CProblemLine::tr(text); }
 
@@ -171,21 +175,25 @@ QString TellEnd(const ElevatedResult& result) {
       .arg(reason);
 }
 
-QLabel* SelectableText(const QString& name) {
+QLabel* SelectableText(const QString& purpose) {
   auto* const label = new QLabel;
   // However long a name or a path in it: it must not decide how wide the window is.
   label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
   label->setWordWrap(true);
   label->setTextFormat(Qt::PlainText);
   label->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-  label->setAccessibleName(name);
+  label->setAccessibleDescription(purpose);  // the name is the text itself
   return label;
 }
 
-// The text of a label with a name, for screen readers too.
+CScrollPane* PaneOf(QLabel* label, int lines) {
+  auto* const pane = new CScrollPane(label);
+  pane->SetMostLines(lines);
+  return pane;
+}
+
 void SetText(QLabel& label, const QString& text) {
   label.setText(text);
-  label.setAccessibleDescription(text);
   label.setVisible(!text.isEmpty());
 }
 
@@ -202,14 +210,14 @@ CProblemLine::CProblemLine(AccessHelp help, QWidget* parent)
   copy_->setAccessibleName(tr("Copy Command"));
   copy_->setToolTip(tr("Copies a command to the clipboard that installs the rule from a terminal"));
   auto* const layout = new QVBoxLayout(this);
-  layout->addWidget(text_);
+  layout->addWidget(PaneOf(text_, kMostTextLines));
   auto* const buttons = new QHBoxLayout;
   layout->addLayout(buttons);
   for (QPushButton* const button : {install_, copy_}) {
     button->setMinimumWidth(fontMetrics().averageCharWidth() * 24);  // as the pages' buttons
     buttons->addWidget(button);
   }
-  buttons->addWidget(outcome_, 1);
+  buttons->addWidget(PaneOf(outcome_, kMostOutcomeLines), 1);
   buttons->addStretch();
   connect(install_, &QPushButton::clicked, this, &CProblemLine::Install);
   connect(copy_, &QPushButton::clicked, this, &CProblemLine::CopyCommand);

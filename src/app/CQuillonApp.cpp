@@ -32,16 +32,23 @@ int CQuillonApp::Run() {
     return 0;
   }
   OpenedLibrary opened(applicationDirPath());
+  Profile profile;
   BoardLink link(opened.Library());
   MessageBoxes prompts(link.gate);
-  if (!opened.Problem().isEmpty()) {
-    prompts.Message(nullptr, opened.Problem(), QStringLiteral("Quillon"),
+  QStringList problems{QString::fromStdString(instance.Problem()), opened.Problem(),
+                       profile.Problem()};
+  problems.removeAll(QString());
+  if (!problems.isEmpty()) {
+    prompts.Message(nullptr, problems.join(QLatin1Char('\n')), QStringLiteral("Quillon"),
                     UserPrompts::Icon::kExclamation);
   }
   const auto notifier = MakeBoardNotifier(opened.Library());
-  Profile profile;
   CMainDialog dialog({link, prompts, *notifier, profile,
                       [] { QThread::msleep(kSettleMilliseconds); }, SystemAccessHelp()});
+  // Later, because the trace may stop in the middle of an exchange.
+  opened.SetWhenTraceStopped([&dialog] {
+    QMetaObject::invokeMethod(&dialog, &CMainDialog::ShowProblems, Qt::QueuedConnection);
+  });
   dialog.show();
   return exec();
 }

@@ -29,7 +29,7 @@ struct AccessHelp {
 
   // Runs pkexec with these arguments, one run at a time, and tells `done` how it ended: later, or
   // at once when it cannot be started. A run that outlives the last copy of the function is broken
-  // off, or waited for once that is not possible any more; then `done` is not called.
+  // off, or left to itself once that is not possible any more; then `done` is not called.
   std::function<void(const QStringList& arguments, std::function<void(const ElevatedResult&)> done)>
       run;
 };

@@ -15,13 +15,13 @@ class Pkexec {
   using Done = std::function<void(const ElevatedResult&)>;
 
   Pkexec() {
-    process_.setStandardInputFile(QProcess::nullDevice());
-    process_.setStandardOutputFile(QProcess::nullDevice());
-    QObject::connect(&process_, &QProcess::finished, &process_,
+    process_->setStandardInputFile(QProcess::nullDevice());
+    process_->setStandardOutputFile(QProcess::nullDevice());
+    QObject::connect(process_.get(), &QProcess::finished, process_.get(),
                      [this](int code, QProcess::ExitStatus status) {
                        End(status == QProcess::NormalExit ? EndOf(code) : ElevatedEnd::kFailed);
                      });
-    QObject::connect(&process_, &QProcess::errorOccurred, &process_,
+    QObject::connect(process_.get(), &QProcess::errorOccurred, process_.get(),
                      [this](QProcess::ProcessError error) {
                        if (error == QProcess::FailedToStart) End(ElevatedEnd::kUnavailable);
                      });
@@ -29,17 +29,19 @@ class Pkexec {
   Pkexec(const Pkexec&) = delete;
   Pkexec& operator=(const Pkexec&) = delete;
 
-  // Once the password was given the process is root's and not ours to end; it takes seconds then.
+  // While the password is asked for, this ends it. Once it was given the process is root's, works
+  // on and may take a minute, which nobody is kept waiting for: neither here nor in ~QProcess.
   ~Pkexec() {
-    done_ = nullptr;
-    if (process_.state() == QProcess::NotRunning) return;
-    process_.kill();
-    process_.waitForFinished();
+    if (process_->state() == QProcess::NotRunning) return;
+    process_->disconnect();
+    process_->kill();
+    [[maybe_unused]] static const QProcess* abandoned;
+    abandoned = process_.release();
   }
 
   void Run(const QStringList& arguments, Done done) {
     done_ = std::move(done);
-    process_.start(QStringLiteral("pkexec"), arguments);
+    process_->start(QStringLiteral("pkexec"), arguments);
   }
 
  private:
@@ -57,13 +59,13 @@ class Pkexec {
   }
 
   void End(ElevatedEnd end) {
-    const QString said = QString::fromUtf8(process_.readAllStandardError()).trimmed();
+    const QString said = QString::fromUtf8(process_->readAllStandardError()).trimmed();
     if (const Done done = std::exchange(done_, nullptr)) {
       done({end, said.section(QLatin1Char('\n'), 0, 0).left(kLongestLine)});
     }
   }
 
-  QProcess process_;
+  std::unique_ptr<QProcess> process_ = std::make_unique<QProcess>();
   Done done_;
 };
 

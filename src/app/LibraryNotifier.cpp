@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "app/LibraryNotifier.h"
 
-#include <QCoreApplication>
-#include <string>
+#include <exception>
+#include <utility>
 
 namespace quillon {
 
@@ -14,20 +14,30 @@ bool LibraryNotifier::Start(Handler handler) {
   return true;
 }
 
-void LibraryNotifier::Deliver() { QCoreApplication::sendPostedEvents(this, QEvent::MetaCall); }
+// Called from the event loop, which cannot take an exception.
+void LibraryNotifier::Deliver() try {
+  std::optional<Event> event;
+  {
+    const std::scoped_lock lock(mutex_);
+    event = std::exchange(waiting_, std::nullopt);
+  }
+  if (event) handler_(event->event, event->device_type, event->path);
+} catch (const std::exception&) {
+}
 
-// The library may call from any thread and in the middle of an exchange, so an event only goes on
-// the queue here.
+// The library may call from any thread and in the middle of an exchange, so an event is only noted
+// here. Nothing may be thrown into it; an event for which there is no memory is lost.
 void KVUSB_CALL LibraryNotifier::OnEvent(std::uint32_t event, std::uint32_t device_type,
-                                         const char* path, void* context) {
+                                         const char* path, void* context) try {
+  const std::string_view name = path != nullptr ? path : "";
+  if (!IsBoardChange(event, device_type, name)) return;
   auto* const self = static_cast<LibraryNotifier*>(context);
-  std::string copy = path != nullptr ? path : "";
+  const std::scoped_lock lock(self->mutex_);
+  if (self->waiting_) return;
+  self->waiting_ = Event{event, device_type, std::string(name)};
   QMetaObject::invokeMethod(
-      self,
-      [self, event, device_type, copy = std::move(copy)] {
-        self->handler_(event, device_type, copy);
-      },
-      Qt::QueuedConnection);
+      self, [self] { self->Deliver(); }, Qt::QueuedConnection);
+} catch (const std::exception&) {
 }
 
 }  // namespace quillon

@@ -2,6 +2,10 @@
 #pragma once
 
 #include <QObject>
+#include <cstdint>
+#include <mutex>
+#include <optional>
+#include <string>
 
 #include "devlink/DeviceNotifier.h"
 #include "devlink/HidLibrary.h"
@@ -10,6 +14,10 @@ namespace quillon {
 
 // Hot-plug events from the HID library itself, if it has the optional function for them. A library
 // without it has no events to give; that is no failure.
+//
+// Of the changes of our boards that wait for the event loop only the first is handed on, as the
+// others would lead to the same detection. So a library that calls without pause costs neither
+// memory nor the user's clicks.
 class LibraryNotifier : public QObject, public DeviceNotifier {
   Q_OBJECT
 
@@ -25,8 +33,16 @@ class LibraryNotifier : public QObject, public DeviceNotifier {
   static void KVUSB_CALL OnEvent(std::uint32_t event, std::uint32_t device_type, const char* path,
                                  void* context);
 
+  struct Event {
+    std::uint32_t event;
+    std::uint32_t device_type;
+    std::string path;
+  };
+
   HidLibrary& library_;
   Handler handler_;
+  std::mutex mutex_;
+  std::optional<Event> waiting_;  // written on any thread
 };
 
 }  // namespace quillon

@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "devlink/LoadedLibrary.h"
+#include "devlink/TraceFile.h"
 #include "devlink/TracedLibrary.h"
 
 namespace quillon {
@@ -15,6 +16,7 @@ std::filesystem::path PathOf(const QString& name) { return name.toStdU16String()
 }  // namespace
 
 OpenedLibrary::OpenedLibrary(const QString& program_folder) {
+  LetWritesFail();
   const QString choice = qEnvironmentVariable("QUILLON_KVUSB");
   auto result = LoadLibraryFile(ChooseLibrary(choice.toStdString(), PathOf(program_folder)));
   if (auto* const library = std::get_if<std::unique_ptr<HidLibrary>>(&result)) {
@@ -29,16 +31,29 @@ OpenedLibrary::OpenedLibrary(const QString& program_folder) {
 }
 
 void OpenedLibrary::OpenTrace(const QString& path) {
-  trace_.open(PathOf(path), std::ios::trunc);
-  if (!trace_) {
+  const auto tell = [name = path.toStdString()](const FileProblem& problem) {
+    return "The trace file " + name + " " + problem.predicate + ".";
+  };
+  auto opened = OpenTraceFile(PathOf(path));
+  if (const auto* problem = std::get_if<FileProblem>(&opened)) {
     if (!problem_.isEmpty()) problem_ += QLatin1Char('\n');
-    problem_ += QStringLiteral("The trace file %1 cannot be written.").arg(path);
+    problem_ += QString::fromStdString(tell(*problem));
     return;
   }
-  traced_ = std::make_unique<TracedLibrary>(*loaded_, trace_, [] {
+  trace_ = std::get<std::unique_ptr<TraceFile>>(std::move(opened));
+  const auto write = [this, tell](std::string_view text) -> std::optional<std::string> {
+    const auto problem = trace_->Write(text);
+    if (!problem) return std::nullopt;
+    return tell(*problem);
+  };
+  traced_ = std::make_unique<TracedLibrary>(*loaded_, write, [] {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     return std::chrono::duration<double>(now).count();
   });
+}
+
+void OpenedLibrary::SetWhenTraceStopped(std::function<void()> when_stopped) {
+  if (traced_) traced_->SetWhenStopped(std::move(when_stopped));
 }
 
 }  // namespace quillon

@@ -2,10 +2,12 @@
 #pragma once
 
 #include <QString>
-#include <fstream>
+#include <functional>
 #include <memory>
 
 #include "devlink/HidLibrary.h"
+#include "devlink/TraceFile.h"
+#include "devlink/TracedLibrary.h"
 
 namespace quillon {
 
@@ -13,21 +15,25 @@ namespace quillon {
 // (ChooseLibrary() says how), and QUILLON_TRACE the file that every call is written to.
 class OpenedLibrary {
  public:
-  // `program_folder` is where our own libraries are looked for.
+  // `program_folder` is where our own libraries are looked for. Has writes fail from now on that
+  // would end the process, because an update of a board must not end with the reader of a trace.
   explicit OpenedLibrary(const QString& program_folder);
 
   // Always usable; without a library there are just no boards.
-  HidLibrary& Library() { return traced_ ? *traced_ : *loaded_; }
+  HidLibrary& Library() { return traced_ ? static_cast<HidLibrary&>(*traced_) : *loaded_; }
 
   // What went wrong, as a sentence; empty when nothing did.
   const QString& Problem() const { return problem_; }
+
+  // Called inside a call of the library when the trace stops; the library's problem says why.
+  void SetWhenTraceStopped(std::function<void()> when_stopped);
 
  private:
   void OpenTrace(const QString& path);
 
   std::unique_ptr<HidLibrary> loaded_;
-  std::ofstream trace_;
-  std::unique_ptr<HidLibrary> traced_;
+  std::unique_ptr<TraceFile> trace_;
+  std::unique_ptr<TracedLibrary> traced_;
   QString problem_;
 };
 

@@ -2,6 +2,8 @@
 #pragma once
 
 #include <QSettings>
+#include <QString>
+#include <optional>
 
 namespace quillon {
 
@@ -10,6 +12,12 @@ namespace quillon {
 // that is no number counts as missing, as does a profile that cannot be read.
 class Profile {
  public:
+  Profile();
+
+  // A sentence on the file that stands in the profile's place and can be none, as a pipe or a
+  // folder; then the options have their defaults and nothing is written. Empty when all is well.
+  const QString& Problem() const { return problem_; }
+
   // Read at the start and kept; nothing depends on it.
   int AutoConnect() const { return Read(kAutoConnect); }
 
@@ -23,8 +31,8 @@ class Profile {
 
   int Read(const char* key) const;
 
-  QSettings settings_{QSettings::NativeFormat, QSettings::UserScope, QStringLiteral("Quillon"),
-                      QStringLiteral("Quillon")};
+  QString problem_;
+  std::optional<QSettings> settings_;
 };
 
 }  // namespace quillon

@@ -1,16 +1,24 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <filesystem>
 #include <memory>
+#include <string>
 
 namespace quillon {
 
-// Marks that the program runs, once for each user's session, for as long as the object lives. On
-// Windows a named mutex; elsewhere a lock on a file in the user's run-time folder, which the kernel
-// lets go when the process ends, however it ends.
+// Marks that the program runs, once for each user, for as long as the object lives. On Windows a
+// named mutex; elsewhere a lock on a file, which the kernel lets go when the process ends, however
+// it ends.
+//
+// The file is in a folder that belongs to the user alone: /tmp/quillon-<user id>, because every
+// start finds that one, whatever its environment says. Where somebody else has taken the name, or
+// what is there is a link or open to others, the file is in "quillon" in XDG_RUNTIME_DIR, else in
+// the state folder (XDG_STATE_HOME, ~/.local/state).
 class SingleInstance {
  public:
-  SingleInstance();
+  // `temporary` stands for /tmp. Windows does not need it.
+  explicit SingleInstance(const std::filesystem::path& temporary = "/tmp");
   ~SingleInstance();
   SingleInstance(const SingleInstance&) = delete;
   SingleInstance& operator=(const SingleInstance&) = delete;
@@ -19,10 +27,14 @@ class SingleInstance {
   // better two windows than none.
   bool IsTaken() const { return taken_; }
 
+  // Why no mark can be set, as a sentence; empty when one can.
+  const std::string& Problem() const { return problem_; }
+
  private:
   struct Handle;
   std::unique_ptr<Handle> handle_;
   bool taken_ = false;
+  std::string problem_;
 };
 
 }  // namespace quillon

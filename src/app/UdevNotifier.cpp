@@ -5,6 +5,7 @@
 
 #include <QSocketNotifier>
 #include <cerrno>
+#include <exception>
 #include <system_error>
 #include <utility>
 
@@ -24,6 +25,7 @@ std::string Text(const char* text) { return text != nullptr ? text : ""; }
 }  // namespace
 
 void UdevNotifier::Release::operator()(udev* context) const { udev_unref(context); }
+void UdevNotifier::Release::operator()(udev_device* device) const { udev_device_unref(device); }
 void UdevNotifier::Release::operator()(udev_monitor* monitor) const { udev_monitor_unref(monitor); }
 
 // The kernel applies the filter, so that other devices never wake the program.
@@ -48,21 +50,32 @@ bool UdevNotifier::Start(Handler handler) {
   return true;
 }
 
+// A slot, which must not throw.
 void UdevNotifier::Deliver() {
   if (!handler_) return;
+  try {
+    Receive();
+  } catch (const std::exception&) {
+    missed_ = true;
+  }
+}
+
+void UdevNotifier::Receive() {
   for (;;) {
     errno = 0;
-    udev_device* const device = udev_monitor_receive_device(monitor_.get());
-    if (device == nullptr) break;
-    const KernelEvent event{Text(udev_device_get_action(device)),
-                            Text(udev_device_get_subsystem(device)),
-                            Text(udev_device_get_syspath(device))};
-    udev_device_unref(device);
+    const std::unique_ptr<udev_device, Release> device(udev_monitor_receive_device(monitor_.get()));
+    if (!device) break;
+    const KernelEvent event{Text(udev_device_get_action(device.get())),
+                            Text(udev_device_get_subsystem(device.get())),
+                            Text(udev_device_get_syspath(device.get()))};
     if (const auto board = boards_->Take(event)) Report(*board);
   }
   // More came at once than the socket holds.
-  if (errno != ENOBUFS) return;
-  for (const BoardEvent& board : boards_->Compare(Nodes())) Report(board);
+  if (errno == ENOBUFS) missed_ = true;
+  if (!missed_) return;
+  const auto events = boards_->Compare(Nodes());
+  missed_ = false;
+  for (const BoardEvent& board : events) Report(board);
 }
 
 void UdevNotifier::Report(const BoardEvent& event) const {

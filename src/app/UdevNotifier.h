@@ -9,6 +9,7 @@
 #include "hidraw/BoardEvents.h"
 
 struct udev;
+struct udev_device;
 struct udev_monitor;
 
 namespace quillon {
@@ -28,14 +29,17 @@ class UdevNotifier : public QObject, public DeviceNotifier {
  private:
   struct Release {
     void operator()(udev* context) const;
+    void operator()(udev_device* device) const;
     void operator()(udev_monitor* monitor) const;
   };
 
+  void Receive();
   void Report(const BoardEvent& event) const;
 
   std::unique_ptr<udev, Release> context_;
   std::unique_ptr<udev_monitor, Release> monitor_;
   std::optional<BoardEvents> boards_;
+  bool missed_ = false;  // events were lost, so that only the kernel's list tells what happened
   Handler handler_;
 };
 

@@ -7,6 +7,7 @@
 
 #include <QApplication>
 #include <QMainWindow>
+#include <exception>
 #include <span>
 #include <utility>
 
@@ -54,7 +55,8 @@ bool WindowsNotifier::Start(Handler handler) {
   return true;
 }
 
-bool WindowsNotifier::nativeEventFilter(const QByteArray& type, void* message, qintptr*) {
+// Called from the system's message loop, into which nothing may be thrown.
+bool WindowsNotifier::nativeEventFilter(const QByteArray& type, void* message, qintptr*) try {
   // A message that was posted is seen by the event loop first, under another name.
   if (type != "windows_generic_MSG") return false;
   const auto* const native = static_cast<const MSG*>(message);
@@ -65,6 +67,8 @@ bool WindowsNotifier::nativeEventFilter(const QByteArray& type, void* message, q
   if (const auto broadcast = ReadDeviceBroadcast(event, Structure(native->lParam))) {
     handler_(broadcast->event, broadcast->device_type, broadcast->path);
   }
+  return false;
+} catch (const std::exception&) {
   return false;
 }
 

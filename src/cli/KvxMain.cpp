@@ -1,11 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "cli/KvxMain.h"
 
-#include <fstream>
 #include <string_view>
 
 #include "cli/KvxMake.h"
 #include "cli/KvxReport.h"
+#include "devlink/DeviceText.h"
 #include "firmware/KvxImage.h"
 
 namespace quillon {
@@ -29,19 +29,23 @@ constexpr std::string_view kHelp =
 Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line makes no sense.
 )";
 
+// Far more than any file that is accepted needs, so that what lies behind its end is looked at too.
+constexpr std::size_t kMostFileBytes = std::size_t{4} << 20;
+
 int ComplainOfUsage(std::ostream& err, const std::string& sentence) {
-  err << "kvx: " << sentence << " See kvx --help.\n";
+  err << "kvx: " << ShownText(sentence) << " See kvx --help.\n";
   return kKvxUsage;
 }
 
-int Inspect(const std::string& path, bool check, std::ostream& out, std::ostream& err) {
-  std::ifstream file(path, std::ios::binary);
-  const auto bytes = ReadKvxBytes(file);
-  // A folder can be opened, but not read.
-  if (!file.is_open() || file.bad()) {
-    err << path << ": Cannot be read.\n";
+int Inspect(const std::string& given, bool check, std::ostream& out, std::ostream& err) {
+  const std::string path = ShownText(given);
+  const auto content = ReadFile(given, kMostFileBytes);
+  if (const auto* problem = std::get_if<FileProblem>(&content)) {
+    err << path << ": " << SentenceOn(*problem) << '\n';
     return kKvxBad;
   }
+  const auto& text = std::get<std::string>(content);
+  const std::vector<std::uint8_t> bytes(text.begin(), text.end());
   auto read = ReadKvxImage(bytes, KvxKindOf(bytes));
   if (const auto* problem = std::get_if<KvxProblem>(&read)) {
     err << path << ": " << DescribeKvxProblem(*problem) << '\n';
@@ -52,7 +56,7 @@ int Inspect(const std::string& path, bool check, std::ostream& out, std::ostream
     out << DescribeKvxImage(image);
     return kKvxDone;
   }
-  const auto faults = FaultsOf(image);
+  const auto faults = FaultsOf(image, bytes.size());
   for (const std::string& fault : faults) err << path << ": " << fault << '\n';
   if (faults.empty()) out << path << ": all is well\n";
   return faults.empty() ? kKvxDone : kKvxBad;
@@ -62,7 +66,7 @@ int Make(std::span<const std::string> arguments, std::ostream& out, std::ostream
   const auto request = ParseMakeRequest(arguments);
   if (const auto* wrong = std::get_if<std::string>(&request)) return ComplainOfUsage(err, *wrong);
   if (const auto problem = MakeKvxFile(std::get<MakeRequest>(request), out)) {
-    err << *problem << '\n';
+    err << ShownText(*problem) << '\n';
     return kKvxBad;
   }
   return kKvxDone;

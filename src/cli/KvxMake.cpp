@@ -4,12 +4,14 @@
 #include <algorithm>
 #include <charconv>
 #include <filesystem>
-#include <fstream>
 #include <utility>
 
+#include "cli/KvxReport.h"
+#include "devlink/DeviceText.h"
 #include "devlink/Products.h"
 #include "firmware/ImageSource.h"
 #include "firmware/KvxImage.h"
+#include "storage/ReplaceFile.h"
 
 namespace quillon {
 namespace {
@@ -72,14 +74,6 @@ std::optional<std::string> SetNodeVersion(const Options& options, MakeRequest& r
          *options.node_version + "\".";
 }
 
-std::string ReadSource(const std::string& path) {
-  std::ifstream file(path, std::ios::binary);
-  std::string text(kMostSourceBytes + 1, '\0');
-  file.read(text.data(), static_cast<std::streamsize>(text.size()));
-  text.resize(static_cast<std::size_t>(file.gcount()));
-  return text;
-}
-
 FlashPieces ReadPieces(const std::string& path) {
   std::string ending = std::filesystem::path(path).extension().string();
   std::ranges::transform(ending, ending.begin(), [](char c) {
@@ -87,19 +81,19 @@ FlashPieces ReadPieces(const std::string& path) {
   });
   const bool is_hex = ending == ".hex" || ending == ".ihx" || ending == ".ihex";
   if (!is_hex && ending != ".bin") return "The name ends neither in .hex, .ihx, .ihex nor in .bin.";
-  const std::string text = ReadSource(path);
-  if (text.empty()) return "It cannot be read, or is empty.";
-  if (text.size() > kMostSourceBytes) return "It is too large.";
+  const auto read = ReadFile(path, kMostSourceBytes);
+  if (const auto* problem = std::get_if<FileProblem>(&read)) return SentenceOn(*problem);
+  const auto& text = std::get<std::string>(read);
+  if (text.empty()) return "It is empty.";
   if (is_hex) return ReadIntelHex(text);
   const std::vector<std::uint8_t> bytes(text.begin(), text.end());
   return PiecesOfBinary(bytes);
 }
 
-bool WriteFile(const std::string& path, std::span<const std::uint8_t> bytes) {
-  std::ofstream file(path, std::ios::binary);
-  for (const std::uint8_t byte : bytes) file.put(static_cast<char>(byte));
-  file.close();
-  return !file.fail();
+// Also where one is a link to the other.
+bool AreOneFile(const std::string& one, const std::string& other) {
+  std::error_code missing;
+  return std::filesystem::equivalent(one, other, missing);
 }
 
 }  // namespace
@@ -124,6 +118,9 @@ std::variant<MakeRequest, std::string> ParseMakeRequest(std::span<const std::str
 }
 
 std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream& out) {
+  if (AreOneFile(request.from, request.to)) {
+    return request.to + ": It is the image itself, which would be lost. Name another file with -o.";
+  }
   const auto pieces = ReadPieces(request.from);
   if (const auto* wrong = std::get_if<std::string>(&pieces)) return request.from + ": " + *wrong;
   const bool for_nodes = request.node_version.value_or(0) != 0;
@@ -135,8 +132,13 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   image.node_version = request.node_version;
   image.records = std::get<std::vector<KvxRecord>>(std::move(records));
   if (image.records.empty()) return request.from + ": It holds no data.";
-  if (!WriteFile(request.to, WriteKvx(image))) return request.to + ": Cannot be written.";
-  out << request.to << ": " << image.records.size() << " records\n";
+  const auto bytes = WriteKvx(image);
+  const std::string text(bytes.begin(), bytes.end());
+  RemoveLeftovers(request.to);
+  if (const auto problem = ReplaceFile(request.to, text, FileAccess::kEverybody)) {
+    return request.to + ": " + SentenceOn(*problem);
+  }
+  out << ShownText(request.to) << ": " << image.records.size() << " records\n";
   return std::nullopt;
 }
 

@@ -21,7 +21,7 @@ struct MakeRequest {
 std::variant<MakeRequest, std::string> ParseMakeRequest(std::span<const std::string> arguments);
 
 // Makes the file and tells of it in `out`. What keeps it from being made comes back as a sentence;
-// then no file is written.
+// then a file that was there before still is, as it was. The image is never overwritten.
 std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream& out);
 
 }  // namespace quillon

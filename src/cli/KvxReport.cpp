@@ -93,6 +93,22 @@ void AddFaultsOf(const KvxRecord& record, const std::string& name, bool for_node
   }
 }
 
+// A file has no checksum: that its records end in the end record, and nothing follows, is all that
+// tells a whole file from a part of one.
+void AddFaultsOfEnd(const KvxImage& image, std::size_t file_size,
+                    std::vector<std::string>& faults) {
+  const std::size_t end = WriteKvx(image).size();
+  if (image.cut_at_end) {
+    faults.push_back("It is cut in the middle of record " +
+                     std::to_string(image.records.size() + 1) + ".");
+  } else if (file_size < end) {
+    faults.emplace_back("The end record is missing; the file may have been cut.");
+  } else if (file_size > end) {
+    faults.push_back("Bytes follow the end record, which nobody reads: " +
+                     std::to_string(file_size - end) + ".");
+  }
+}
+
 }  // namespace
 
 std::string DescribeKvxImage(const KvxImage& image) {
@@ -114,14 +130,13 @@ std::string DescribeKvxImage(const KvxImage& image) {
   return text;
 }
 
-std::vector<std::string> FaultsOf(const KvxImage& image) {
+std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size) {
   std::vector<std::string> faults;
-  if (image.cut_at_end) {
-    faults.push_back("It is cut in the middle of record " +
-                     std::to_string(image.records.size() + 1) + ".");
-  }
+  AddFaultsOfEnd(image, file_size, faults);
   if (image.records.empty()) {
     faults.emplace_back("It has no records: programming it would only erase a board.");
+  } else if (std::ranges::all_of(image.records, [](const auto& r) { return r.length == 0; })) {
+    faults.emplace_back("Its records are all empty: programming it would only erase a board.");
   }
   const bool for_nodes = image.node_version.value_or(0) != 0;
   for (std::size_t i = 0; i < image.records.size(); ++i) {
@@ -130,5 +145,7 @@ std::vector<std::string> FaultsOf(const KvxImage& image) {
   AddOverlaps(image, faults);
   return faults;
 }
+
+std::string SentenceOn(const FileProblem& problem) { return "It " + problem.predicate + "."; }
 
 }  // namespace quillon

@@ -1,10 +1,12 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
 #include "firmware/KvxImage.h"
+#include "storage/ReadFile.h"
 
 namespace quillon {
 
@@ -12,8 +14,12 @@ namespace quillon {
 // address ranges and the gaps between them.
 std::string DescribeKvxImage(const KvxImage& image);
 
-// Sentences on what keeps the image from being one to hand out. The window loads such a file all
-// the same; a board would refuse it, or end up with half of its firmware.
-std::vector<std::string> FaultsOf(const KvxImage& image);
+// Sentences on what keeps the image, read from a file of `file_size` bytes, from being one to hand
+// out. The window loads such a file all the same; a board would refuse it, or end up with half of
+// its firmware.
+std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size);
+
+// A sentence on what keeps a file from being read or written, without its name.
+std::string SentenceOn(const FileProblem& problem);
 
 }  // namespace quillon

@@ -5,10 +5,11 @@
 // rest is noise, the same for the same version.
 #include <cstdint>
 #include <cstdlib>
-#include <fstream>
 #include <iostream>
 #include <random>
 #include <string>
+
+#include "storage/ReplaceFile.h"
 
 namespace {
 
@@ -26,8 +27,7 @@ int main(int argc, char** argv) {
   std::string image = {static_cast<char>(version >> 8 & 0xFF), static_cast<char>(version & 0xFF)};
   std::minstd_rand noise(version);
   while (image.size() < kImageBytes) image.push_back(static_cast<char>(noise() >> 8 & 0xFF));
-  std::ofstream out(argv[2], std::ios::binary);
-  out << image;
-  out.close();
-  return out ? EXIT_SUCCESS : EXIT_FAILURE;
+  const auto problem = quillon::ReplaceFile(argv[2], image, quillon::FileAccess::kEverybody);
+  if (problem) std::cerr << argv[2] << ": It " << problem->predicate << ".\n";
+  return problem ? EXIT_FAILURE : EXIT_SUCCESS;
 }

@@ -32,6 +32,8 @@ std::vector<Check> ClosingChecks(Times& times);
 std::vector<Check> ProblemChecks();
 // `boards_left` says that boards were made to leave, of which events have to tell.
 Check EventCheck(bool boards_left);
+// Looks at all calls before it; in every other check an exception is a failure of the function.
+Check ExceptionCheck();
 
 // Sentences that many checks need.
 std::string Asking(const FoundBoard& board, const HidPacket& question);

@@ -88,7 +88,7 @@ int ConformanceMain(std::span<const std::string> arguments,
   const auto& subject = std::get<std::unique_ptr<Subject>>(loaded);
   Report report(io.out);
   Times times;
-  if (subject->SetHandler() != nullptr) subject->ListenForEvents(true);
+  if (subject->HasSetHandler()) subject->ListenForEvents(true);
   ListBoards(*subject, io.out);
   const Keys boards = subject->Keys();
   for (const auto& checks : {DetectionChecks(times), ExchangeChecks(times), ClosingChecks(times),
@@ -100,7 +100,7 @@ int ConformanceMain(std::span<const std::string> arguments,
                                         [](const FoundBoard& board) { return !board.IsBarred(); });
   for (const Check& check : DepartureChecks(options, io))
     Run({check}, AllFound(*subject), *subject, report);
-  Run({EventCheck(boards_leave)}, AllFound(*subject), *subject, report);
+  Run({EventCheck(boards_leave), ExceptionCheck()}, AllFound(*subject), *subject, report);
   io.out << "Detection of all types: " << Median(times.detections)
          << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
   if (boards.empty()) io.out << "There was no board to try most promises on.\n";

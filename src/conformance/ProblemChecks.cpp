@@ -5,6 +5,7 @@
 #include <string>
 
 #include "conformance/Checks.h"
+#include "devlink/DeviceText.h"
 
 namespace quillon::conformance {
 namespace {
@@ -17,7 +18,7 @@ void ExpectText(Subject& subject, const DeviceRecord* record, const std::string&
   for (std::uint32_t size = 1; size <= kMostBytes; ++size) {
     std::array<char, kMostBytes + 16> text{};
     text.fill(kUnwritten);
-    const std::int32_t kind = subject.Describe()(record, text.data(), size);
+    const std::int32_t kind = subject.DescribeInto(record, text.data(), size);
     const auto limit = text.begin() + static_cast<std::ptrdiff_t>(size);
     const std::string where = name + ", a text of " + std::to_string(size) + " bytes: ";
     findings.Expect(std::all_of(limit, text.end(), [](char c) { return c == kUnwritten; }),
@@ -31,7 +32,7 @@ void ExpectText(Subject& subject, const DeviceRecord* record, const std::string&
 }
 
 void ProblemsAreTexts(Subject& subject, Findings& findings) {
-  if (subject.Describe() == nullptr) return findings.NotTried("there is no DescribeProblem");
+  if (!subject.HasDescribe()) return findings.NotTried("there is no DescribeProblem");
   ExpectText(subject, nullptr, "The library", findings);
   for (const FoundBoard& board : subject.Boards())
     ExpectText(subject, board.record, board.name, findings);
@@ -74,8 +75,7 @@ void ExpectEvent(const ChangeEvent& event, Findings& findings) {
 
 // Last of all, because it looks at the events of the whole run.
 void EventsTellWhatHappened(bool boards_left, Subject& subject, Findings& findings) {
-  if (subject.SetHandler() == nullptr)
-    return findings.NotTried("there is no SetDeviceChangeHandler");
+  if (!subject.HasSetHandler()) return findings.NotTried("there is no SetDeviceChangeHandler");
   findings.Expect(subject.ListenForEvents(false) != 0, "The handler cannot be taken back.");
   findings.Expect(subject.ListenForEvents(true) != 0, "The handler cannot be set again.");
   const auto events = subject.Events();
@@ -99,6 +99,14 @@ std::vector<Check> ProblemChecks() {
 Check EventCheck(bool boards_left) {
   return {"events: what came", [boards_left](Subject& subject, Findings& findings) {
             EventsTellWhatHappened(boards_left, subject, findings);
+          }};
+}
+
+Check ExceptionCheck() {
+  return {"exceptions: none leaves a function", [](Subject& subject, Findings& findings) {
+            findings.Tried();
+            for (const auto& [function, text] : subject.Exceptions())
+              findings.Expect(false, function + " threw an exception: " + ShownText(text) + ".");
           }};
 }
 

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <cstring>
+#include <exception>
 
 #include "conformance/Questions.h"
 #include "devlink/DeviceTable.h"
@@ -30,6 +31,11 @@ bool IsBlank(const DeviceRecord& record) {
   return std::memcmp(&record, &Blank(), sizeof record) == 0;
 }
 
+ThrowHandler NoteIn(const std::shared_ptr<Subject::Thrown>& thrown) {
+  return
+      [thrown](const char* function, const std::string& text) { thrown->emplace(function, text); };
+}
+
 template <typename Call>
 Clock::duration Timed(Call call) {
   const auto begin = Clock::now();
@@ -53,14 +59,17 @@ std::string TypeName(std::uint32_t type) {
 
 std::variant<std::unique_ptr<Subject>, std::string> Subject::Load(
     const std::filesystem::path& file) {
-  auto loaded = LoadLibraryFile(file);
+  auto thrown = std::make_shared<Thrown>();
+  auto loaded = LoadLibraryFile(file, NoteIn(thrown));
   if (auto* problem = std::get_if<std::string>(&loaded)) return std::move(*problem);
   auto library = std::get<std::unique_ptr<HidLibrary>>(std::move(loaded));
-  return std::unique_ptr<Subject>(new Subject(std::move(library), file));
+  return std::unique_ptr<Subject>(new Subject(std::move(library), file, std::move(thrown)));
 }
 
-Subject::Subject(std::unique_ptr<HidLibrary> library, const std::filesystem::path& file)
+Subject::Subject(std::unique_ptr<HidLibrary> library, const std::filesystem::path& file,
+                 std::shared_ptr<Thrown> thrown)
     : table_(DeviceTable::kRoom + DeviceTable::kMargin, Blank()),
+      thrown_(std::move(thrown)),
       object_(file),
       describe_(object_.Find<DescribeProblemFunction>("DescribeProblem")),
       set_handler_(object_.Find<SetDeviceChangeHandlerFunction>("SetDeviceChangeHandler")),
@@ -177,10 +186,13 @@ Exchange Subject::Ask(const FoundBoard& board, const HidPacket& question) {
   return out;
 }
 
-void Subject::OnChange(std::uint32_t event, std::uint32_t type, const char* path, void* context) {
+// An event for which there is no memory is lost: nothing may be thrown into the library.
+void Subject::OnChange(std::uint32_t event, std::uint32_t type, const char* path,
+                       void* context) try {
   auto* self = static_cast<Subject*>(context);
   const std::lock_guard lock(self->mutex_);
   self->events_.push_back({event, type, path == nullptr ? "" : path});
+} catch (const std::exception&) {
 }
 
 std::vector<ChangeEvent> Subject::Events() {
@@ -189,7 +201,15 @@ std::vector<ChangeEvent> Subject::Events() {
 }
 
 std::int32_t Subject::ListenForEvents(bool listen) {
-  return listen ? set_handler_(OnChange, this) : set_handler_(nullptr, nullptr);
+  return GuardedCall("SetDeviceChangeHandler", 0, NoteIn(thrown_), [&] {
+    return listen ? set_handler_(OnChange, this) : set_handler_(nullptr, nullptr);
+  });
+}
+
+std::int32_t Subject::DescribeInto(const DeviceRecord* record, char* text,
+                                   std::uint32_t size) const {
+  return GuardedCall("DescribeProblem", KVUSB_PROBLEM_NONE, NoteIn(thrown_),
+                     [&] { return describe_(record, text, size); });
 }
 
 }  // namespace quillon::conformance

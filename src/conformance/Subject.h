@@ -4,6 +4,7 @@
 #include <chrono>
 #include <cstdint>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <mutex>
 #include <string>
@@ -73,8 +74,13 @@ class Subject {
   Subject& operator=(const Subject&) = delete;
 
   HidLibrary& Library() { return *library_; }
-  DescribeProblemFunction Describe() const { return describe_; }
-  SetDeviceChangeHandlerFunction SetHandler() const { return set_handler_; }
+  bool HasDescribe() const { return describe_ != nullptr; }
+  bool HasSetHandler() const { return set_handler_ != nullptr; }
+
+  // The functions that let an exception out by now, against their promise, and the first one's
+  // text. The other methods take an exception for a failure.
+  using Thrown = std::map<std::string, std::string>;
+  const Thrown& Exceptions() const { return *thrown_; }
 
   // Looks for boards of all types in an empty table. The boards and records of before are gone.
   DetectionFaults Detect();
@@ -96,8 +102,12 @@ class Subject {
   std::vector<ChangeEvent> Events();
   std::int32_t ListenForEvents(bool listen);
 
+  // DescribeProblem as it is, where there is one: HidLibrary looks after the text.
+  std::int32_t DescribeInto(const DeviceRecord* record, char* text, std::uint32_t size) const;
+
  private:
-  Subject(std::unique_ptr<HidLibrary> library, const std::filesystem::path& file);
+  Subject(std::unique_ptr<HidLibrary> library, const std::filesystem::path& file,
+          std::shared_ptr<Thrown> thrown);
 
   std::size_t DetectType(std::size_t base, std::uint32_t type, DetectionFaults& faults);
   void Describe(std::size_t first, std::size_t last, std::uint32_t type);
@@ -108,6 +118,7 @@ class Subject {
   std::vector<ChangeEvent> events_;
   std::vector<DeviceRecord> table_;
   std::vector<FoundBoard> boards_;
+  std::shared_ptr<Thrown> thrown_;
   SharedObject object_;  // for what HidLibrary does not show
   DescribeProblemFunction describe_;
   SetDeviceChangeHandlerFunction set_handler_;

@@ -12,8 +12,9 @@ namespace quillon {
 // interface, and its vendor id ("VID_4C7E") counts in either case.
 bool IsBoardChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
 
-// A source of hot-plug events. Start() registers for them; every event is handed on, on the thread
-// that called Start(), with the arguments of IsBoardChange().
+// A source of hot-plug events. Start() registers for them; they are handed on, on the thread that
+// called Start(), with the arguments of IsBoardChange(). Of changes of our boards that wait to be
+// handed on together, one is enough: each only says that it is time to look again.
 class DeviceNotifier {
  public:
   using Handler =

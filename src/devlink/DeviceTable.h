@@ -17,7 +17,7 @@ namespace quillon {
 class DeviceTable {
  public:
   static constexpr std::uint32_t kRoom = 1024;
-  static constexpr std::uint32_t kMargin = 256;
+  static constexpr std::uint32_t kMargin = KVUSB_MOST_BOARDS;
 
   DeviceTable() : records_(kRoom + kMargin), types_(kRoom) {}
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 
 namespace quillon {
@@ -30,12 +31,23 @@ std::size_t CharacterLength(std::string_view text, std::uint32_t& code) {
   return code < kLowest[length] || surrogate || code > 0x10FFFF ? 0 : length;
 }
 
-// Characters that would break a line, act on the text around them or show as nothing.
+struct Range {
+  std::uint32_t first, last;
+};
+
+// Characters that would break a line, act on the text around them or show as nothing: controls,
+// what Unicode lets a font ignore (Default_Ignorable_Code_Point), line ends and annotations.
+constexpr Range kUnfit[]{
+    {0x0000, 0x001F}, {0x007F, 0x009F}, {0x00AD, 0x00AD},   {0x034F, 0x034F},   {0x061C, 0x061C},
+    {0x115F, 0x1160}, {0x17B4, 0x17B5}, {0x180B, 0x180F},   {0x200B, 0x200F},   {0x2028, 0x202E},
+    {0x2060, 0x206F}, {0x3164, 0x3164}, {0xFDD0, 0xFDEF},   {0xFE00, 0xFE0F},   {0xFEFF, 0xFEFF},
+    {0xFFA0, 0xFFA0}, {0xFFF0, 0xFFFB}, {0x1BCA0, 0x1BCA3}, {0x1D173, 0x1D17A}, {0xE0000, 0xE0FFF}};
+
 bool Unfit(std::uint32_t code) {
-  return code < 0x20 || (code >= 0x7F && code < 0xA0) || code == 0xAD || code == 0x061C ||
-         (code >= 0x200B && code <= 0x200F) || (code >= 0x2028 && code <= 0x202E) ||
-         (code >= 0x2060 && code <= 0x206F) || code == 0xFEFF || code == 0xFFFE || code == 0xFFFF ||
-         (code >= 0xFFF9 && code <= 0xFFFB);
+  const bool no_character = (code & 0xFFFEU) == 0xFFFE;  // the last two of every plane
+  return no_character || std::any_of(std::begin(kUnfit), std::end(kUnfit), [=](Range range) {
+           return code >= range.first && code <= range.last;
+         });
 }
 
 std::string_view UpToZero(std::span<const char> field) {

@@ -6,12 +6,14 @@
 
 #include "kvusb/kvusb.h"
 
-// Texts of a record, fit to be shown. What a board or a library put there is not trusted: a text
-// may lack its zero byte or hold anything.
+// Texts of a record and other texts from outside, such as names of files, fit to be shown. What a
+// board, a library or a file system holds is not trusted: a text may lack its zero byte or hold
+// anything.
 namespace quillon {
 
-// The text up to its zero byte or the field's end. Control characters, bytes that are no UTF-8, and
-// characters that only steer the direction or joining of text become one U+FFFD a run.
+// The text up to its zero byte or the field's end. Control characters, line ends, bytes that are no
+// UTF-8, and characters that show as nothing or only steer the text around them become one U+FFFD a
+// run.
 std::string ShownText(std::span<const char> field);
 
 // The field as a text, or nothing where a single byte of it is not fit to be shown or its zero byte

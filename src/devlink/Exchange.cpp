@@ -81,8 +81,9 @@ bool SendBlock(HidLibrary& library, DeviceRecord& record, std::span<std::uint8_t
     packet[kStartByte] = start;
     packet[kEndByte] = chunk_end;
     packet[kLengthByte] = size;
-    std::copy_n(packet.begin() + static_cast<std::ptrdiff_t>(source), size,
-                packet.begin() + kPayloadByte);
+    // The first chunk's data are in their place already.
+    const auto data = packet.subspan(source, size);
+    if (source != kPayloadByte) std::copy(data.begin(), data.end(), packet.begin() + kPayloadByte);
     // Not a running total: see the header.
     source = kPayloadByte + size;
     std::copy_n(packet.begin(), chunk.size(), chunk.begin());

@@ -29,42 +29,67 @@ struct Functions {
 
 class LoadedLibrary : public HidLibrary {
  public:
-  LoadedLibrary(std::unique_ptr<SharedObject> object, const Functions& functions)
-      : object_(std::move(object)), functions_(functions) {}
+  LoadedLibrary(std::unique_ptr<SharedObject> object, const Functions& functions, std::string name,
+                const ThrowHandler& thrown)
+      : object_(std::move(object)),
+        functions_(functions),
+        thrown_([this, name = std::move(name), thrown](const char* function,
+                                                       const std::string& text) {
+          exception_ =
+              "The HID library " + name + " threw an exception in " + function + ": " + text + ".";
+          if (thrown) thrown(function, text);
+        }) {}
 
   ~LoadedLibrary() override { LoadedLibrary::SetDeviceChangeHandler(nullptr, nullptr); }
 
   std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                          std::uint32_t type) override {
-    return functions_.detect(&count, free.data(), type);
+    return GuardedCall("DetectHID", 0, thrown_,
+                       [&] { return functions_.detect(&count, free.data(), type); });
   }
   std::int32_t WriteData(DeviceRecord& record,
                          std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override {
-    return functions_.write(&record, packet.data());
+    return GuardedCall("WriteData", KVUSB_WRITE_FAILED, thrown_,
+                       [&] { return functions_.write(&record, packet.data()); });
   }
   std::int32_t ReadData(DeviceRecord& record,
                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override {
-    return functions_.read(&record, packet.data());
+    return GuardedCall("ReadData", KVUSB_READ_FAILED, thrown_,
+                       [&] { return functions_.read(&record, packet.data()); });
   }
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override {
-    return functions_.close(static_cast<std::uint32_t>(records.size()), records.data());
+    return GuardedCall("CloseDevices", 0, thrown_, [&] {
+      return functions_.close(static_cast<std::uint32_t>(records.size()), records.data());
+    });
   }
   bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override {
-    return functions_.set_handler != nullptr && functions_.set_handler(handler, context) != 0;
+    if (functions_.set_handler == nullptr) return false;
+    return GuardedCall("SetDeviceChangeHandler", 0, thrown_,
+                       [&] { return functions_.set_handler(handler, context); }) != 0;
   }
   Problem DescribeProblem(const DeviceRecord* record) override {
+    Problem problem = Described(record);
+    // What no library says of itself.
+    if (record == nullptr && !exception_.empty()) return {KVUSB_PROBLEM_OTHER, exception_};
+    return problem;
+  }
+
+ private:
+  Problem Described(const DeviceRecord* record) const {
     if (functions_.describe == nullptr) return {};
     std::array<char, 1024> text{};
-    const std::int32_t kind =
-        functions_.describe(record, text.data(), static_cast<std::uint32_t>(text.size()));
+    const std::int32_t kind = GuardedCall("DescribeProblem", KVUSB_PROBLEM_NONE, thrown_, [&] {
+      return functions_.describe(record, text.data(), static_cast<std::uint32_t>(text.size()));
+    });
     if (kind == KVUSB_PROBLEM_NONE) return {};
     text.back() = '\0';
     return {kind, text.data()};
   }
 
- private:
   std::unique_ptr<SharedObject> object_;
   Functions functions_;
+  ThrowHandler thrown_;
+  std::string exception_;
 };
 
 fs::path OurLibrary(const std::string& name, const fs::path& folder) {
@@ -89,7 +114,8 @@ fs::path ChooseLibrary(const std::string& choice, const fs::path& program_folder
   return OurLibrary("kvusb-hid", program_folder);
 }
 
-std::variant<std::unique_ptr<HidLibrary>, std::string> LoadLibraryFile(const fs::path& file) {
+std::variant<std::unique_ptr<HidLibrary>, std::string> LoadLibraryFile(const fs::path& file,
+                                                                       const ThrowHandler& thrown) {
   auto object = std::make_unique<SharedObject>(file);
   const std::string name = file.string();
   std::error_code ignored;
@@ -112,7 +138,7 @@ std::variant<std::unique_ptr<HidLibrary>, std::string> LoadLibraryFile(const fs:
   }
   bind(functions.set_handler, "SetDeviceChangeHandler");
   bind(functions.describe, "DescribeProblem");
-  return std::make_unique<LoadedLibrary>(std::move(object), functions);
+  return std::make_unique<LoadedLibrary>(std::move(object), functions, name, thrown);
 }
 
 }  // namespace quillon

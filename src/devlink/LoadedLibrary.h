@@ -6,6 +6,7 @@
 #include <string>
 #include <variant>
 
+#include "devlink/GuardedCall.h"
 #include "devlink/HidLibrary.h"
 
 namespace quillon {
@@ -18,7 +19,10 @@ std::filesystem::path ChooseLibrary(const std::string& choice,
 
 // Loads a library file and binds its functions. Returns the library, or a sentence that names the
 // file and why it is of no use. The file stays loaded as long as the object lives.
+//
+// An exception out of a function is that function's failure. It is told to `thrown`, if there is
+// one, and from then on by DescribeProblem(nullptr).
 std::variant<std::unique_ptr<HidLibrary>, std::string> LoadLibraryFile(
-    const std::filesystem::path& file);
+    const std::filesystem::path& file, const ThrowHandler& thrown = {});
 
 }  // namespace quillon

@@ -19,24 +19,24 @@ constexpr std::uint32_t kSecond = KVUSB_TYPE_FIRMWARE_ID;
 //
 // clang-format off
 constexpr std::array<Product, 16> kProducts{{
-    // id    family          application, loader, node   Device   restarts tabs in  in Flash defaults nodes
-    //                       firmware                    Mode     alike    its mode Mode     from tree
-    {0x0910, kJoystick,      {0x0282, 0x0100, 0},      kFirst,  false, {1, 5},   {},       true,  false},
-    {0x1000, kJoystick,      {0x0282, 0x0100, 0},      kFirst,  false, {1, 5},   {},       false, false},
-    {0x0510, kDigitalPorts,  {0x0220, 0x0100, 0},      kFirst,  false, {1, 1},   {},       true,  false},
-    {0x1100, kDigitalPorts,  {0x0220, 0x0100, 0},      kFirst,  false, {1, 1},   {},       false, false},
-    {0x0520, kInputBanks,    {0x0100, 0x0100, 0},      kFirst,  false, {1, 1},   {},       true,  false},
-    {0x1110, kInputBanks,    {0x0100, 0x0100, 0},      kFirst,  false, {1, 1},   {},       false, false},
-    {0x0800, kNodeSystem,    {0x0110, 0x0100, 0x0130}, kSecond, true,  {3, 3},   {1, 2},   true,  true},
-    {0x1200, kNodeSystem,    {0x0110, 0x0100, 0x0130}, kSecond, true,  {3, 3},   {1, 2},   false, false},
-    {0x0710, kScanMatrix,    {0x0120, 0x0100, 0},      kFirst,  false, {1, 2},   {},       true,  false},
-    {0x1300, kScanMatrix,    {0x0120, 0x0100, 0},      kFirst,  false, {1, 2},   {},       false, false},
-    {0x0920, kSmallJoystick, {0x0120, 0x0100, 0},      kFirst,  false, {1, 4},   {},       true,  false},
-    {0x1010, kSmallJoystick, {0x0120, 0x0100, 0},      kFirst,  false, {1, 4},   {},       false, false},
-    {0x1500, kSpi,           {0x0110, 0x0100, 0},      kSecond, false, {1, 1},   {},       true,  false},
-    {0x1400, kSpi,           {0x0110, 0x0100, 0},      kSecond, false, {1, 1},   {},       false, false},
-    {0x1600, kWithoutPages,  {0x0100, 0x0100, 0},      kFirst,  false, {},       {},       false, false},
-    {0x1700, kWithoutPages,  {0x0100, 0x0100, 0},      kFirst,  false, {},       {},       false, false},
+    // id    family         application, loader, node   device   restarts tabs in   in Flash  defaults  lists
+    //                      firmware                    mode     alike    its mode  Mode      from tree nodes
+    {0x0910, kJoystick,      {0x0282, 0x0100, 0},      kFirst,  false,   {1, 5},   {},       true,     false},
+    {0x1000, kJoystick,      {0x0282, 0x0100, 0},      kFirst,  false,   {1, 5},   {},       false,    false},
+    {0x0510, kDigitalPorts,  {0x0220, 0x0100, 0},      kFirst,  false,   {1, 1},   {},       true,     false},
+    {0x1100, kDigitalPorts,  {0x0220, 0x0100, 0},      kFirst,  false,   {1, 1},   {},       false,    false},
+    {0x0520, kInputBanks,    {0x0100, 0x0100, 0},      kFirst,  false,   {1, 1},   {},       true,     false},
+    {0x1110, kInputBanks,    {0x0100, 0x0100, 0},      kFirst,  false,   {1, 1},   {},       false,    false},
+    {0x0800, kNodeSystem,    {0x0110, 0x0100, 0x0130}, kSecond, true,    {3, 3},   {1, 2},   true,     true},
+    {0x1200, kNodeSystem,    {0x0110, 0x0100, 0x0130}, kSecond, true,    {3, 3},   {1, 2},   false,    false},
+    {0x0710, kScanMatrix,    {0x0120, 0x0100, 0},      kFirst,  false,   {1, 2},   {},       true,     false},
+    {0x1300, kScanMatrix,    {0x0120, 0x0100, 0},      kFirst,  false,   {1, 2},   {},       false,    false},
+    {0x0920, kSmallJoystick, {0x0120, 0x0100, 0},      kFirst,  false,   {1, 4},   {},       true,     false},
+    {0x1010, kSmallJoystick, {0x0120, 0x0100, 0},      kFirst,  false,   {1, 4},   {},       false,    false},
+    {0x1500, kSpi,           {0x0110, 0x0100, 0},      kSecond, false,   {1, 1},   {},       true,     false},
+    {0x1400, kSpi,           {0x0110, 0x0100, 0},      kSecond, false,   {1, 1},   {},       false,    false},
+    {0x1600, kWithoutPages,  {0x0100, 0x0100, 0},      kFirst,  false,   {},       {},       false,    false},
+    {0x1700, kWithoutPages,  {0x0100, 0x0100, 0},      kFirst,  false,   {},       {},       false,    false},
 }};
 // clang-format on
 

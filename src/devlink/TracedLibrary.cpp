@@ -12,9 +12,9 @@ using Call = TraceEntry::Call;
 
 }  // namespace
 
-TracedLibrary::TracedLibrary(HidLibrary& inner, std::ostream& out, Clock clock)
-    : inner_(inner), out_(out), clock_(std::move(clock)), begin_(clock_()) {
-  out_ << kTraceHeading << std::flush;
+TracedLibrary::TracedLibrary(HidLibrary& inner, Write write, Clock clock)
+    : inner_(inner), write_(std::move(write)), clock_(std::move(clock)), begin_(clock_()) {
+  Put(kTraceHeading);
 }
 
 std::int32_t TracedLibrary::DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
@@ -26,7 +26,7 @@ std::int32_t TracedLibrary::DetectHID(std::uint32_t& count, std::span<DeviceReco
     const auto listed = free.first(std::min<std::size_t>(count, free.size()));
     entry.boards.assign(listed.begin(), listed.end());
   }
-  out_ << FormatTraceEntry(entry) << std::flush;
+  Put(FormatTraceEntry(entry));
   return entry.result;
 }
 
@@ -35,7 +35,7 @@ std::int32_t TracedLibrary::WriteData(DeviceRecord& record,
   TraceEntry entry{.call = Call::kWrite, .seconds = Now(), .argument = IndexOf(record)};
   std::copy(packet.begin(), packet.end(), entry.packet.begin());
   entry.result = inner_.WriteData(record, packet);
-  out_ << FormatTraceEntry(entry) << std::flush;
+  Put(FormatTraceEntry(entry));
   return entry.result;
 }
 
@@ -45,7 +45,7 @@ std::int32_t TracedLibrary::ReadData(DeviceRecord& record,
   entry.result = inner_.ReadData(record, packet);
   entry.seconds = Now();
   std::copy(packet.begin(), packet.end(), entry.packet.begin());
-  out_ << FormatTraceEntry(entry) << std::flush;
+  Put(FormatTraceEntry(entry));
   return entry.result;
 }
 
@@ -54,7 +54,7 @@ std::int32_t TracedLibrary::CloseDevices(std::span<DeviceRecord> records) {
                    .seconds = Now(),
                    .argument = static_cast<std::uint32_t>(records.size())};
   entry.result = inner_.CloseDevices(records);
-  out_ << FormatTraceEntry(entry) << std::flush;
+  Put(FormatTraceEntry(entry));
   return entry.result;
 }
 
@@ -63,7 +63,18 @@ bool TracedLibrary::SetDeviceChangeHandler(DeviceChangeHandler handler, void* co
 }
 
 Problem TracedLibrary::DescribeProblem(const DeviceRecord* record) {
-  return inner_.DescribeProblem(record);
+  Problem problem = inner_.DescribeProblem(record);
+  if (record != nullptr || !stopped_) return problem;
+  if (problem.kind == KVUSB_PROBLEM_NONE) problem = {KVUSB_PROBLEM_OTHER, {}};
+  if (!problem.sentence.empty()) problem.sentence += ' ';
+  problem.sentence += "The trace has stopped. " + *stopped_;
+  return problem;
+}
+
+void TracedLibrary::Put(std::string_view text) {
+  if (stopped_) return;
+  stopped_ = write_(text);
+  if (stopped_ && when_stopped_) when_stopped_();
 }
 
 std::uint32_t TracedLibrary::IndexOf(const DeviceRecord& record) const {

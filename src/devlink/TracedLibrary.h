@@ -2,22 +2,32 @@
 #pragma once
 
 #include <functional>
-#include <memory>
-#include <ostream>
+#include <optional>
+#include <string>
+#include <string_view>
 
 #include "devlink/HidLibrary.h"
 
 namespace quillon {
 
 // Writes every call to another library, with its time and result, as kvusb/trace/TraceText.h says.
-// Each call is flushed, so that a trace is whole up to the very call that went wrong.
+// Each call is written on its own, so that a trace is whole up to the very call that went wrong.
+// Where writing fails the trace stops; the calls go on, and DescribeProblem(nullptr) tells of it.
 class TracedLibrary : public HidLibrary {
  public:
   // Seconds since some moment, never running backwards.
   using Clock = std::function<double()>;
 
-  // `out` and `inner` live as long as the object does.
-  TracedLibrary(HidLibrary& inner, std::ostream& out, Clock clock);
+  // Takes a piece of the trace, or says as a sentence what keeps it from that.
+  using Write = std::function<std::optional<std::string>(std::string_view)>;
+
+  // `inner` lives as long as the object does.
+  TracedLibrary(HidLibrary& inner, Write write, Clock clock);
+
+  // Called once, inside a call of the library, when the trace stops.
+  void SetWhenStopped(std::function<void()> when_stopped) {
+    when_stopped_ = std::move(when_stopped);
+  }
 
   std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                          std::uint32_t type) override;
@@ -30,11 +40,14 @@ class TracedLibrary : public HidLibrary {
   Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
+  void Put(std::string_view text);
   std::uint32_t IndexOf(const DeviceRecord& record) const;
   double Now() const { return clock_() - begin_; }
 
   HidLibrary& inner_;
-  std::ostream& out_;
+  Write write_;
+  std::optional<std::string> stopped_;  // why
+  std::function<void()> when_stopped_;
   Clock clock_;
   double begin_;
   const DeviceRecord* first_ = nullptr;

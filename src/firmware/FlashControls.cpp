@@ -21,7 +21,8 @@ FlashControls Reported(const FlashPageState& state) {
     controls.flash = false;
     controls.device = state.firmware_present && !state.last_run_failed;
     controls.program = state.file_loaded && !state.file_programmed;
-    controls.execute = state.file_loaded && state.file_programmed && !state.last_run_failed;
+    controls.execute =
+        state.file_programmed && !state.reported_without_file && !state.last_run_failed;
   } else {
     controls.device = false;
   }
@@ -67,6 +68,10 @@ FlashControls AtMoment(const FlashPageState& state) {
 
 FlashControls FlashControlsFor(const FlashPageState& state) {
   FlashControls controls = AtMoment(state);
+  // Intended: cancelling "Load..." or a file that is refused leaves nothing to program. The image
+  // of the file before is still there, but it is not what the user asked for last.
+  const bool nothing_to_program = !state.file_loaded;
+  if (nothing_to_program) controls.program = false;
   // A loaded file can be programmed whatever came before, and after a failed run nothing else can
   // be done with the board.
   if (state.file_loaded && state.flash_mode_active && state.device_present) {

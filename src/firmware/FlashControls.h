@@ -5,7 +5,7 @@ namespace quillon {
 
 // What last set the controls of a "Device Configuration" page.
 enum class FlashMoment {
-  kReported,   // the report was built, a file was loaded or unloaded, or no board is there
+  kReported,   // the report was built, or no board is there
   kRunning,    // a flash update goes on; "Program" reads "Abort"
   kStopped,    // "Abort" was pressed, though the run may not have ended yet, or the run failed
   kCompleted,  // the run succeeded
@@ -18,8 +18,9 @@ struct FlashPageState {
   bool flash_mode_active = false;  // the board is not in its family's Device Mode
   bool firmware_present = false;   // the board's own word
   bool file_loaded = false;
-  bool file_programmed = false;
-  bool last_run_failed = false;  // or was aborted
+  bool file_programmed = false;        // also when it has been unloaded since
+  bool reported_without_file = false;  // no file was loaded when the report was built
+  bool last_run_failed = false;        // or was aborted
   // A board of the node I/O system whose firmware is newer than this program knows.
   bool newer_node_system = false;
 };

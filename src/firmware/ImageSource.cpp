@@ -49,6 +49,10 @@ std::variant<Bytes, std::string> BytesOfLine(std::string_view line) {
   return bytes;
 }
 
+std::string_view WithoutTrailing(std::string_view text, std::string_view characters) {
+  return text.substr(0, text.find_last_not_of(characters) + 1);
+}
+
 // Reads line by line into a map of the flash.
 class HexReader {
  public:
@@ -129,12 +133,12 @@ class HexReader {
 
 FlashPieces ReadIntelHex(std::string_view text) {
   HexReader reader;
+  text = WithoutTrailing(text, " \t\r\n\x1A");
   for (int number = 1; !text.empty(); ++number) {
     const std::size_t end = text.find('\n');
-    std::string_view line = text.substr(0, end);
+    const std::string_view line = WithoutTrailing(text.substr(0, end), " \t\r");
     text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-    if (line.ends_with('\r')) line.remove_suffix(1);
-    if (line.empty() && text.empty()) break;
+    if (line.empty()) continue;
     if (const auto wrong = reader.Take(line)) {
       return "Line " + std::to_string(number) + " " + *wrong;
     }

@@ -33,7 +33,8 @@ using FlashPieces = std::variant<std::vector<FlashPiece>, std::string>;
 
 // Strict: every line is a record with a right checksum, the last one is the end of the file, no
 // byte is given twice, and none lies beyond the 16-bit addresses. Knows the record types 00 to 05;
-// start addresses (03 and 05) mean nothing to a board and are passed over.
+// start addresses (03 and 05) mean nothing to a board and are passed over. So are blanks at the end
+// of a line, blank lines, and at the end of the file the ^Z that older tools put there.
 FlashPieces ReadIntelHex(std::string_view text);
 
 // Bytes that begin at address 0.

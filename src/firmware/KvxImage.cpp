@@ -52,12 +52,6 @@ std::optional<KvxProblem> ReadRecords(std::span<const std::uint8_t> rest, KvxIma
 
 }  // namespace
 
-std::vector<std::uint8_t> ReadKvxBytes(std::istream& in) {
-  std::vector<char> buffer(kKvxMostBytes);
-  in.read(buffer.data(), static_cast<std::streamsize>(buffer.size()));
-  return {buffer.begin(), buffer.begin() + in.gcount()};
-}
-
 std::optional<std::uint16_t> ReadKvxDeviceId(std::span<const std::uint8_t> file) {
   return WordAt(file, 0);
 }

@@ -4,7 +4,6 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <istream>
 #include <optional>
 #include <span>
 #include <string>
@@ -90,9 +89,6 @@ struct KvxProblem {
 // No file that is accepted needs more bytes than these to be read as a whole.
 inline constexpr std::size_t kKvxMostBytes =
     4 + (KvxImage::kMostRecords + 1) * (4 + KvxRecord::kMostBytes);
-
-// At most kKvxMostBytes bytes of `in`, which is enough to accept or refuse any file.
-std::vector<std::uint8_t> ReadKvxBytes(std::istream& in);
 
 // The product that a file is for; nothing in a file of fewer than two bytes. A file for another
 // product is told by this alone, before anything else in it is looked at.

@@ -27,6 +27,8 @@ std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, const Prod
     case RestartButton::kExecute:
       return in_device_mode ? kRestartSameMode : kRestartOtherMode;
     case RestartButton::kReboot:
+      // Intended for the SPI controller too, whose Device Mode has a type of its own: "Reboot"
+      // keeps a board in its mode, and the other command would send it into its loader.
       return in_device_mode ? kRestartSameMode : ToFlashMode(type);
   }
   return kRestartSameMode;

@@ -3,11 +3,12 @@
 
 #include <algorithm>
 #include <charconv>
-#include <fstream>
-#include <iterator>
 #include <string_view>
+#include <utility>
+#include <variant>
 
 #include "hidraw/ReportDescriptor.h"
+#include "storage/ReadFile.h"
 
 namespace quillon {
 namespace {
@@ -22,17 +23,33 @@ std::optional<Number> ParseNumber(std::string_view text, int base) {
   return value;
 }
 
-std::string FileContent(const fs::path& path) {
-  std::ifstream file(path, std::ios::binary);
-  return {std::istreambuf_iterator<char>(file), {}};
-}
+// The kernel gives no longer report descriptor, and an attribute is far shorter.
+constexpr std::size_t kMostBytes = 4096;
 
-// An attribute is a text and a line end.
-std::string Attribute(const fs::path& path) {
-  std::string text = FileContent(path);
-  if (text.ends_with('\n')) text.pop_back();
-  return text;
-}
+// Reads the files of one node. What is not there or not for this user is empty.
+class NodeReader {
+ public:
+  // The board was leaving meanwhile, and half of it is worth nothing.
+  bool IsGone() const { return gone_; }
+
+  std::string Content(const fs::path& file) {
+    auto content = ReadFile(file, kMostBytes);
+    if (auto* const bytes = std::get_if<std::string>(&content)) return std::move(*bytes);
+    const std::error_code reason = std::get<FileProblem>(content).code;
+    if (reason == std::errc::no_such_device || reason == std::errc::io_error) gone_ = true;
+    return {};
+  }
+
+  // An attribute is a text and a line end.
+  std::string Attribute(const fs::path& file) {
+    std::string text = Content(file);
+    if (text.ends_with('\n')) text.pop_back();
+    return text;
+  }
+
+ private:
+  bool gone_ = false;
+};
 
 // "KEY=value" among the lines of a uevent file.
 std::string Property(std::string_view lines, std::string_view key) {
@@ -61,8 +78,7 @@ std::optional<HidName> ParseHidName(std::string_view name) {
 // The HID device's folder, two above the hidraw node's own.
 fs::path HidFolder(const fs::path& node) { return node.parent_path().parent_path(); }
 
-std::optional<std::uint32_t> TypeOf(const fs::path& hid_folder) {
-  const std::string descriptor = FileContent(hid_folder / "report_descriptor");
+std::optional<std::uint32_t> TypeOf(const std::string& descriptor) {
   const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
   for (const CollectionUsage& collection : TopLevelCollections(bytes)) {
     if (collection.page == kConfigurationUsagePage && collection.usage >= 1 &&
@@ -73,19 +89,20 @@ std::optional<std::uint32_t> TypeOf(const fs::path& hid_folder) {
 }
 
 // A board that is not on USB has only what its HID device says.
-void ReadTexts(HidrawNode& node, const fs::path& hid_folder) {
+void ReadTexts(HidrawNode& node, const fs::path& hid_folder, NodeReader& reader) {
   std::error_code ignored;
   for (fs::path folder = hid_folder.parent_path(); folder.has_relative_path();
        folder = folder.parent_path()) {
     if (!fs::exists(folder / "idVendor", ignored)) continue;
     node.board = folder.string();
-    node.release = ParseNumber<std::uint16_t>(Attribute(folder / "bcdDevice"), 16).value_or(0);
-    node.product_text = Attribute(folder / "product");
-    node.manufacturer = Attribute(folder / "manufacturer");
-    node.serial = Attribute(folder / "serial");
+    node.release =
+        ParseNumber<std::uint16_t>(reader.Attribute(folder / "bcdDevice"), 16).value_or(0);
+    node.product_text = reader.Attribute(folder / "product");
+    node.manufacturer = reader.Attribute(folder / "manufacturer");
+    node.serial = reader.Attribute(folder / "serial");
     return;
   }
-  const std::string properties = FileContent(hid_folder / "uevent");
+  const std::string properties = reader.Content(hid_folder / "uevent");
   node.board = hid_folder.string();
   node.product_text = Property(properties, "HID_NAME");
   node.serial = Property(properties, "HID_UNIQ");
@@ -113,8 +130,10 @@ std::optional<HidrawNode> ReadHidrawNode(const fs::path& folder) {
   node.folder = real.string();
   node.device = DeviceOf(real);
   node.product_id = name->product;
-  node.type = TypeOf(hid_folder);
-  ReadTexts(node, hid_folder);
+  NodeReader reader;
+  node.type = TypeOf(reader.Content(hid_folder / "report_descriptor"));
+  ReadTexts(node, hid_folder, reader);
+  if (reader.IsGone()) return std::nullopt;
   return node;
 }
 

@@ -36,8 +36,8 @@ struct HidrawNode {
   std::optional<std::uint32_t> type;  // of a configuration interface; nothing for any other
 };
 
-// The node of a folder such as /sys/class/hidraw/hidraw3; nothing if it is not one of our boards'
-// or is gone already.
+// The node of a folder such as /sys/class/hidraw/hidraw3; nothing if it is not one of our boards',
+// is gone already or leaves while it is read.
 std::optional<HidrawNode> ReadHidrawNode(const std::filesystem::path& folder);
 
 // All nodes of our boards, by their number. HID interfaces of other makers cost one readlink each,

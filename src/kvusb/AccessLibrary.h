@@ -10,7 +10,8 @@ namespace quillon {
 
 // One of our HID access libraries as a class. Exports.cpp, which is compiled into each of them,
 // puts TheLibrary() behind the C functions of kvusb.h: the methods have the arguments, results and
-// effects written there, and take null pointers as a failure. They may throw, which is a failure.
+// effects written there, and take null pointers as a failure. They may throw, which is a failure,
+// and so may TheLibrary(); DescribeProblem(NULL) tells what the last exception said.
 class AccessLibrary {
  public:
   AccessLibrary() = default;

@@ -2,6 +2,9 @@
 //
 // The C functions of kvusb.h over TheLibrary(). Compiled into each of our libraries, whose
 // exports.map says which of them it exports.
+#include <array>
+#include <cstdio>
+#include <exception>
 #include <string>
 
 #include "kvusb/AccessLibrary.h"
@@ -10,14 +13,36 @@
 namespace quillon {
 namespace {
 
-// Runs the call; an exception ends here, as the given result.
+// What the last exception said; DescribeProblem(NULL) alone can tell. Kept in place, because memory
+// may be just what there was none of.
+std::array<char, 512> last_exception{};
+
+void Note(const char* what) {
+  const bool speaks = what != nullptr && *what != '\0';
+  CopyText(speaks ? what : "unknown exception", last_exception.data(), last_exception.size());
+}
+
+// Runs the call; an exception ends here, as the given result. One that keeps the library from being
+// made comes again with every call.
 template <typename Call>
 std::int32_t Guarded(std::int32_t failure, Call call) noexcept {
   try {
     return call(TheLibrary());
+  } catch (const std::exception& error) {
+    Note(error.what());
   } catch (...) {
-    return failure;
+    Note(nullptr);
   }
+  return failure;
+}
+
+std::int32_t DescribeException(char* text, std::uint32_t size) noexcept {
+  if (last_exception[0] == '\0') return KVUSB_PROBLEM_NONE;
+  std::array<char, last_exception.size() + 32> sentence{};
+  std::snprintf(sentence.data(), sentence.size(), "The HID library failed: %s.",
+                last_exception.data());
+  CopyText(sentence.data(), text, size);
+  return KVUSB_PROBLEM_OTHER;
 }
 
 }  // namespace
@@ -41,7 +66,9 @@ KVUSB_EXPORT std::int32_t KVUSB_CALL ReadData(DeviceRecord* record, std::uint8_t
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL CloseDevices(std::uint32_t count, DeviceRecord* first) {
-  return quillon::Guarded(0, [&](auto& library) { return library.Close(count, first); });
+  // Where the library cannot be made, there is nothing to close, which succeeds.
+  return quillon::Guarded(count == 0 ? 1 : 0,
+                          [&](auto& library) { return library.Close(count, first); });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL SetDeviceChangeHandler(DeviceChangeHandler handler,
@@ -54,13 +81,15 @@ KVUSB_EXPORT std::int32_t KVUSB_CALL SetDeviceChangeHandler(DeviceChangeHandler 
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL DescribeProblem(const DeviceRecord* record, char* text,
                                                      std::uint32_t size) {
-  return quillon::Guarded(KVUSB_PROBLEM_NONE, [&](auto& library) {
-    quillon::CopyText("", text, size);
+  quillon::CopyText("", text, size);
+  const std::int32_t kind = quillon::Guarded(KVUSB_PROBLEM_NONE, [&](auto& library) {
     std::string sentence;
-    const std::int32_t kind = library.Describe(record, sentence);
+    const std::int32_t described = library.Describe(record, sentence);
     quillon::CopyText(sentence, text, size);
-    return kind;
+    return described;
   });
+  const bool tell = kind == KVUSB_PROBLEM_NONE && record == nullptr;
+  return tell ? quillon::DescribeException(text, size) : kind;
 }
 
 }  // extern "C"

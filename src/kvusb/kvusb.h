@@ -8,7 +8,10 @@
  * so a loaded library is process-wide state with one owner, and a caller distrusts every count and
  * text that comes back.
  *
- * Threads: all calls come from one thread, one at a time. No exception crosses the interface.
+ * Threads: all calls come from one thread, one at a time.
+ *
+ * Exceptions: none crosses the interface, in either direction. A library must not throw: its caller
+ * may be C. Quillon takes an exception for the function's failure and tells its text.
  *
  * Blocking: DetectHID and CloseDevices return in milliseconds. WriteData blocks until the board has
  * taken the report (about 1 ms; the first one to a board may have to open it, which takes up to a
@@ -82,11 +85,15 @@ typedef struct DeviceRecord {
   char serial_number[20];   /* 828  library  USB iSerialNumber, second text of the tree label */
 } DeviceRecord;
 
+/* Records that one detection writes at most: more than any bus holds. */
+#define KVUSB_MOST_BOARDS 256
+
 /* Looks for boards of one type.
  *
  * count  out: number of records written. Set by the library whenever the result is nonzero.
  * first  out: the first free record of the caller's table; the library writes `*count` records from
- *        here on. It is not told how many fit: the caller keeps room for more than a bus can hold.
+ *        here on. It is not told how many fit: the caller keeps room for KVUSB_MOST_BOARDS, and the
+ *        library leaves out what is beyond that.
  * type   KVUSB_TYPE_...
  *
  * Returns nonzero when boards were written and counted, 0 when there is none of this type. */
@@ -116,8 +123,10 @@ enum { KVUSB_DEVICE_INTERFACE = 5 }; /* `device_type` of an event about a USB de
 typedef void(KVUSB_CALL* DeviceChangeHandler)(uint32_t event, uint32_t device_type,
                                               const char* path, void* context);
 
-/* SetDeviceChangeHandler: names the one handler of hot-plug events, NULL for none.
- * Returns nonzero on success. */
+/* SetDeviceChangeHandler: names the one handler of hot-plug events, NULL for none. Once it has
+ * returned, the former handler is not called any more, and no call of it is still running on
+ * another thread: its context may go. Called from inside the handler, it does not wait for that
+ * one call. Returns nonzero on success; NULL always succeeds. */
 typedef int32_t(KVUSB_CALL* SetDeviceChangeHandlerFunction)(DeviceChangeHandler handler,
                                                             void* context);
 

@@ -45,7 +45,7 @@ std::optional<FileProblem> WriteInto(const fs::path& file, std::string_view byte
 // The name carries the process, so that two of them never share a file.
 fs::path TemporaryOf(const fs::path& file) {
   fs::path temporary = file;
-  temporary += "." + std::to_string(getpid()) + std::string(kTemporary);
+  temporary += '.' + std::to_string(getpid()) + std::string(kTemporary);
   return temporary;
 }
 

@@ -14,6 +14,11 @@
 #include "res/Icons.h"
 
 namespace quillon {
+namespace {
+
+constexpr int kLeastCharacters = 32;
+
+}  // namespace
 
 CDeviceTreeCtrl::CDeviceTreeCtrl(BoardLink& link, QWidget* parent)
     : QTreeView(parent), link_(link) {
@@ -30,6 +35,11 @@ CDeviceTreeCtrl::CDeviceTreeCtrl(BoardLink& link, QWidget* parent)
   header()->setStretchLastSection(false);
   header()->setSectionResizeMode(QHeaderView::ResizeToContents);
   header()->setResizeContentsPrecision(0);
+}
+
+QSize CDeviceTreeCtrl::minimumSizeHint() const {
+  return {fontMetrics().averageCharWidth() * kLeastCharacters,
+          QTreeView::minimumSizeHint().height()};
 }
 
 void CDeviceTreeCtrl::SetToolReady(DeviceTool tool, bool ready) {

@@ -31,6 +31,9 @@ class CDeviceTreeCtrl : public QTreeView {
   // Without a reader no board has nodes.
   void SetNodeReader(NodeReader reader) { read_nodes_ = std::move(reader); }
 
+  // Wide enough to tell boards apart.
+  QSize minimumSizeHint() const override;
+
   // Enables an entry whose work exists, where its item allows it. Both restarts and the firmware
   // check are not ready from the start.
   void SetToolReady(DeviceTool tool, bool ready);

@@ -7,9 +7,9 @@
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <fstream>
-#include <iterator>
+#include <variant>
 
+#include "storage/ReadFile.h"
 #include "usbip/VhciPorts.h"
 
 namespace quillon::usbip {
@@ -18,6 +18,8 @@ namespace {
 // Bus and device number that a device had where it came from; the kernel only shows them.
 constexpr unsigned kDeviceId = 0x10002;
 constexpr unsigned kFullSpeed = 2;
+// A file of the kernel's has a page at most; the largest pages have this.
+constexpr std::size_t kMostStatusBytes = 64 * 1024;
 
 std::string Reason(int error) { return std::string(std::strerror(error)) + "."; }
 
@@ -44,11 +46,10 @@ int WriteOnce(int file, const std::string& text) {
 std::vector<unsigned> Vhci::FreePortsOfAll() const {
   std::vector<unsigned> ports;
   for (unsigned controller = 0;; ++controller) {
-    const std::string suffix = controller == 0 ? "" : "." + std::to_string(controller);
-    std::ifstream file(folder_ / ("status" + suffix));
-    if (!file) return ports;
-    const std::string text((std::istreambuf_iterator<char>(file)), {});
-    const auto free = FreePorts(text);
+    const std::string suffix = controller == 0 ? "" : '.' + std::to_string(controller);
+    const auto text = ReadFile(folder_ / ("status" + suffix), kMostStatusBytes);
+    if (!std::holds_alternative<std::string>(text)) return ports;
+    const auto free = FreePorts(std::get<std::string>(text));
     ports.insert(ports.end(), free.begin(), free.end());
   }
 }

@@ -1,18 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "usbip/VirtualBoardMain.h"
 
-#include <cerrno>
-#include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iterator>
 #include <optional>
 #include <string_view>
 #include <system_error>
 #include <utility>
 #include <variant>
 
-#include "kvusb/boards/Rig.h"
+#include "kvusb/boards/RigFile.h"
 #include "usbip/BoardHost.h"
 
 namespace quillon::usbip {
@@ -57,19 +53,6 @@ std::variant<Request, std::string> ParseRequest(std::span<const std::string> arg
   return request;
 }
 
-std::variant<sim::Rig, std::string> ReadRig(const std::string& path) {
-  if (path == "default") return sim::DefaultRig();
-  std::ifstream file(path, std::ios::binary);
-  const int reason = errno;
-  const std::string text((std::istreambuf_iterator<char>(file)), {});
-  if (!file.is_open())
-    return "The rig file " + path + " cannot be opened: " + std::strerror(reason) + ".";
-  auto rig = sim::ParseRig(text);
-  if (const auto* wrong = std::get_if<std::string>(&rig))
-    return "The rig file " + path + " cannot be used. " + *wrong;
-  return rig;
-}
-
 }  // namespace
 
 int VirtualBoardMain(std::span<const std::string> arguments, const Vhci& vhci, int stop,
@@ -86,7 +69,8 @@ int VirtualBoardMain(std::span<const std::string> arguments, const Vhci& vhci, i
   if (const auto* wrong = std::get_if<std::string>(&request))
     return complain(*wrong + " See quillon-virtual-board --help.", kBoardsUsage);
   const auto& [path, state] = std::get<Request>(request);
-  const auto rig = ReadRig(path);
+  const std::variant<sim::Rig, std::string> rig =
+      path == "default" ? sim::DefaultRig() : sim::ReadRigFile(path);
   if (const auto* wrong = std::get_if<std::string>(&rig)) return complain(*wrong, kBoardsBad);
   if (state) {
     std::error_code error;

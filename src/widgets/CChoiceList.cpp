@@ -57,16 +57,14 @@ CChoiceList::CChoiceList(QWidget* parent) : QFrame(parent, Qt::Popup), list_(new
   setFocusProxy(list_);
   connect(list_, &QListView::clicked, this, &CChoiceList::Choose);
   connect(list_, &QListView::entered, list_, &QListView::setCurrentIndex);
-  connect(list_->selectionModel(), &QItemSelectionModel::currentChanged, this,
-          [this] { moved_ = true; });
 }
 
 void CChoiceList::Open(const QStringList& choices, const QString& current, const QRect& cell) {
+  list_->setAccessibleName(accessibleName());
   choices_.setStringList(choices);
   cell_ = cell;
   const auto row = choices.indexOf(current);
   list_->setCurrentIndex(row < 0 ? QModelIndex() : choices_.index(static_cast<int>(row)));
-  moved_ = false;
   // A styled frame is a shade darker than the window: on a dark ground the list would have no edge.
   QPalette framed = parentWidget()->palette();
   framed.setColor(QPalette::WindowText, framed.color(QPalette::PlaceholderText));
@@ -105,11 +103,7 @@ bool CChoiceList::eventFilter(QObject* watched, QEvent* event) {
   switch (static_cast<QKeyEvent*>(event)->key()) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
-      if (moved_) {
-        Choose();
-      } else {
-        hide();
-      }
+      Choose();
       return true;
     case Qt::Key_Escape:
     case Qt::Key_Tab:

@@ -10,8 +10,8 @@ namespace quillon {
 
 // The drop-down list of a grid's combo cells: one for all of them, a pop-up window under the cell.
 // Arrow keys, typing and the mouse move in it, Enter or a click chooses, Escape or a click beside
-// it closes it. Enter without having moved is no choice: the shown text may stand for a code that
-// choosing it anew would change.
+// it closes it. The entry that the cell shows can be chosen again: it may stand for another code
+// than the cell holds, and the page's rules may have to run.
 class CChoiceList : public QFrame {
   Q_OBJECT
 
@@ -37,7 +37,6 @@ class CChoiceList : public QFrame {
   QListView* list_;
   QStringListModel choices_;
   QRect cell_;
-  bool moved_ = false;
 };
 
 }  // namespace quillon

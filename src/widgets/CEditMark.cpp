@@ -14,6 +14,14 @@ CEditMark::CEditMark(QWidget* control) : QWidget(control) {
   hide();
 }
 
+void CEditMark::setVisible(bool visible) {
+  QWidget::setVisible(visible);
+  QWidget* const control = parentWidget();
+  // Without a description of its own a control is described by its tool tip.
+  control->setAccessibleDescription(visible ? tr("Edited. %1").arg(control->toolTip()).trimmed()
+                                            : QString());
+}
+
 bool CEditMark::eventFilter(QObject* watched, QEvent* event) {
   if (event->type() == QEvent::Resize) MoveToCorner();
   return QWidget::eventFilter(watched, event);

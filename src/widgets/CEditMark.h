@@ -6,7 +6,8 @@
 namespace quillon {
 
 // The small corner that marks an edited control, as the grid's cells have one. Lies over its
-// control's top right corner, follows its size and lets the mouse through.
+// control's top right corner, follows its size and lets the mouse through. While it is shown, the
+// control's description says "edited" to screen readers.
 class CEditMark : public QWidget {
   Q_OBJECT
 
@@ -14,6 +15,8 @@ class CEditMark : public QWidget {
   static constexpr int kSize = 8;
 
   explicit CEditMark(QWidget* control);
+
+  void setVisible(bool visible) override;
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

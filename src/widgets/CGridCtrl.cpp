@@ -9,6 +9,8 @@
 
 #include "widgets/CChoiceList.h"
 #include "widgets/CGridHeader.h"
+#include "widgets/CScrollPane.h"
+#include "widgets/GridAccess.h"
 #include "widgets/GridDelegate.h"
 #include "widgets/GridModel.h"
 
@@ -23,6 +25,7 @@ constexpr int kHintRows = 16;
 
 CGridCtrl::CGridCtrl(QWidget* parent)
     : QTableView(parent), model_(new GridModel(this)), delegate_(new GridDelegate(*model_, this)) {
+  InstallGridAccess();
   setHorizontalHeader(new CGridHeader(Qt::Horizontal, this));
   setVerticalHeader(new CGridHeader(Qt::Vertical, this));
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
@@ -147,12 +150,14 @@ void CGridCtrl::SetClickHandler(ClickHandler handler) { click_ = std::move(handl
 void CGridCtrl::SetEndEditHandler(EndEditHandler handler) { end_edit_ = std::move(handler); }
 
 void CGridCtrl::Click(int row, int column) {
-  if (row < 1 || column < 1 || !model_->Holds(row, column) || !IsEnabledCell(row, column)) return;
+  if (row < 1 || column < 1 || !model_->Holds(row, column)) return;
   const QPointer<CGridCtrl> self(this);
-  if (IsToggle(Kind(row, column))) SetValue(row, column, Value(row, column) == 0 ? 1 : 0);
+  const bool toggles = IsToggle(Kind(row, column)) && IsEnabledCell(row, column);
+  if (toggles) SetValue(row, column, Value(row, column) == 0 ? 1 : 0);
   if (click_) click_(row, column);
   if (!self) return;
   Redraw();
+  if (model_->Holds(row, column) && IsToggle(Kind(row, column))) TellToggled(*this, row, column);
   Open(row, column);
 }
 
@@ -173,6 +178,7 @@ void CGridCtrl::Enter(int row, int column, const QString& text) {
     SetValue(row, column, old_value);
   }
   Redraw();
+  if (!kept) emit EntryRefused();
 }
 
 bool CGridCtrl::FinishEdit() {
@@ -274,10 +280,25 @@ void CGridCtrl::mouseReleaseEvent(QMouseEvent* event) {
   QTableView::mouseReleaseEvent(event);
 }
 
-void CGridCtrl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint) {
+// On a small screen the grid may itself be larger than what can be seen of it.
+void CGridCtrl::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+  QTableView::currentChanged(current, previous);
+  const bool by_key = hasFocus() && QGuiApplication::mouseButtons() == Qt::NoButton;
+  if (by_key) CScrollPane::BringIntoView(*viewport(), visualRect(current));
+}
+
+void CGridCtrl::closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) {
+  const auto* const line = qobject_cast<QLineEdit*>(editor);
+  const bool given_up = hint == QAbstractItemDelegate::RevertModelCache;
+  const bool refused = line != nullptr && !given_up && !line->hasAcceptableInput();
   QTableView::closeEditor(editor, QAbstractItemDelegate::NoHint);  // no hint moves to the next cell
   const std::optional<GridEntry> entry = delegate_->TakeEntry();
-  if (entry) Enter(entry->row, entry->column, entry->text);
+  if (entry) {
+    Enter(entry->row, entry->column, entry->text);
+  } else if (refused) {
+    entry_kept_ = false;
+    emit EntryRefused();
+  }
 }
 
 void CGridCtrl::changeEvent(QEvent* event) {
@@ -288,6 +309,17 @@ void CGridCtrl::changeEvent(QEvent* event) {
   if (!font && !style) return;
   FitRows();
   if (fitted_) FitColumns();
+}
+
+void CGridCtrl::focusInEvent(QFocusEvent* event) {
+  QTableView::focusInEvent(event);
+  // Later: after this, Qt tells screen readers of the grid as a whole.
+  QMetaObject::invokeMethod(
+      this,
+      [this] {
+        if (hasFocus()) TellFocused(*this);
+      },
+      Qt::QueuedConnection);
 }
 
 void CGridCtrl::hideEvent(QHideEvent* event) {

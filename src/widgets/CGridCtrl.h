@@ -52,8 +52,8 @@ class CGridCtrl : public QTableView {
   // A number cell in which nothing outside minimum to maximum can be entered. A page that refuses
   // more, with a message, gives the wider range here.
   void SetNumber(int row, int column, int minimum, int maximum);
-  // A cell that the row does not have (false): shaded, without box or arrow, skipped by keys and
-  // clicks.
+  // A cell that the row does not have (false): hatched, without box or arrow, skipped by keys and
+  // changed by nothing. A click on it is one on its row.
   void SetEnabledCell(int row, int column, bool enabled);
   bool IsEnabledCell(int row, int column) const;
   // The small corner of a cell that was edited.
@@ -71,7 +71,8 @@ class CGridCtrl : public QTableView {
   void FitColumns();
   void Redraw();
 
-  // Called after a click or Space on a data cell; toggles have been inverted by then.
+  // Called after a click or Space on a data cell; toggles have been inverted by then. Also for a
+  // cell that the row does not have.
   void SetClickHandler(ClickHandler handler);
   // Called once after a choice or an entry; the cell has the new text by then, number cells the new
   // value too. False puts back both. The handler may open a message box.
@@ -82,7 +83,7 @@ class CGridCtrl : public QTableView {
   void Enter(int row, int column, const QString& text);
   // Takes over what is still being typed into a number cell; a key or menu that starts an update
   // does not end the typing by itself.
-  // False when the page refused it.
+  // False when it was refused, by the page or because it is no number of the cell.
   bool FinishEdit();
 
   QSize sizeHint() const override;
@@ -91,13 +92,17 @@ class CGridCtrl : public QTableView {
  signals:
   // After every Redraw(), and so after every change that shows.
   void Redrawn();
+  // An entry of the user was refused; the cell has its former text again.
+  void EntryRefused();
 
  protected:
   void keyPressEvent(QKeyEvent* event) override;
   void mouseDoubleClickEvent(QMouseEvent* event) override;
   void mouseReleaseEvent(QMouseEvent* event) override;
+  void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
   void closeEditor(QWidget* editor, QAbstractItemDelegate::EndEditHint hint) override;
   void changeEvent(QEvent* event) override;
+  void focusInEvent(QFocusEvent* event) override;
   void hideEvent(QHideEvent* event) override;
 
  private:

@@ -52,7 +52,8 @@ void CStatusLed::SetLit(bool lit) {
 
 void CStatusLed::SetBlinkPeriod(int milliseconds) {
   timer_.stop();
-  if (milliseconds >= 1) timer_.start(milliseconds, this);
+  // A coarse timer is up to a twentieth off, and lamps that were lit together drift apart.
+  if (milliseconds >= 1) timer_.start(milliseconds, Qt::PreciseTimer, this);
   Describe();
 }
 

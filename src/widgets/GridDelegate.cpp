@@ -18,6 +18,7 @@ constexpr int kMargin = 6;
 constexpr int kImage = 16;
 constexpr int kArrowRoom = 16;
 constexpr int kMark = 8;
+constexpr double kHatching = 0.14;
 
 void PaintArrow(QPainter* painter, const QRect& rect, const QColor& colour) {
   const QPointF tip(rect.right() - kArrowRoom / 2.0, rect.center().y() + 2.5);
@@ -106,14 +107,17 @@ void GridDelegate::PaintGround(QPainter* painter, const QStyleOptionViewItem& op
                                const GridCell& cell) const {
   QColor ground = cell.background ? Tone(*cell.background, option.palette)
                                   : option.palette.color(QPalette::Base);
-  if (!cell.enabled) {
-    ground = Mixed(ground, option.palette.color(QPalette::Active, QPalette::Text), 0.05);
-  }
   // The current cell keeps its colour and has the frame; a selection is for copying.
   if ((option.state & QStyle::State_Selected) && !(option.state & QStyle::State_HasFocus)) {
     ground = Mixed(ground, option.palette.color(QPalette::Highlight), 0.3);
   }
   painter->fillRect(option.rect, ground);
+  if (cell.enabled) return;
+  // Intended on every ground, that of the clicked row too: where a row has no cell nothing can be
+  // set. Lines, because a shade of the whole would be another colour than the page's.
+  const QColor text = option.palette.color(QPalette::Active, QPalette::Text);
+  painter->setBrushOrigin(option.rect.topLeft());
+  painter->fillRect(option.rect, QBrush(Mixed(ground, text, kHatching), Qt::BDiagPattern));
 }
 
 void GridDelegate::PaintText(QPainter* painter, const QStyleOptionViewItem& option,

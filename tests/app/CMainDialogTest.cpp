@@ -1,12 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QCloseEvent>
 #include <QLabel>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 #include <QPushButton>
 #include <QScreen>
+#include <QSettings>
 
 #include "app/CMainDialog.h"
 #include "app/MainBench.h"
@@ -16,6 +18,8 @@
 #include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "tree/CDeviceTreeCtrl.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CScrollPane.h"
 
 namespace quillon::testing {
 namespace {
@@ -45,6 +49,18 @@ struct SimMain {
   MainBench bench;
 };
 
+// Writes a joystick controller's product into the first record, whatever it reports.
+struct CountingLibrary : NoLibrary {
+  explicit CountingLibrary(std::uint32_t boards) : reported(boards) {}
+  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                         std::uint32_t type) override {
+    free[0].product_id = 0x0910;
+    count = type == 1 ? 0 : reported;
+    return 1;
+  }
+  std::uint32_t reported;
+};
+
 QString ReportOf(const CMainDialog& window) {
   return window.ShownPageSet()->findChild<QPlainTextEdit*>()->toPlainText();
 }
@@ -66,6 +82,51 @@ void SelectBoard(CMainDialog& window, const QString& label) {
   tree.setCurrentIndex(found.front());
 }
 
+// A screen reader gets each cell with its titles and value, and clicks the boxes.
+void ExpectReadableCells(CGridCtrl& grid) {
+  auto* const cells = QAccessible::queryAccessibleInterface(&grid);
+  for (int row = 1; row < grid.Rows(); ++row) {
+    for (int column = 1; column < grid.Columns(); ++column) {
+      const bool has = grid.IsEnabledCell(row, column);
+      const bool box = has && IsToggle(grid.Kind(row, column));
+      const auto value = grid.Value(row, column);
+      const QString words = box ? (value != 0 ? "on" : "off") : grid.Text(row, column);
+      const QStringList name{grid.Text(row, 0), grid.Text(0, column).trimmed(),
+                             has ? words : "not available"};
+      auto& cell = *cells->child(row * grid.Columns() + column);
+      EXPECT_EQ(cell.text(QAccessible::Name).toStdString(), name.join(", ").toStdString());
+      EXPECT_EQ(cell.text(QAccessible::Value), has ? words : "");
+      EXPECT_EQ(cell.state().disabled, !has);
+      EXPECT_EQ(cell.state().checked, box && value != 0);
+      cell.actionInterface()->doAction(QAccessibleActionInterface::toggleAction());
+      EXPECT_EQ(grid.Value(row, column) != value, box);
+    }
+  }
+}
+
+// Each stop of Tab has a name of its own and stands right of the former or below it; texts are
+// read.
+void ExpectReadable(const QWidget& window) {
+  std::set<std::string> names;
+  QRect former;
+  for (auto* stop = window.nextInFocusChain(); stop != &window; stop = stop->nextInFocusChain()) {
+    if (!(stop->focusPolicy() & Qt::TabFocus) || stop->focusProxy() != nullptr) continue;
+    if (!stop->isVisible() || !stop->isEnabled()) continue;
+    auto* read = QAccessible::queryAccessibleInterface(stop);
+    // Unix gives a list the name of its label; its own is what was chosen.
+    if (read->role() == QAccessible::ComboBox) read = read->relations()[0].first;
+    const std::string name = read->text(QAccessible::Name).toStdString();
+    EXPECT_TRUE(name != "" && names.insert(name).second) << name;
+    const QRect place(stop->mapToGlobal(QPoint()), stop->size());
+    EXPECT_TRUE(place.left() > former.right() || place.top() > former.bottom()) << name;
+    former = place;
+  }
+  for (auto* const label : window.findChildren<QLabel*>()) {
+    if (label->text().isEmpty()) continue;
+    EXPECT_EQ(QAccessible::queryAccessibleInterface(label)->text(QAccessible::Name), label->text());
+  }
+}
+
 }  // namespace
 
 TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
@@ -85,7 +146,7 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
     return bench.window.Tree().model()->index(0, 0, root(row)).data().toString();
   };
   bench.on_settle = [&] {
-    EXPECT_EQ(only_child(0), "Non Detected") << "the emptied tree is seen during the wait";
+    EXPECT_EQ(only_child(0), "Non Detected");
     EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
   };
   bench.window.Initialise();
@@ -97,6 +158,20 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
   EXPECT_THAT(ReportOf(bench.window).toStdString(), ::testing::HasSubstr("Device : Stick"));
   EXPECT_EQ(EnabledTabs(*bench.window.ShownPageSet()).first(2),
             QStringList({"Device Configuration", "Analog Channels"}));
+}
+
+TEST(MainDialog, PaintsTheEmptiedTreeBeforeItWaits) {
+  SimMain main(kJoystick);
+  auto& window = main.bench.window;
+  const auto is_seen = [&] {
+    const QImage screen = window.screen()->grabWindow(window.winId()).toImage();
+    return screen == window.grab().toImage().convertToFormat(screen.format());
+  };
+  window.show();
+  while (main.bench.settled == 0 || !is_seen()) main.bench.RunEvents();
+  main.bench.on_settle = [&] { EXPECT_TRUE(is_seen()); };
+  window.Redetect();
+  EXPECT_EQ(main.bench.settled, 2);
 }
 
 TEST(MainDialog, SaysThatClosingFailedAndGoesOn) {
@@ -161,7 +236,42 @@ TEST(MainDialog, FitsItsScreenAndKeepsTheFocusWhereItWasPressed) {
   EXPECT_EQ(window.focusWidget(), &window.Tree());
 }
 
-TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
+TEST(MainDialog, ShowsAllOfEveryPageInASmallWindow) {
+  constexpr QSize kSmall(640, 420);
+  constexpr const char* kKinds[]{"QPushButton",        "QCheckBox",     "QComboBox",
+                                 "QAbstractSpinBox",   "QLabel",        "quillon::CStatusLed",
+                                 "quillon::CGridCtrl", "QPlainTextEdit"};
+  for (const std::string product : {"", "0910", "0920", "0710", "0520", "0800", "1500"}) {
+    SCOPED_TRACE(product);
+    const std::string board = R"({"id": "b", "firmware": "1.00", "product": "0x)" + product + "\"}";
+    SimMain main(product.empty() ? "" : board);
+    auto& window = main.bench.window;
+    window.resize(kSmall);
+    window.show();
+    window.Initialise();
+    QTabWidget* const set =
+        product.empty() ? window.findChild<QTabWidget*>("home") : window.ShownPageSet();
+    for (int tab = 0; tab < set->count(); ++tab) {
+      set->setTabEnabled(tab, true);
+      set->setCurrentIndex(tab);
+      window.activateWindow();
+      MainBench::RunEvents();
+      EXPECT_EQ(window.size(), kSmall);
+      EXPECT_GE(window.Tree().width(), window.Tree().fontMetrics().averageCharWidth() * 32);
+      for (auto* const part : set->findChildren<QWidget*>()) {
+        const auto is = [part](const char* kind) { return part->inherits(kind); };
+        if (!part->isVisible() || std::none_of(std::begin(kKinds), std::end(kKinds), is)) continue;
+        if (part->isEnabled()) part->setFocus(Qt::TabFocusReason);  // scrolls to it by itself
+        if (!part->isEnabled()) CScrollPane::BringIntoView(*part, part->rect());
+        const std::string name = (set->tabText(tab) + ": " + part->accessibleName()).toStdString();
+        EXPECT_EQ(part->visibleRegion().boundingRect(), part->rect()) << name;
+        EXPECT_EQ(part->size().expandedTo(part->minimumSizeHint()), part->size()) << name;
+      }
+    }
+  }
+}
+
+TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
   const struct {
     const char* board;
     const char* page_set;  // its last tab; empty: none
@@ -185,9 +295,19 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyAndEnablesThemByFirmware) {
                                        Icon::kExclamation);
     }
     main.bench.window.Initialise();
-    const CPageSet* const set = main.bench.window.ShownPageSet();
+    CPageSet* const set = main.bench.window.ShownPageSet();
     ASSERT_NE(set, nullptr);
     EXPECT_EQ(set->tabText(set->count() - 1), c.page_set);
+    set->EnablePages(false, true);
+    main.bench.window.resize(2000, 900);  // has room for all tabs
+    main.bench.window.show();
+    for (int tab = 0; tab < set->count(); ++tab) {
+      set->setCurrentIndex(tab);
+      MainBench::RunEvents();
+      ExpectReadable(main.bench.window);
+      for (auto* const grid : set->widget(tab)->findChildren<CGridCtrl*>())
+        ExpectReadableCells(*grid);
+    }
   }
 }
 
@@ -226,17 +346,17 @@ TEST(MainDialog, DetectsAnewForEveryEventOfOurBoardsOnceTheGateIsOpen) {
   bench.ReportArrival();
   bench.ReportArrival();
   bench.RunEvents();
-  EXPECT_EQ(bench.settled, 2);
+  EXPECT_EQ(bench.settled, 1) << "it starts after both";
   {
     const auto hold = bench.link.gate.Enter();
     bench.ReportArrival();
     bench.ReportArrival();
     bench.window.Redetect();
     bench.RunEvents();
-    EXPECT_EQ(bench.settled, 2) << "not while something is under way";
+    EXPECT_EQ(bench.settled, 1) << "not while something is under way";
   }
   bench.RunEvents();
-  EXPECT_EQ(bench.settled, 3) << "those held back, once";
+  EXPECT_EQ(bench.settled, 2) << "those held back, once";
 }
 
 TEST(MainDialog, FollowsABoardThatLeaves) {
@@ -312,14 +432,7 @@ TEST(MainDialog, LoadsNoDefaultsForAFamilysSecondProduct) {
 }
 
 TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
-  class Flood : public NoLibrary {
-   public:
-    std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> /*free*/,
-                           std::uint32_t type) override {
-      count = type == 1 ? 0 : 0xFFFFFFFF;
-      return 1;
-    }
-  } library;
+  CountingLibrary library(0xFFFFFFFF);
   MainBench bench(library);
   bench.window.Initialise();
   EXPECT_EQ(bench.link.table.Count(), DeviceTable::kRoom);
@@ -330,6 +443,15 @@ TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
                        "most. The others are not shown.";
   }
   EXPECT_TRUE(said);
+}
+
+TEST(MainDialog, TakesNoBoardFromARecordThatIsNotListed) {
+  CountingLibrary library(0);
+  MainBench bench(library);
+  bench.window.Initialise();
+  EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
+  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
 }
 
 TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
@@ -362,18 +484,21 @@ TEST(MainDialog, ShowsNothingForProductsWithoutPagesAndHomeForUnknownOnes) {
 }
 
 TEST(MainDialog, ReadsTheOptionsUnlessTheRegistrationFailed) {
+  QSettings("Quillon", "Quillon").setValue("Options/Auto Connect", 0);
+  Profile().SetAutoUpdate(5);
   for (const bool registers : {true, false}) {
     NoLibrary library;
     MainBench bench(library);
     bench.notifier.registers = registers;
     bench.window.Initialise();
     EXPECT_TRUE(bench.notifier.IsStarted());
+    EXPECT_EQ(bench.window.Options(), registers ? StartOptions({0, 5}) : StartOptions());
     bench.window.Initialise();
     EXPECT_EQ(bench.settled, 1) << "started once";
   }
 }
 
-TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
+TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWayNorStartOnceItIsClosed) {
   NoLibrary library;
   MainBench bench(library);
   {
@@ -381,9 +506,12 @@ TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWay) {
     EXPECT_FALSE(bench.window.close());
   }
   EXPECT_TRUE(bench.window.close());
+  bench.window.Initialise();
+  EXPECT_FALSE(bench.notifier.IsStarted());
 }
 
 TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
+  Profile().SetAutoUpdate(5);
   NoLibrary library;
   MainBench bench(library);
   QStringList lines;
@@ -412,7 +540,7 @@ TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   check->trigger();
   EXPECT_EQ(Profile().AutoUpdate(), 0) << "written at once";
   check->trigger();
-  EXPECT_EQ(Profile().AutoUpdate(), 1);
+  EXPECT_EQ(Profile().AutoUpdate(), 5) << "as it was";
 }
 
 }  // namespace quillon::testing

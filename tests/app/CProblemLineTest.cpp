@@ -281,10 +281,12 @@ TEST(ProblemLine, CopiesTheCommand) {
 }
 
 TEST(ProblemLine, IsUsedByKeyboard) {
-  ProblemBench bench({{"A", Locked()}});
+  ProblemBench bench({{"A", Locked(QString("Wwww ").repeated(180).toStdString())}});
   auto& window = bench.main.window;
+  window.resize(640, 420);
   window.show();
   window.activateWindow();
+  MainBench::RunEvents();
   auto& install = Button(window, "Install udev Rule");
   auto& copy = Button(window, "Copy Command");
   const auto press = [](QWidget& widget, int key) {
@@ -292,7 +294,11 @@ TEST(ProblemLine, IsUsedByKeyboard) {
     QApplication::sendEvent(&widget, &down);
     QApplication::sendEvent(&widget, &up);
   };
-  Named<QLabel>(window, "What keeps boards from working").setFocus(Qt::TabFocusReason);
+  auto& text = Named<QLabel>(window, "What keeps boards from working");
+  text.setFocus(Qt::TabFocusReason);
+  EXPECT_LT(window.findChild<CProblemLine*>()->height(), window.height() * 2 / 5);
+  for (int i = 0; i < text.height(); ++i) press(text, Qt::Key_Down);
+  EXPECT_EQ(text.visibleRegion().boundingRect().bottom(), text.rect().bottom());
   press(*window.focusWidget(), Qt::Key_Tab);
   ASSERT_EQ(window.focusWidget(), &install);
   press(install, Qt::Key_Tab);

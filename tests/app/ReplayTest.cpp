@@ -43,7 +43,8 @@ TEST(Replay, ShowsInTheWindowWhatTheUserSawAndWhereTheProgramLeavesTheTrace) {
     bus.Find("joystick-1")->Block("analog_a")[0] ^= 0x01;
     SimLibrary boards(bus);
     std::ofstream trace(file);
-    TracedLibrary traced(boards, trace, [] { return 0.0; });
+    TracedLibrary traced(
+        boards, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
     MainBench bench(traced);
     seen = Shown(RetrieveAnalog(bench));
   }

@@ -103,6 +103,10 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
       {Raw("\x10\x09\x01"), "no records"},
       {Raw("\x10\x09\x00\x3C\x00\x00"), "Record 1 has 60 data bytes"},
       {Raw("\x10\x09\x00\x01\x00\x00\xAA\x00\x02\x00"), "cut in the middle of record 2"},
+      {Raw("\x10\x09\x00\x01\x00\x00\xAA"), "The end record is missing"},
+      {Raw("\x10\x09\x00\x01\x00\x00\xAA\x01\x00\x00"),
+       "follow the end record, which nobody reads: 2"},
+      {Raw("\x00\x08\x00\x00\x00\x00\x01\x00\x00\x00\x02\x00\x01"), "records are all empty"},
       {Raw("\x10\x09\x08\x00\x00\x00\x01"), "Record 1 has the type 8"},
       {Raw("\x10\x09\x00\x02\xFF\xFF\xAA\xBB\x01"), "Record 1 reaches beyond the last address"},
       {Raw("\x10\x09\x00\x02\x01\x01\xAA\xBB\x00\x02\x01\x00\xAA\xBB\x01"),
@@ -117,7 +121,8 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
     EXPECT_EQ(ran.out, "");
   }
   EXPECT_EQ(Kvx({"check", PathOf("missing.kvx")}).status, 1);
-  EXPECT_EQ(Kvx({"check", testing::OwnFolders::Root().string()}).status, 1) << "a folder";
+  EXPECT_THAT(Kvx({"check", PathOf("a\n\u202E.kvx")}).err, HasSubstr("a\uFFFD.kvx: "));
+  EXPECT_THAT(Kvx({"check", testing::OwnFolders::Root().string()}).err, HasSubstr("is a folder."));
 }
 
 TEST(KvxMain, MakesNothingOfABadImage) {
@@ -129,11 +134,28 @@ TEST(KvxMain, MakesNothingOfABadImage) {
   EXPECT_THAT(make(Written("none.hex", ":00000001FF\n"), to).err, HasSubstr("holds no data"));
   EXPECT_THAT(make(Written("big.bin", std::string(65537, 'x')), to).err, HasSubstr("65536"));
   EXPECT_THAT(make(Written("huge.hex", std::string(5'000'000, ':')), to).err,
-              HasSubstr("too large"));
+              HasSubstr("is larger than"));
+  EXPECT_THAT(make(Written("void.bin", ""), to).err, HasSubstr("It is empty."));
   EXPECT_THAT(make(Written("image.elf", "x"), to).err, HasSubstr("ends neither"));
-  EXPECT_THAT(make(PathOf("missing.bin"), to).err, HasSubstr("cannot be read"));
+  EXPECT_THAT(make(PathOf("missing.bin"), to).err, HasSubstr(": It cannot be opened: No"));
   EXPECT_FALSE(std::filesystem::exists(to));
   EXPECT_EQ(make(Written("good.hex", kHex), PathOf("no/such/folder.kvx")).status, 1);
+}
+
+TEST(KvxMain, KeepsTheImageAndAFileThatItCannotReplaceWhole) {
+  const std::string image = Written("image.hex", kHex);
+  std::filesystem::create_symlink(image, PathOf("link.kvx"));
+  std::filesystem::create_hard_link(image, PathOf("twin.kvx"));
+  const auto make = [&](const std::string& to) {
+    return Kvx({"make", "--device", "0910", "--from", image, "-o", to});
+  };
+  for (const char* name : {"image.hex", "link.kvx", "twin.kvx"}) {
+    EXPECT_THAT(make(PathOf(name)).err, HasSubstr("It is the image itself")) << name;
+    EXPECT_EQ(Contents(name), kHex);
+  }
+  // So long a name leaves no room for the temporary file's.
+  EXPECT_THAT(make(Written(std::string(250, 'x'), "old")).err, HasSubstr("cannot be written: "));
+  EXPECT_EQ(Contents(std::string(250, 'x')), "old");
 }
 
 TEST(KvxMain, ExplainsItsCommandLine) {

@@ -85,6 +85,17 @@ TEST(LoadedLibrary, UsesTheOptionalFunctionsAndTakesItsHandlerBack) {
   EXPECT_THAT(events, ::testing::ElementsAre("32768 5 hello", "32772 5 bye"));
 }
 
+TEST(LoadedLibrary, TakesAnExceptionForAFailureAndTellsOfIt) {
+  const auto library = Load(FIXTURE_THROWING);
+  DeviceRecord record{};
+  std::uint32_t count = 0;
+  EXPECT_EQ(library->DetectHID(count, {&record, 1}, KVUSB_TYPE_LOADER), 1);
+  HidPacket packet{};
+  EXPECT_EQ(library->ReadData(record, packet), KVUSB_READ_FAILED) << "nothing was asked";
+  EXPECT_THAT(library->DescribeProblem(nullptr).sentence,
+              ::testing::EndsWith("threw an exception in ReadData: no request."));
+}
+
 TEST(LoadedLibrary, SaysWhichFileIsOfNoUseAndWhy) {
   const fs::path folder = quillon::testing::OwnFolders::Root();
   const std::string missing = (folder / "nowhere" / "kvusb.so").string();

@@ -46,7 +46,8 @@ TEST(TracedLibrary, WritesATraceThatPlaysAsATranscript) {
     TranscriptLibrary board(kSession);
     std::ostringstream out;
     double now = 100;
-    TracedLibrary traced(board, out, [&] { return now++; });
+    TracedLibrary traced(
+        board, [&](auto text) { return out << text, std::nullopt; }, [&] { return now++; });
     RunSession(traced);
     trace = out.str();
   }
@@ -74,7 +75,11 @@ class FullLibrary : public NoLibrary {
 TEST(TracedLibrary, HandsOnWhatItDoesNotTraceAndBoundsWhatItDoes) {
   FullLibrary inner;
   std::ostringstream out;
-  TracedLibrary traced(inner, out, [] { return 0.0; });
+  std::optional<std::string> wrong;
+  int stops = 0;
+  TracedLibrary traced(
+      inner, [&](auto text) { return out << text, wrong; }, [] { return 0.0; });
+  traced.SetWhenStopped([&] { ++stops; });
   DeviceRecord record{};
   EXPECT_EQ(traced.DescribeProblem(nullptr), (Problem{KVUSB_PROBLEM_IN_USE, "library"}));
   EXPECT_EQ(traced.DescribeProblem(&record), (Problem{KVUSB_PROBLEM_IN_USE, "board"}));
@@ -85,6 +90,12 @@ TEST(TracedLibrary, HandsOnWhatItDoesNotTraceAndBoundsWhatItDoes) {
   EXPECT_EQ(traced.DetectHID(count, {&record, 1}, 2), 1);
   EXPECT_EQ(count, 0xFFFFFFFFU);
   EXPECT_THAT(out.str(), ::testing::HasSubstr("detect 2 -> 1 boards 1\n"));
+
+  wrong = "The file is full.";
+  for (int i = 0; i < 2; ++i) EXPECT_EQ(traced.DetectHID(count, {&record, 1}, 3), 1);
+  EXPECT_EQ(stops, 1) << "said once";
+  EXPECT_EQ(traced.DescribeProblem(nullptr),
+            (Problem{KVUSB_PROBLEM_IN_USE, "library The trace has stopped. The file is full."}));
 }
 
 }  // namespace

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <string>
+#include <utility>
 
 #include "firmware/FlashControls.h"
 
@@ -10,143 +11,63 @@ namespace {
 
 // The enabled controls as words, in the order of the page.
 std::string Words(const FlashControls& controls) {
+  const std::pair<bool, const char*> all[] = {
+      {controls.refresh, "Refresh"}, {controls.flash, "Flash"},     {controls.device, "Device"},
+      {controls.serial, "serial"},   {controls.set, "Set"},         {controls.reboot, "Reboot"},
+      {controls.program, "Program"}, {controls.execute, "Execute"}, {controls.load, "Load"}};
   std::string words;
-  const auto add = [&](bool enabled, const char* word) {
+  for (const auto& [enabled, word] : all) {
     if (enabled) words += (words.empty() ? "" : " ") + std::string(word);
-  };
-  add(controls.refresh, "Refresh");
-  add(controls.flash, "Flash");
-  add(controls.device, "Device");
-  add(controls.serial, "serial");
-  add(controls.set, "Set");
-  add(controls.reboot, "Reboot");
-  add(controls.program, "Program");
-  add(controls.execute, "Execute");
-  add(controls.load, "Load");
+  }
   return words;
 }
 
-struct Case {
-  const char* when;
-  FlashPageState state;
-  const char* enabled;
-};
+// The state that words stand for; "bare": no file was loaded when the report was built.
+FlashPageState StateOf(const std::string& words) {
+  const auto has = [&](const char* word) { return words.find(word) != std::string::npos; };
+  const auto moment = has("running")     ? FlashMoment::kRunning
+                      : has("stopped")   ? FlashMoment::kStopped
+                      : has("completed") ? FlashMoment::kCompleted
+                                         : FlashMoment::kReported;
+  return {.moment = moment,
+          .device_present = has("board"),
+          .flash_mode_active = has("flash"),
+          .firmware_present = has("valid"),
+          .file_loaded = has("file"),
+          .file_programmed = has("programmed"),
+          .reported_without_file = has("bare"),
+          .last_run_failed = has("failed"),
+          .newer_node_system = has("newer")};
+}
 
 TEST(FlashControls, FollowTheStateOfBoardFileAndRun) {
-  using enum FlashMoment;
-  const Case cases[] = {
-      {"no board", {.file_loaded = true}, "Refresh"},
-      {"no board, but a file and a former failure",
-       {.flash_mode_active = true, .file_loaded = true, .last_run_failed = true},
-       "Refresh"},
-
-      {"Device Mode",
-       {.device_present = true, .firmware_present = true},
-       "Refresh Flash serial Set Reboot"},
-      {"Device Mode, a file loaded",
-       {.device_present = true, .firmware_present = true, .file_loaded = true},
-       "Refresh Flash serial Set Reboot"},
-      {"Device Mode after a failed run",
-       {.device_present = true, .file_loaded = true, .last_run_failed = true},
-       "Refresh Flash serial Set Reboot"},
-
-      {"Flash Mode",
-       {.device_present = true, .flash_mode_active = true, .firmware_present = true},
-       "Refresh Device serial Set Reboot Load"},
-      {"Flash Mode without firmware",
-       {.device_present = true, .flash_mode_active = true},
-       "Refresh serial Set Reboot Load"},
-      {"Flash Mode, a file loaded",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true},
-       "Refresh Device serial Set Reboot Program Load"},
-      {"Flash Mode, the file programmed",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true,
-        .file_programmed = true},
-       "Refresh Device serial Set Reboot Execute Load"},
-      {"Flash Mode, the file programmed into another board",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .file_loaded = true,
-        .file_programmed = true},
-       "Refresh serial Set Reboot Execute Load"},
-      {"Flash Mode, reported after a failed run",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true,
-        .last_run_failed = true},
-       "Refresh serial Set Reboot Program Load"},
-      {"Flash Mode after a failed run, the file unloaded",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .last_run_failed = true},
-       "Refresh serial Set Reboot Load"},
-      {"Flash Mode, programmed and failed",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true,
-        .file_programmed = true,
-        .last_run_failed = true},
-       "Refresh serial Set Reboot Load"},
-
-      {"newer node system in Device Mode",
-       {.device_present = true, .firmware_present = true, .newer_node_system = true},
-       "Refresh Flash serial Set Reboot Load"},
-      {"newer node system in Flash Mode",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .newer_node_system = true},
-       "Refresh Device serial Set Reboot Load"},
-      {"newer node system in Flash Mode, the file programmed",
-       {.device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true,
-        .file_programmed = true,
-        .newer_node_system = true},
-       "Refresh Device serial Set Reboot Load"},
-
-      {"running",
-       {.moment = kRunning,
-        .device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true},
-       "Program"},
-      {"Abort pressed, the run still on its way",
-       {.moment = kStopped,
-        .device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true},
-       "Refresh serial Set Reboot Program Load"},
-      {"aborted or failed",
-       {.moment = kStopped,
-        .device_present = true,
-        .flash_mode_active = true,
-        .firmware_present = true,
-        .file_loaded = true,
-        .last_run_failed = true},
-       "Refresh serial Set Reboot Program Load"},
-      {"completed, the report older than the run",
-       {.moment = kCompleted,
-        .device_present = true,
-        .flash_mode_active = true,
-        .file_loaded = true,
-        .file_programmed = true},
-       "Refresh Device serial Set Reboot Execute Load"},
+  const std::pair<const char*, const char*> cases[] = {
+      {"file", "Refresh"},
+      {"flash file failed", "Refresh"},
+      {"board valid", "Refresh Flash serial Set Reboot"},
+      {"board valid file", "Refresh Flash serial Set Reboot"},
+      {"board file failed", "Refresh Flash serial Set Reboot"},
+      {"board flash valid", "Refresh Device serial Set Reboot Load"},
+      {"board flash", "Refresh serial Set Reboot Load"},
+      {"board flash valid file", "Refresh Device serial Set Reboot Program Load"},
+      {"board flash valid file programmed", "Refresh Device serial Set Reboot Execute Load"},
+      {"board flash file programmed", "Refresh serial Set Reboot Execute Load"},
+      {"board flash valid file failed", "Refresh serial Set Reboot Program Load"},
+      {"board flash valid failed", "Refresh serial Set Reboot Load"},
+      {"board flash valid file programmed failed", "Refresh serial Set Reboot Load"},
+      {"board valid newer", "Refresh Flash serial Set Reboot Load"},
+      {"board flash valid newer", "Refresh Device serial Set Reboot Load"},
+      {"board flash valid file programmed newer", "Refresh Device serial Set Reboot Load"},
+      {"board flash valid file running", "Program"},
+      {"board flash valid file stopped", "Refresh serial Set Reboot Program Load"},
+      {"board flash valid file failed stopped", "Refresh serial Set Reboot Program Load"},
+      {"board flash stopped", "Refresh serial Set Reboot Load"},
+      {"board flash programmed", "Refresh serial Set Reboot Execute Load"},
+      {"board flash programmed bare", "Refresh serial Set Reboot Load"},
+      {"board flash file programmed completed", "Refresh Device serial Set Reboot Execute Load"},
   };
-  for (const Case& c : cases) {
-    EXPECT_EQ(Words(FlashControlsFor(c.state)), c.enabled) << c.when;
+  for (const auto& [state, enabled] : cases) {
+    EXPECT_EQ(Words(FlashControlsFor(StateOf(state))), enabled) << state;
   }
 }
 

@@ -36,6 +36,8 @@ TEST(IntelHex, JoinsNeighboursWhereverTheyStandInTheFile) {
                ":00000001FF"),        // no line end
       ElementsAre(FlashPiece{0x00FF, {0xAA, 0x02, 0x83, 0x11, 0x22}}, FlashPiece{0xFFFF, {0x77}}));
   EXPECT_TRUE(PiecesOf(kEnd).empty());
+  EXPECT_THAT(PiecesOf("\n:0100000011EE \t\r\n \r\n:00000001FF \r\n\n\x1A\x1A\r\n"),
+              ElementsAre(FlashPiece{0, {0x11}}));
 }
 
 TEST(IntelHex, KnowsSegmentsAndStartAddresses) {
@@ -69,7 +71,8 @@ TEST(IntelHex, SaysWhatIsWrongAndWhere) {
       {":0100000011E\n" + kEnd, "Line 1 ends in the middle of a byte"},
       {":01000000G1EE\n" + kEnd, "Line 1 holds something else"},
       {"0100000011EE\n" + kEnd, "Line 1 does not begin with a colon"},
-      {":0100000011EE\n\n" + kEnd, "Line 2 does not begin with a colon"},
+      {":0100000011EE\n\n" + kEnd + "\x1A:", "Line 4 follows the end record"},
+      {":0100000011EE\n :0100010011ED\n" + kEnd, "Line 2 does not begin with a colon"},
       {kEnd + ":0100000011EE\n", "Line 2 follows the end record"},
       {":0100000111ED\n", "Line 1 is an end record with data"},
       {":00000006FA\n" + kEnd, "Line 1 is of the unknown type 6"},

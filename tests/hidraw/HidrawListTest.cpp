@@ -72,6 +72,11 @@ TEST(HidrawList, ReadsWhatIsThereAndDoesWithoutTheRest) {
   EXPECT_EQ(read().serial, "") << "the board has none";
   sys.Write(kBoard + "/report_descriptor", std::string("\x06\x4C\xFF\x09\x04\xA1\x01\xC0"));
   EXPECT_EQ(read().type, std::nullopt) << "no device type";
+
+  const fs::path descriptor = sys.root / "devices" / kBoard / "report_descriptor";
+  fs::remove(descriptor);
+  fs::create_symlink("/proc/self/mem", descriptor);  // opens, but cannot be read
+  EXPECT_THAT(sys.Devices(), IsEmpty()) << "leaves while it is read";
 }
 
 TEST(HidrawList, KeepsWhatItKnowsOfANodeAndOfNoOther) {

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QAbstractItemModelTester>
+#include <QAccessible>
 #include <QApplication>
 #include <QClipboard>
 #include <QDialog>
@@ -16,6 +17,7 @@
 #include <QVBoxLayout>
 #include <QWheelEvent>
 #include <QWindow>
+#include <algorithm>
 
 #include "widgets/CGridCtrl.h"
 
@@ -179,16 +181,25 @@ TEST_F(GridCtrl, ShowsWhatTheClickHandlerChangedWithoutBeingAsked) {
   EXPECT_EQ(corner(3), qRgb(240, 240, 240));
 }
 
-TEST_F(GridCtrl, SkipsCellsThatARowDoesNotHave) {
+TEST_F(GridCtrl, TakesAClickOnACellThatARowDoesNotHaveForOneOnTheRow) {
   grid_.SetEnabledCell(2, kAxis, false);
   grid_.SetEnabledCell(2, kFilter, false);
+  grid_.SetClickHandler([this](int row, int column) {
+    Note("click", row, column);
+    grid_.HighlightRow(row, qRgb(191, 212, 227), qRgb(240, 240, 240));
+  });
   MouseClick(2, kAxis);
   MouseClick(2, kFilter);
-  grid_.Click(2, kAxis);
   grid_.Enter(2, kFilter, QStringLiteral("7"));
-  EXPECT_THAT(told_, IsEmpty());
+  EXPECT_THAT(told_, ElementsAre("click 2 2", "click 2 4"));
   EXPECT_EQ(grid_.Value(2, kAxis), 0U);
   EXPECT_EQ(OpenList(), nullptr);
+  const QImage cell = grid_.viewport()->grab().toImage().copy(grid_.visualRect(At(2, kAxis)));
+  const auto* const pixels = reinterpret_cast<const QRgb*>(cell.constBits());
+  const auto area = cell.width() * cell.height();
+  const auto exact = std::count(pixels, pixels + area, qRgb(191, 212, 227));
+  EXPECT_GT(exact, area / 2);
+  EXPECT_LT(exact, area) << "shaded all the same";
   GoTo(2, kOn);
   Key(Qt::Key_Right);
   EXPECT_EQ(grid_.currentIndex(), At(2, kInvert));
@@ -209,7 +220,7 @@ TEST_F(GridCtrl, OpensAComboInManyWaysAndClosesItWithoutATrace) {
     for (const auto& [key, modifier] : keys) {
       Key(key, modifier);
       ASSERT_NE(OpenList(), nullptr) << key;
-      QTest::keyClick(OpenList(), Qt::Key_Return);
+      QTest::keyClick(OpenList(), row == 2 ? Qt::Key_Tab : Qt::Key_Return);
       EXPECT_EQ(OpenList(), nullptr);
     }
     EXPECT_EQ(grid_.Text(row, kFilter), text);
@@ -236,6 +247,9 @@ TEST_F(GridCtrl, ChoosesInAComboByKeysTypingAndMouse) {
   QTest::mouseClick(list->viewport(), Qt::LeftButton, {}, list->visualRect(entry).center());
   EXPECT_EQ(grid_.Text(2, kFilter), "6");
   EXPECT_THAT(told_, ElementsAre("end 2 4", "end 2 4", "click 2 4", "end 2 4"));
+  Key(Qt::Key_F2);
+  QTest::keyClick(OpenList(), Qt::Key_Return);  // what is shown already
+  EXPECT_THAT(told_.mid(4), ElementsAre("end 2 4")) << "a choice like any other";
   accept_ = false;
   grid_.SetValue(2, kFilter, 6);
   Key(Qt::Key_F2);
@@ -384,17 +398,25 @@ TEST_F(GridCtrl, CopiesTheCurrentCellOrTheSelectionInWords) {
   EXPECT_EQ(grid_.selectionModel()->selectedIndexes().size(), 30 * 6);
 }
 
-TEST_F(GridCtrl, NamesItsCellsForScreenReaders) {
-  const auto name = [this](int row, int column) {
-    return At(row, column).data(Qt::AccessibleTextRole).toString();
+TEST_F(GridCtrl, IsClickedByScreenReaders) {
+  const auto cell = [this](int row, int column) {
+    return QAccessible::queryAccessibleInterface(&grid_)->child(row * grid_.Columns() + column);
   };
-  grid_.SetValue(3, kInvert, 1);
-  EXPECT_EQ(name(3, kInvert), "Analog 3, Invert, on");
-  EXPECT_EQ(name(3, kFilter), "Analog 3, Filter, 5");
+  const auto act = [cell](int row, int column) {
+    auto* const actions = cell(row, column)->actionInterface();
+    actions->doAction(actions->actionNames().front());
+  };
   grid_.SetMarked(3, kFilter, true);
-  EXPECT_EQ(name(3, kFilter), "Analog 3, Filter, 5, edited");
-  grid_.SetEnabledCell(3, kInvert, false);
-  EXPECT_EQ(name(3, kInvert), "Analog 3, Invert, not available");
+  EXPECT_EQ(cell(3, kFilter)->text(QAccessible::Name), "Analog 3, Filter, 5, edited");
+  GoTo(4, kPulse);
+  Key(Qt::Key_7);
+  act(5, kAxis);
+  EXPECT_THAT(told_, ElementsAre("end 4 5", "click 5 2")) << "also ends what is being typed";
+  act(2, kPulse);
+  EXPECT_NE(Editor(), nullptr);
+  act(2, kFilter);
+  ASSERT_NE(OpenList(), nullptr);
+  EXPECT_EQ(OpenList()->accessibleName(), "Analog 2, Filter, 5");
 }
 
 TEST_F(GridCtrl, MakesColumnsAsWideAsTitlesWithTheirBlanksAndTheWidestChoice) {

@@ -40,6 +40,7 @@ TEST(StatusLed, StartsDarkAndRunsATimerOnlyWhileBlinking) {
   lamp.SetBlinkPeriod(400);
   ASSERT_EQ(TimersOf(lamp).size(), 1);
   EXPECT_EQ(TimersOf(lamp).first().interval, 400);
+  EXPECT_EQ(TimersOf(lamp).first().timerType, Qt::PreciseTimer);
   lamp.SetBlinkPeriod(0);
   EXPECT_TRUE(TimersOf(lamp).isEmpty());
   EXPECT_TRUE(lamp.IsLit());

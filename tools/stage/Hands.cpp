@@ -29,10 +29,10 @@ void Click(QWidget& widget, const QPoint& at) {
   LetPaint();
 }
 
-// Where the item is, scrolled into view.
+// What can be seen of the item, scrolled into view.
 QPoint PointAt(QAbstractItemView& view, const QModelIndex& index) {
   view.scrollTo(index);
-  return view.visualRect(index).center();
+  return view.visualRect(index).intersected(view.viewport()->rect()).center();
 }
 
 QModelIndex BoardItem(const CDeviceTreeCtrl& tree, std::uint32_t board) {

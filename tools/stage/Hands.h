@@ -20,11 +20,12 @@ class CGridCtrl;
 // All throw std::runtime_error when there is nothing of that name, or when it cannot be clicked.
 namespace stage {
 
-// The one visible control in `place` with this accessible name.
+// The one visible control in `place` with this accessible name, or text with this description.
 template <typename Control>
 Control& Named(const QWidget& place, const QString& name) {
   for (auto* const control : place.findChildren<Control*>()) {
-    if (control->accessibleName() == name && control->isVisible()) return *control;
+    const QStringList called{control->accessibleName(), control->accessibleDescription()};
+    if (called.contains(name) && control->isVisible()) return *control;
   }
   throw std::runtime_error("There is no \"" + name.toStdString() + "\" to be seen.");
 }

@@ -164,7 +164,11 @@ std::variant<Rig, std::string> ParseRig(std::string_view json) try {
   const JsonFields fields(document, "The rig");
   Rig rig;
   std::set<std::string> ids;
-  for (const auto& item : fields.Array("boards")) {
+  const nlohmann::json& boards = fields.Array("boards");
+  if (boards.size() > KVUSB_MOST_BOARDS)
+    throw FormatError("The rig lists " + std::to_string(boards.size()) + " boards; a bus holds " +
+                      std::to_string(KVUSB_MOST_BOARDS) + " at most.");
+  for (const auto& item : boards) {
     rig.boards.push_back(ReadBoard(item, rig.boards.size() + 1));
     const std::string& id = rig.boards.back().id;
     if (!ids.insert(id).second) throw FormatError("Two boards have the id \"" + id + "\".");

@@ -45,12 +45,13 @@ struct BoardSpec {
   std::vector<Fault> faults;
 };
 
-// The boards on the bus, in the order in which they are detected within their type.
+// The boards on the bus, in the order in which they are detected within their type, and those that
+// may be plugged in later. All of them together fit into one detection.
 struct Rig {
   std::vector<BoardSpec> boards;
 };
 
-// Reads a rig, or says in a sentence what is wrong with it and where.
+// Reads a rig of KVUSB_MOST_BOARDS at most, or says in a sentence what is wrong with it and where.
 //
 //   {"boards": [{                 the object knows no other key
 //     "id": "joystick-1",         1 to 26 of a-z 0-9 - _, the board's own; names its state file

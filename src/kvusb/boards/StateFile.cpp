@@ -2,10 +2,10 @@
 #include "kvusb/boards/StateFile.h"
 
 #include <algorithm>
-#include <fstream>
-#include <iterator>
 
 #include "kvusb/boards/JsonFields.h"
+#include "storage/ReadFile.h"
+#include "storage/ReplaceFile.h"
 
 namespace quillon::sim {
 namespace {
@@ -14,6 +14,9 @@ using nlohmann::json;
 namespace fs = std::filesystem;
 
 constexpr std::uint32_t kFormat = 1;
+
+// The flashes of a board and twelve nodes, 64 KiB each, have 1.6 MiB of digits.
+constexpr std::size_t kMostBytes = std::size_t{4} << 20;
 
 json NodeJson(const Node& node) {
   return {{"active", node.active},
@@ -149,14 +152,13 @@ std::variant<BoardState, std::string> ParseState(const BoardSpec& spec, std::str
 
 LoadedState LoadState(const fs::path& folder, const BoardSpec& spec) {
   const fs::path file = FileOf(folder, spec);
-  std::error_code error;
-  const auto kind = fs::symlink_status(file, error).type();
-  if (kind == fs::file_type::not_found) return {};
-  std::ifstream stream(file, std::ios::binary);
-  const std::string text((std::istreambuf_iterator<char>(stream)), {});
-  if (!stream.is_open() || stream.bad())
-    return {std::nullopt, SetAside(file, spec, "The file cannot be read.")};
-  auto parsed = ParseState(spec, text);
+  RemoveLeftovers(file);
+  const auto content = ReadFile(file, kMostBytes);
+  if (const auto* const problem = std::get_if<FileProblem>(&content)) {
+    if (problem->IsMissing()) return {};
+    return {std::nullopt, SetAside(file, spec, "The file " + problem->predicate + ".")};
+  }
+  auto parsed = ParseState(spec, std::get<std::string>(content));
   if (const auto* reason = std::get_if<std::string>(&parsed))
     return {std::nullopt, SetAside(file, spec, *reason)};
   return {std::get<BoardState>(std::move(parsed)), {}};
@@ -164,20 +166,9 @@ LoadedState LoadState(const fs::path& folder, const BoardSpec& spec) {
 
 std::string SaveState(const fs::path& folder, const BoardSpec& spec, const BoardState& state) {
   const fs::path file = FileOf(folder, spec);
-  fs::path temporary = file;
-  temporary += ".tmp";
-  std::ofstream stream(temporary, std::ios::binary | std::ios::trunc);
-  stream << FormatState(spec, state);
-  stream.close();
-  std::string problem = "The state of board " + spec.id + " cannot be kept in " + file.string() +
-                        ", it lasts until the program ends.";
-  std::error_code error;
-  if (!stream) {
-    fs::remove(temporary, error);
-    return problem;
-  }
-  fs::rename(temporary, file, error);
-  return error ? problem : std::string();
+  if (!ReplaceFile(file, FormatState(spec, state), FileAccess::kOwner)) return {};
+  return "The state of board " + spec.id + " cannot be kept in " + file.string() +
+         ", it lasts until the program ends.";
 }
 
 }  // namespace quillon::sim

@@ -30,10 +30,11 @@ struct LoadedState {
 };
 
 // The state kept in `folder`/id.json, if any. A file that cannot be read or used is renamed to
-// id.json.broken, and the problem says so.
+// id.json.broken, and the problem says so. What a save that was killed left behind is removed.
 LoadedState LoadState(const std::filesystem::path& folder, const BoardSpec& spec);
 
-// Keeps the state, whole or not at all. Returns the problem as a sentence, empty when kept.
+// Keeps the state, whole or not at all, in a file for its owner alone: it holds a serial number and
+// firmware. Returns the problem as a sentence, empty when kept.
 std::string SaveState(const std::filesystem::path& folder, const BoardSpec& spec,
                       const BoardState& state);
 

@@ -187,6 +187,7 @@ std::int32_t HidBoards::Detect(std::uint32_t* count, DeviceRecord* first, std::u
   std::uint32_t found = 0;
   for (const HidrawNode& node : nodes_) {
     if (node.type != type) continue;
+    if (found == KVUSB_MOST_BOARDS) break;
     Fill(first[found++], node, PortFor(node));
   }
   if (found == 0) return 0;

@@ -3,23 +3,23 @@
 
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstdio>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <span>
 #include <string_view>
+#include <utility>
+#include <variant>
+
+#include "storage/ReadFile.h"
 
 namespace quillon {
 namespace {
 
 using Call = TraceEntry::Call;
 
-// More than any bus holds; a program has room for these (kvusb.h).
-constexpr std::size_t kMostBoards = 256;
+// A flash update of a whole board takes half a MiB, so this is a session of days.
+constexpr std::size_t kMostBytes = std::size_t{64} << 20;
 
-bool IsCrowded(const TraceEntry& entry) { return entry.boards.size() > kMostBoards; }
+bool IsCrowded(const TraceEntry& entry) { return entry.boards.size() > KVUSB_MOST_BOARDS; }
 
 // The player's sentences stand on lines of their own for a terminal; a window has one line.
 std::string OnOneLine(const std::string& text) {
@@ -47,18 +47,17 @@ Replay::Replay(const std::filesystem::path& trace) : file_(trace.string()) {
     unplayable_ = "QUILLON_REPLAY names no trace to play.";
     return;
   }
-  std::ifstream stream(trace, std::ios::binary);
-  const int reason = errno;
-  if (!stream.is_open()) {
-    unplayable_ = "The trace " + file_ + " cannot be opened: " + std::strerror(reason) + ".";
+  const auto content = ReadFile(trace, kMostBytes);
+  if (const auto* const problem = std::get_if<FileProblem>(&content)) {
+    unplayable_ = "The trace " + file_ + " " + problem->predicate + ".";
     return;
   }
-  const std::string text((std::istreambuf_iterator<char>(stream)), {});
+  const auto& text = std::get<std::string>(content);
   auto parsed = ParseWholeLines(text);
   if (const auto* wrong = std::get_if<std::string>(&parsed)) {
     unplayable_ = "The trace " + file_ + " cannot be played. " + *wrong;
-  } else if (stream.bad() || text.empty()) {
-    unplayable_ = "The trace " + file_ + " cannot be read or is empty.";
+  } else if (text.empty()) {
+    unplayable_ = "The trace " + file_ + " is empty.";
   } else {
     auto entries = std::get<std::vector<TraceEntry>>(std::move(parsed));
     if (std::any_of(entries.begin(), entries.end(), IsCrowded)) {

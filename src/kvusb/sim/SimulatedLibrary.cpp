@@ -8,16 +8,13 @@
 //
 // The variables are read at the first call. With a rig that cannot be used there are no boards, and
 // DescribeProblem(NULL) says why.
-#include <cerrno>
 #include <charconv>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
-#include <iterator>
 #include <string>
 #include <utility>
 
 #include "kvusb/AccessLibrary.h"
+#include "kvusb/boards/RigFile.h"
 #include "kvusb/sim/Bus.h"
 
 namespace quillon::sim {
@@ -33,19 +30,12 @@ std::string Variable(const char* name) {
 Rig ChosenRig(std::string& problem) {
   const std::string file = Variable("QUILLON_SIM_RIG");
   if (file.empty()) return DefaultRig();
-  std::ifstream stream(file, std::ios::binary);
-  const int reason = errno;
-  if (!stream.is_open()) {
-    problem = "The rig file " + file + " cannot be opened: " + std::strerror(reason) + ".";
+  auto rig = ReadRigFile(file);
+  if (auto* const wrong = std::get_if<std::string>(&rig)) {
+    problem = std::move(*wrong);
     return {};
   }
-  const std::string text((std::istreambuf_iterator<char>(stream)), {});
-  auto parsed = ParseRig(text);
-  if (const auto* wrong = std::get_if<std::string>(&parsed)) {
-    problem = "The rig file " + file + " cannot be used. " + *wrong;
-    return {};
-  }
-  return std::get<Rig>(std::move(parsed));
+  return std::get<Rig>(std::move(rig));
 }
 
 BusOptions ChosenOptions(std::string& problem) {

@@ -26,7 +26,7 @@ std::string Request(const TraceEntry& entry) {
 std::string Differences(const TracePacket& expected, const TracePacket& got) {
   std::string out;
   for (std::size_t i = 0; i < expected.size(); ++i) {
-    if (expected[i] != got[i]) out += " " + std::to_string(i);
+    if (expected[i] != got[i]) out += ' ' + std::to_string(i);
   }
   return out.empty() ? out : "\n  differs in byte" + out;
 }

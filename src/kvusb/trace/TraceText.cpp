@@ -188,7 +188,7 @@ bool TraceEntry::HasPacket() const {
 std::string FormatTraceEntry(const TraceEntry& entry) {
   std::string out = Seconds(entry.seconds) + " ";
   out += kCallNames[static_cast<std::size_t>(entry.call)];
-  out += " " + std::to_string(entry.argument) + " -> " + std::to_string(entry.result);
+  out += ' ' + std::to_string(entry.argument) + " -> " + std::to_string(entry.result);
   if (entry.HasPacket()) out += " : " + FormatPacket(entry.packet);
   if (entry.call == Call::kDetect && entry.result != 0) {
     out += " boards " + std::to_string(entry.boards.size());

@@ -7,14 +7,19 @@
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QGroupBox>
+#include <QGuiApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
+#include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
+#include <utility>
 
+#include "devlink/DeviceText.h"
 #include "firmware/DeviceReport.h"
 #include "firmware/SerialNumber.h"
 #include "pages/common/ButtonColumn.h"
@@ -22,7 +27,6 @@
 #include "pages/common/CFlashProgress.h"
 #include "pages/common/CReportText.h"
 #include "pages/common/FirmwareFile.h"
-#include "pages/common/FlashTips.h"
 #include "pages/common/Vendor.h"
 
 namespace quillon {
@@ -37,11 +41,21 @@ QString IncompatibleText() {
          VendorWebSite() + QStringLiteral("\r\nfor software updates.");
 }
 
+// For the middle of a sentence.
+QString NameOf(const DeviceRecord& board) {
+  const QString label = QString::fromStdString(BoardLabel(board)).trimmed();
+  return label.startsWith(':') ? QStringLiteral("Board ") + label : label;
+}
+
 }  // namespace
 
 CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode,
-                                     QWidget* parent)
-    : QWidget(parent), context_(context), device_mode_(device_mode), update_(new CFlashGroup) {
+                                     QWidget* parent, Clock clock)
+    : QWidget(parent),
+      context_(context),
+      device_mode_(device_mode),
+      clock_(std::move(clock)),
+      update_(new CFlashGroup) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(BuildReportGroup(), 3);
   layout->addWidget(update_, 2);
@@ -99,12 +113,31 @@ void CDeviceConfigPage::ConnectButtons() {
   on_click(&update_->Execute(), [this] { OnRestart(RestartButton::kExecute); });
   on_click(&update_->Load(), &CDeviceConfigPage::OnLoadFile);
   on_click(&update_->Program(), &CDeviceConfigPage::OnProgram);
+  update_->Program().installEventFilter(this);
+}
+
+CDeviceConfigPage::Clock CDeviceConfigPage::SteadyClock() {
+  return [] {
+    return std::chrono::duration_cast<std::chrono::milliseconds>(
+        std::chrono::steady_clock::now().time_since_epoch());
+  };
+}
+
+// "Program" and "Abort" are one button. The second press of a double click and the repeats of a key
+// that is held mean neither. The events know that they are, also when an erase or a detection has
+// kept them waiting.
+bool CDeviceConfigPage::eventFilter(QObject* watched, QEvent* event) {
+  const bool repeated =
+      event->type() == QEvent::MouseButtonDblClick ||
+      (event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->isAutoRepeat());
+  return repeated || QWidget::eventFilter(watched, event);
 }
 
 void CDeviceConfigPage::ShowDeviceInfo() {
   const DeviceTable& table = context_.link.table;
   update_->Progress().Reset();
   state_.device_present = !table.IsEmpty();
+  state_.reported_without_file = !state_.file_loaded;
   if (table.IsEmpty()) {
     report_->setPlainText(QString::fromStdString(EmptyDeviceReport()));
     serial_->clear();
@@ -133,11 +166,22 @@ void CDeviceConfigPage::SetMoment(FlashMoment moment) {
   ShowControls();
 }
 
+FlashBoards CDeviceConfigPage::Boards() const {
+  const DeviceTable& table = context_.link.table;
+  FlashBoards boards{NameOf(table.CurrentRecord()), run_name_,
+                     run_name_.isEmpty() || run_board_ == CurrentBoard(table)};
+  if (!boards.same && boards.of_run == boards.selected) {
+    boards.of_run = tr("Another board of the same name, %1,").arg(run_name_);
+  }
+  return boards;
+}
+
 void CDeviceConfigPage::ShowControls() {
   const FlashControls controls = FlashControlsFor(state_);
-  const auto show = [this](QWidget& widget, FlashControl control, bool enabled) {
+  const FlashBoards boards = Boards();
+  const auto show = [&](QWidget& widget, FlashControl control, bool enabled) {
     widget.setEnabled(enabled);
-    widget.setToolTip(FlashTip(control, enabled, state_));
+    widget.setToolTip(FlashTip(control, enabled, state_, boards));
   };
   show(*refresh_, FlashControl::kRefresh, controls.refresh);
   show(*flash_, FlashControl::kFlash, controls.flash);
@@ -202,16 +246,16 @@ void CDeviceConfigPage::OnLoadFile() {
 
 void CDeviceConfigPage::LoadDropped(const QString& path) {
   const auto hold = context_.link.gate.TryEnter();
-  if (!hold || !update_->Load().isEnabled()) return;
+  if (!hold || context_.link.table.IsEmpty() || !update_->Load().isEnabled()) return;
   UnloadFile();
   LoadFile(path);
 }
 
-// The image stays, but nothing can be done with it.
+// The image stays, but nothing can be done with it. What was done to the board stays true.
 void CDeviceConfigPage::UnloadFile() {
   state_.file_loaded = false;
   update_->ShowNoFile();
-  SetMoment(FlashMoment::kReported);
+  ShowControls();
 }
 
 void CDeviceConfigPage::LoadFile(const QString& path) {
@@ -251,6 +295,7 @@ void CDeviceConfigPage::dropEvent(QDropEvent* event) {
 
 void CDeviceConfigPage::OnProgram() {
   if (running_) return AbortRun();
+  if (JustAborted()) return;
   {
     const auto hold = context_.link.gate.TryEnter();
     if (!hold || context_.link.table.IsEmpty()) return;
@@ -270,11 +315,21 @@ void CDeviceConfigPage::OnProgram() {
 void CDeviceConfigPage::AbortRun() {
   if (abort_requested_) return;
   abort_requested_ = true;
+  aborted_at_ = clock_();
   SetMoment(FlashMoment::kStopped);
+}
+
+// A press so soon after "Abort", with whatever key or button, still means "Abort".
+bool CDeviceConfigPage::JustAborted() const {
+  const std::chrono::milliseconds interval(
+      QGuiApplication::styleHints()->mouseDoubleClickInterval());
+  return aborted_at_ && clock_() - *aborted_at_ < interval;
 }
 
 void CDeviceConfigPage::RunFlashUpdate() {
   auto& [library, table, gate] = context_.link;
+  run_board_ = CurrentBoard(table);
+  run_name_ = NameOf(table.CurrentRecord());
   state_.file_programmed = false;
   state_.last_run_failed = false;
   switch (FlashUpdate(library, table.CurrentRecord(), image_, *this).Run()) {

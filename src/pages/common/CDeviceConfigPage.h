@@ -2,11 +2,15 @@
 #pragma once
 
 #include <QWidget>
+#include <chrono>
+#include <functional>
 #include <optional>
 
+#include "devlink/BoardIdentity.h"
 #include "firmware/FlashControls.h"
 #include "firmware/FlashUpdate.h"
 #include "firmware/RestartCommand.h"
+#include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
 
 class QLineEdit;
@@ -29,8 +33,12 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   Q_OBJECT
 
  public:
+  // Time since some moment; never goes back.
+  using Clock = std::function<std::chrono::milliseconds()>;
+
   // `device_mode` is the device type that counts as Device Mode in the family.
-  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent);
+  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent,
+                    Clock clock = SteadyClock());
 
   // Rebuilds the report on the current board and sets the page's controls by it; without boards,
   // the empty form. Tells of a firmware that is newer than this program knows.
@@ -49,11 +57,14 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void RunEnded();
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
+  static Clock SteadyClock();
+
   QWidget* BuildReportGroup();
   QWidget* BuildSerialRow();
   void ConnectButtons();
@@ -61,6 +72,7 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   // Enables the controls as the state says, with tool tips that say why.
   void ShowControls();
   void SetMoment(FlashMoment moment);
+  FlashBoards Boards() const;
 
   void OnSetSerial();
   void OnRestart(RestartButton button);
@@ -70,6 +82,7 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void UnloadFile();
   void LoadFile(const QString& path);
   void OnProgram();
+  bool JustAborted() const;
   void RunFlashUpdate();
   void ShowWrongDevice();
   void ShowCompleted();
@@ -85,6 +98,10 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   std::uint32_t device_mode_;
   FlashPageState state_;
   KvxImage image_;
+  BoardIdentity run_board_;  // what the last run was about
+  QString run_name_;
+  Clock clock_;
+  std::optional<std::chrono::milliseconds> aborted_at_;
   bool running_ = false;         // a run is on the stack
   bool abort_requested_ = true;  // also while there is nothing to abort
   CReportText* report_ = nullptr;

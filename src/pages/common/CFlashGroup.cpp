@@ -11,6 +11,7 @@
 #include "pages/common/ButtonColumn.h"
 #include "pages/common/CFlashProgress.h"
 #include "pages/common/CReportText.h"
+#include "pages/common/FirmwareFile.h"
 
 namespace quillon {
 namespace {
@@ -54,9 +55,10 @@ CFlashGroup::CFlashGroup(QWidget* parent)
 }
 
 void CFlashGroup::ShowFile(const QString& path, const QString& loaded) {
-  file_->setText(QStringLiteral("File : ") + path);
-  file_->setToolTip(Qt::convertFromPlainText(path));
-  log_->setPlainText(QStringLiteral("File : %1 loaded.").arg(QFileInfo(path).fileName()));
+  const QString shown = ShownPath(path);
+  file_->setText(QStringLiteral("File : ") + shown);
+  file_->setToolTip(Qt::convertFromPlainText(shown));
+  log_->setPlainText(QStringLiteral("File : %1 loaded.").arg(QFileInfo(shown).fileName()));
   progress_->ShowLoaded(loaded);
 }
 

@@ -29,7 +29,7 @@ class CPlainLine : public QWidget {
   void SetText(const QString& text) {
     if (text == text_) return;
     text_ = text;
-    setAccessibleDescription(text);
+    setAccessibleName(text);
     update();
   }
 
@@ -42,26 +42,57 @@ class CPlainLine : public QWidget {
   QString text_;
 };
 
+// A text that is cut where there is no room for it.
+class CCutLabel : public QLabel {
+ public:
+  QSize minimumSizeHint() const override { return {0, QLabel::minimumSizeHint().height()}; }
+
+ protected:
+  void paintEvent(QPaintEvent* /*event*/) override {
+    QPainter(this).drawText(rect(), Qt::AlignLeft | Qt::AlignVCenter | Qt::TextSingleLine,
+                            fontMetrics().elidedText(text(), Qt::ElideRight, width()));
+  }
+};
+
 CFlashProgress::CFlashProgress(QWidget* parent)
     : QWidget(parent),
+      line_(new QHBoxLayout(this)),
       bar_(new QProgressBar),
-      loaded_(new QLabel),
+      loaded_(new CCutLabel),
       times_(new CPlainLine(QStringLiteral("00:00, about 00:00 left  "))) {
-  auto* const layout = new QHBoxLayout(this);
-  layout->setContentsMargins(0, 0, 0, 0);
-  layout->addWidget(bar_, 1);
-  layout->addWidget(loaded_);
-  layout->addSpacing(fontMetrics().averageCharWidth());
-  layout->addWidget(times_);
+  line_->setContentsMargins(0, 0, 0, 0);
+  line_->addWidget(bar_, 1);
+  line_->addWidget(loaded_);
+  line_->addSpacing(fontMetrics().averageCharWidth());
+  line_->addWidget(times_);
   bar_->setAccessibleName(tr("Progress of the flash update"));
-  loaded_->setAccessibleName(tr("What is loaded"));
-  times_->setAccessibleName(tr("Time of the flash update"));
+  // What a line is for is its description, as its text is its name for screen readers.
+  loaded_->setAccessibleDescription(tr("What is loaded"));
+  times_->setAccessibleDescription(tr("Time of the flash update"));
   clock_.start();
   Tint();
   Reset();
 }
 
-void CFlashProgress::ShowLoaded(const QString& text) { loaded_->setText(text); }
+void CFlashProgress::ShowLoaded(const QString& text) {
+  loaded_->setText(text);
+  Fold();
+}
+
+QSize CFlashProgress::minimumSizeHint() const {
+  return {times_->minimumWidth(), QWidget::minimumSizeHint().height()};
+}
+
+void CFlashProgress::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  Fold();
+}
+
+// In one line only where all of it can be read.
+void CFlashProgress::Fold() {
+  const int one_line = 2 * times_->minimumWidth() + loaded_->sizeHint().width();
+  line_->setDirection(width() < one_line ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);
+}
 
 void CFlashProgress::Begin(int records) {
   pace_.Begin(records, Now());

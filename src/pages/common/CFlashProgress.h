@@ -6,6 +6,7 @@
 
 #include "pages/common/FlashPace.h"
 
+class QBoxLayout;
 class QLabel;
 class QProgressBar;
 
@@ -13,7 +14,8 @@ namespace quillon {
 
 class CPlainLine;
 
-// The progress bar of the flash update, and beside it what is loaded and how long the run takes.
+// The progress bar of the flash update, and beside it what is loaded and how long the run takes; on
+// a narrow page below it.
 class CFlashProgress : public QWidget {
   Q_OBJECT
 
@@ -30,15 +32,20 @@ class CFlashProgress : public QWidget {
   // At 0 and inactive, as without a run.
   void Reset();
 
+  QSize minimumSizeHint() const override;
+
  protected:
+  void resizeEvent(QResizeEvent* event) override;
   void changeEvent(QEvent* event) override;
 
  private:
   FlashPace::Time Now() const { return FlashPace::Time(clock_.elapsed()); }
   void Tint();
+  void Fold();
 
   QElapsedTimer clock_;
   FlashPace pace_;
+  QBoxLayout* line_;
   QProgressBar* bar_;
   QLabel* loaded_;
   CPlainLine* times_;

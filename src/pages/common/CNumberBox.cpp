@@ -23,6 +23,18 @@ int CNumberBox::Take() {
   return value();
 }
 
+bool CNumberBox::FinishEdit() {
+  const bool kept = hasAcceptableInput();
+  interpretText();
+  return kept;
+}
+
+void CNumberBox::focusOutEvent(QFocusEvent* event) {
+  const bool kept = hasAcceptableInput();
+  QSpinBox::focusOutEvent(event);
+  if (!kept) Q_EMIT EntryCorrected();
+}
+
 void CNumberBox::stepBy(int steps) {
   const int from = Take();
   const int to = std::min(from + steps, limit_);

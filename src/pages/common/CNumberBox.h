@@ -18,10 +18,17 @@ class CNumberBox : public QSpinBox {
   void ShowHeld(int value);
   // The value, after what is being typed has been taken as if the field were left.
   int Take();
+  // Takes it too; false when it was not a number that may be chosen and another one stands there.
+  bool FinishEdit();
 
   void stepBy(int steps) override;
 
+ signals:
+  // The field was left with a text that is no number that may be chosen; another one stands there.
+  void EntryCorrected();
+
  protected:
+  void focusOutEvent(QFocusEvent* event) override;
   QValidator::State validate(QString& text, int& position) const override;
   void fixup(QString& text) const override;
   StepEnabled stepEnabled() const override;

@@ -8,6 +8,7 @@
 #include "pages/common/CSettingsPage.h"
 #include "pages/common/Vendor.h"
 #include "res/Icons.h"
+#include "widgets/CScrollPane.h"
 
 namespace quillon {
 
@@ -16,7 +17,7 @@ CPageSet::CPageSet(PageContext context, BoardFamily family, QWidget* parent)
   setDocumentMode(false);
   AddPage("tab-device", tr("Device Configuration"));
   config_ = new CDeviceConfigPage(context_, product_.device_mode, widget(0));
-  widget(0)->layout()->addWidget(config_);
+  widget(0)->layout()->addWidget(new CScrollPane(config_));
   setTabToolTip(0, tr("What the board is, its firmware, serial number and restart."));
   setTabEnabled(0, true);
   connect(config_, &CDeviceConfigPage::BoardReported, this, &CPageSet::EnablePages);

@@ -2,14 +2,19 @@
 #include "pages/common/CSettingsPage.h"
 
 #include <QBoxLayout>
+#include <QEvent>
 #include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
+#include <utility>
 
 #include "devlink/DeviceText.h"
+#include "pages/common/CButtonRow.h"
+#include "pages/common/CNumberBox.h"
 #include "pages/common/EditMarks.h"
 #include "res/Icons.h"
 #include "widgets/CGridCtrl.h"
+#include "widgets/CScrollPane.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon {
@@ -22,11 +27,10 @@ QString DefaultsQuestion() {
   return QStringLiteral("Are you sure you want to load the\r\ndefault settings for this page?");
 }
 
-CStatusLed* AddLamp(QBoxLayout* layout, const QString& name, QRgb on, QRgb off) {
+CStatusLed* AddLamp(CButtonRow& row, const QString& name, QRgb on, QRgb off) {
   auto* const lamp = new CStatusLed(name, LedStyle::kRound);
   lamp->SetColours(on, off);
-  layout->addWidget(lamp);
-  layout->addWidget(new QLabel(name));
+  row.AddLamp(lamp, new QLabel(name));
   return lamp;
 }
 
@@ -39,18 +43,24 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
       body_(AddGroup(title)),
       marks_(new EditMarks(this)) {
   auto* const layout = new QVBoxLayout(this);
-  layout->addLayout(groups_, 1);
+  // The controls scroll on a small screen; the buttons and the lamps stay.
+  auto* const groups = new QWidget;
+  groups->setLayout(groups_);
+  groups_->setContentsMargins(0, 0, 0, 0);
+  layout->addWidget(new CScrollPane(groups), 1);
   origin_line_ = new QLabel;
   origin_line_->setTextFormat(Qt::PlainText);
   // The name of a board is what a board says: it must not decide how wide the window is.
   origin_line_->setWordWrap(true);
   origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  origin_line_->setAccessibleName(tr("Where the values come from"));
+  // Not its name: that would take the place of the text for screen readers.
+  origin_line_->setAccessibleDescription(tr("Where the values come from"));
   layout->addWidget(origin_line_);
-  auto* const row = new QHBoxLayout;
-  layout->addLayout(row);
-  AddButtonRow(row);
+  auto* const row = new CButtonRow;
+  layout->addWidget(row);
+  FillButtonRow(*row);
   connect(marks_, &EditMarks::Changed, this, &CSettingsPage::ShowOrigin);
+  connect(marks_, &EditMarks::EntryRefused, this, &CSettingsPage::NoteRefusal);
   ShowOrigin();
 }
 
@@ -60,7 +70,7 @@ QBoxLayout* CSettingsPage::AddGroup(const QString& title) {
   return new QVBoxLayout(group);
 }
 
-void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
+void CSettingsPage::FillButtonRow(CButtonRow& row) {
   const auto add = [&](const char* icon, const QString& name, const QString& caption,
                        const QString& tip, auto handler) {
     auto* const button = new QPushButton(Icon(icon), QString());
@@ -70,11 +80,11 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
     button->setAccessibleDescription(caption);
     button->setToolTip(tip);
     connect(button, &QPushButton::clicked, this, handler);
+    button->installEventFilter(this);
+    buttons_.push_back(button);
     auto* const label = new QLabel(caption);
     label->setToolTip(tip);
-    layout->addWidget(button);
-    layout->addWidget(label);
-    layout->addSpacing(12);
+    row.AddButton(button, label);
   };
   add("retrieve", tr("Retrieve"), tr("Retrieve device settings."),
       tr("Reads this page's settings from the board. What was edited here is replaced."),
@@ -84,9 +94,27 @@ void CSettingsPage::AddButtonRow(QBoxLayout* layout) {
   add("defaults", tr("Defaults"), tr("Load page defaults."),
       tr("Fills this page with factory settings. The board keeps its own until Update."),
       &CSettingsPage::Defaults);
-  layout->addStretch(1);
-  busy_ = AddLamp(layout, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
-  error_ = AddLamp(layout, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+  busy_ = AddLamp(row, tr("Busy"), qRgb(0, 255, 0), qRgb(0, 125, 0));
+  error_ = AddLamp(row, tr("Error"), qRgb(255, 0, 0), qRgb(125, 0, 0));
+}
+
+void CSettingsPage::showEvent(QShowEvent* event) {
+  QWidget::showEvent(event);
+  PutButtonsLastInTabOrder();
+}
+
+// A page makes its controls after the buttons, which stand below them.
+void CSettingsPage::PutButtonsLastInTabOrder() {
+  QWidget* last = nullptr;
+  for (QWidget* next = nextInFocusChain(); next != this; next = next->nextInFocusChain()) {
+    const bool stop = (next->focusPolicy() & Qt::TabFocus) && next->focusProxy() == nullptr;
+    const bool button = std::find(buttons_.begin(), buttons_.end(), next) != buttons_.end();
+    if (isAncestorOf(next) && stop && !button) last = next;
+  }
+  for (QPushButton* const button : buttons_) {
+    if (last != nullptr) setTabOrder(last, button);
+    last = button;
+  }
 }
 
 void CSettingsPage::Retrieve() {
@@ -108,13 +136,34 @@ void CSettingsPage::Update() {
   const auto hold = context_.link.gate.TryEnter();
   if (!hold) return;
   // What was refused just now must not look stored.
-  for (auto* const grid : findChildren<CGridCtrl*>()) {
-    if (!grid->FinishEdit()) return;
-  }
+  if (!FinishEdits()) return;
   ShowError(false);
   ShowBusy(true);
   static_cast<void>(StoreOnBoard());
   ShowBusy(false);
+}
+
+// A number that is still being typed is taken over first. False when one was refused.
+bool CSettingsPage::FinishEdits() {
+  bool kept = true;
+  for (auto* const grid : findChildren<CGridCtrl*>()) kept = grid->FinishEdit() && kept;
+  for (auto* const box : findChildren<CNumberBox*>()) kept = box->FinishEdit() && kept;
+  return kept;
+}
+
+void CSettingsPage::NoteRefusal() {
+  just_refused_ = true;
+  // Posted, so it comes after the event that ended the typing.
+  QMetaObject::invokeMethod(
+      this, [this] { just_refused_ = false; }, Qt::QueuedConnection);
+}
+
+// A press on a button first takes the focus from the field that is being edited, which may refuse
+// what was typed. The press is used up then: the user has not seen yet what the field holds now.
+bool CSettingsPage::eventFilter(QObject* watched, QEvent* event) {
+  const bool used_up =
+      event->type() == QEvent::MouseButtonPress && std::exchange(just_refused_, false);
+  return used_up || QWidget::eventFilter(watched, event);
 }
 
 void CSettingsPage::Defaults() {
@@ -139,8 +188,10 @@ void CSettingsPage::ResetIndicators() {
 }
 
 void CSettingsPage::SetOrigin(Origin origin) {
+  const DeviceTable& table = context_.link.table;
   origin_ = origin;
-  origin_board_ = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
+  origin_board_ = CurrentBoard(table);
+  origin_label_ = QString::fromStdString(BoardLabel(table.CurrentRecord()));
   // After half a retrieve the edits are still edits of what was there before.
   if (origin != Origin::kPartlyRetrieved) marks_->TakeBaseline();
   ShowOrigin();
@@ -153,17 +204,16 @@ void CSettingsPage::ShowOrigin() {
       line = tr("Not retrieved from the board yet.");
       break;
     case Origin::kRetrieved:
-      line = tr("Retrieved from %1.").arg(origin_board_);
+      line = tr("Retrieved from %1.").arg(origin_label_);
       break;
     case Origin::kPartlyRetrieved:
-      line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_board_);
+      line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_label_);
       break;
     case Origin::kStored:
-      line = tr("Stored in %1.").arg(origin_board_);
+      line = tr("Stored in %1.").arg(origin_label_);
       break;
   }
-  const auto current = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
-  if (origin_ != Origin::kNone && origin_board_ != current) {
+  if (origin_ != Origin::kNone && origin_board_ != CurrentBoard(context_.link.table)) {
     line += QLatin1Char(' ') + tr("That is not the board selected now.");
   }
   if (marks_->AnyEdited()) line += QLatin1Char(' ') + tr("Edited since.");

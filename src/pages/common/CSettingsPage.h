@@ -6,16 +6,20 @@
 #include <array>
 #include <cstdint>
 #include <span>
+#include <vector>
 
+#include "devlink/BoardIdentity.h"
 #include "devlink/Exchange.h"
 #include "devlink/HidPacket.h"
 #include "pages/common/PageContext.h"
 
 class QBoxLayout;
 class QLabel;
+class QPushButton;
 
 namespace quillon {
 
+class CButtonRow;
 class CStatusLed;
 class EditMarks;
 
@@ -42,13 +46,16 @@ class CSettingsPage : public QWidget {
   // ... and then the update. Returns whether it succeeded.
   [[nodiscard]] bool StoreOnBoard();
 
-  // Lamps dark and still, as after a detection.
+  // Lamps dark and still, as after a detection. Intended: choosing another board leaves them; they
+  // tell of the page's last exchange.
   void ResetIndicators();
 
   // Says where the page's values come from, seen from the board that is current now.
   void ShowOrigin();
 
  protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
   // Reads the blocks into the shadow and fills the controls. False, with the controls as far as
   // they came, at the first exchange that failed.
   virtual bool RetrieveRoutine() = 0;
@@ -113,6 +120,8 @@ class CSettingsPage : public QWidget {
     return SendCurrent(packet);
   }
 
+  void showEvent(QShowEvent* event) override;
+
   // Lights the Error lamp, blinking, or darkens it. The frame does so for the three routines.
   void ShowError(bool error);
 
@@ -157,7 +166,10 @@ class CSettingsPage : public QWidget {
 
   void SetOrigin(Origin origin);
   void ShowBusy(bool busy);
-  void AddButtonRow(QBoxLayout* layout);
+  void FillButtonRow(CButtonRow& row);
+  bool FinishEdits();
+  void NoteRefusal();
+  void PutButtonsLastInTabOrder();
 
   PageContext context_;
   QBoxLayout* groups_;
@@ -165,10 +177,13 @@ class CSettingsPage : public QWidget {
   CStatusLed* busy_ = nullptr;
   CStatusLed* error_ = nullptr;
   QLabel* origin_line_ = nullptr;
+  std::vector<QPushButton*> buttons_;  // from left to right
   EditMarks* marks_;
   int accepted_blocks_ = 0;
+  bool just_refused_ = false;  // an entry, in the event that is being dealt with
   Origin origin_ = Origin::kNone;
-  QString origin_board_;
+  BoardIdentity origin_board_;
+  QString origin_label_;
 };
 
 }  // namespace quillon

@@ -3,9 +3,9 @@
 
 #include <QCheckBox>
 #include <QComboBox>
-#include <QSpinBox>
 #include <algorithm>
 
+#include "pages/common/CNumberBox.h"
 #include "widgets/CEditMark.h"
 #include "widgets/CGridCtrl.h"
 
@@ -26,24 +26,26 @@ void EditMarks::Track(CGridCtrl* grid) {
     }
   }
   connect(grid, &CGridCtrl::Redrawn, this, &EditMarks::Compare);
+  connect(grid, &CGridCtrl::EntryRefused, this, &EditMarks::EntryRefused);
 }
 
-void EditMarks::Track(QSpinBox* box) {
-  TrackControl(box, [box] { return QString::number(box->value()); });
+void EditMarks::Track(CNumberBox* box) {
+  Track(box, [box] { return QString::number(box->value()); });
   connect(box, qOverload<int>(&QSpinBox::valueChanged), this, &EditMarks::Compare);
+  connect(box, &CNumberBox::EntryCorrected, this, &EditMarks::EntryRefused);
 }
 
 void EditMarks::Track(QCheckBox* box) {
-  TrackControl(box, [box] { return QString::number(box->isChecked() ? 1 : 0); });
+  Track(box, [box] { return QString::number(box->isChecked() ? 1 : 0); });
   connect(box, &QCheckBox::toggled, this, &EditMarks::Compare);
 }
 
 void EditMarks::Track(QComboBox* box) {
-  TrackControl(box, [box] { return QString::number(box->currentIndex()); });
+  Track(box, [box] { return QString::number(box->currentIndex()); });
   connect(box, qOverload<int>(&QComboBox::currentIndexChanged), this, &EditMarks::Compare);
 }
 
-void EditMarks::TrackControl(QWidget* control, std::function<QString()> read) {
+void EditMarks::Track(QWidget* control, std::function<QString()> read) {
   auto* const mark = new CEditMark(control);
   items_.push_back({std::move(read), [mark](bool edited) { mark->setVisible(edited); }});
 }

@@ -7,11 +7,11 @@
 
 class QCheckBox;
 class QComboBox;
-class QSpinBox;
 
 namespace quillon {
 
 class CGridCtrl;
+class CNumberBox;
 
 // Marks the controls of a page whose value differs from a baseline: what was last retrieved from a
 // board or stored in one. A mark goes when the value is set back. Apart from the page's settings
@@ -24,18 +24,26 @@ class EditMarks : public QObject {
 
   // The controls that are watched. A grid counts with all its data cells.
   void Track(CGridCtrl* grid);
-  void Track(QSpinBox* box);
+  void Track(CNumberBox* box);
   void Track(QCheckBox* box);
   void Track(QComboBox* box);
+  // A control beside which something else decides too what is set: `read` says all of it. What no
+  // signal of a control tells of is told by Compare().
+  void Track(QWidget* control, std::function<QString()> read);
 
   // Takes what the controls show as the baseline; before the first call nothing is marked.
   void TakeBaseline();
+
+  // Shows and hides the marks for what there is now; controls that are tracked do it by themselves.
+  void Compare();
 
   bool AnyEdited() const;
 
  Q_SIGNALS:
   // Some control got or lost its mark.
   void Changed();
+  // What the user typed into some control was refused, or replaced by what the control can hold.
+  void EntryRefused();
 
  private:
   // One thing that is compared: reads its value now, and shows or hides its mark.
@@ -45,9 +53,6 @@ class EditMarks : public QObject {
     QString baseline{};
     bool edited = false;
   };
-
-  void TrackControl(QWidget* control, std::function<QString()> read);
-  void Compare();
 
   std::vector<Item> items_;
   std::vector<CGridCtrl*> grids_;

@@ -8,6 +8,7 @@
 #include <optional>
 #include <vector>
 
+#include "devlink/DeviceText.h"
 #include "devlink/Products.h"
 
 namespace quillon {
@@ -63,9 +64,13 @@ FileRefusal Refused(const QString& name, const KvxProblem& problem, std::size_t 
 
 }  // namespace
 
+QString ShownPath(const QString& path) {
+  return QString::fromStdString(ShownText(path.toStdString()));
+}
+
 std::variant<KvxImage, FileRefusal> ReadFirmwareFile(const QString& path,
                                                      std::uint16_t product_id) {
-  const QString name = QFileInfo(path).fileName();
+  const QString name = ShownPath(QFileInfo(path).fileName());
   const auto bytes = BytesOf(path);
   if (!bytes) {
     return FileRefusal{QStringLiteral("Cannot open ") + name, QStringLiteral("File Load Error")};

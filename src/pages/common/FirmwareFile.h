@@ -9,6 +9,9 @@
 
 namespace quillon {
 
+// A path or the name of a file, fit to be shown: anybody may have chosen it.
+QString ShownPath(const QString& path);
+
 // Why a file was not loaded, as a message box says it.
 struct FileRefusal {
   QString text;

@@ -20,7 +20,17 @@ enum class FlashControl {
   kLoad
 };
 
-// What a control does to the board, or why it is disabled in this state.
-QString FlashTip(FlashControl control, bool enabled, const FlashPageState& state);
+// The boards that the tips speak of, by name. The page is that of a family, so the last run may
+// have been about another board than the one that is selected now.
+struct FlashBoards {
+  QString selected;
+  QString of_run;  // stands at the beginning of a sentence
+  bool same = true;
+};
+
+// What a control does to the board, or why it is disabled in this state. Plain text for a tool tip,
+// whatever the boards' names look like.
+QString FlashTip(FlashControl control, bool enabled, const FlashPageState& state,
+                 const FlashBoards& boards);
 
 }  // namespace quillon

@@ -37,13 +37,16 @@ constexpr std::uint32_t kSixteenBits = 15;
 constexpr std::uint32_t kLargestFilter = 10;
 constexpr std::uint32_t kDefaultFilter = 5;
 
-// The columns that both kinds of channel have.
-std::vector<GridColumn> ChannelColumns(Field on, Field invert) {
+// The columns that both kinds of channel have. A tip is that of the whole column, so it tells of
+// all channels that the family has.
+std::vector<GridColumn> ChannelColumns(AnalogInputs inputs, Field on, Field invert) {
+  const bool encoders = inputs == AnalogInputs::kWithEncoders;
   std::vector<GridColumn> columns{
       {.column = kOn,
        .title = QStringLiteral("ON"),
        .tip = QStringLiteral("Switches the channel on. One that drives no axis is sent as off. "
-                             "Default: on for the analog inputs."),
+                             "Default: on%1.")
+                  .arg(encoders ? QStringLiteral(" for the analog inputs") : QString()),
        .kind = CellKind::kImageToggle,
        .field = on},
       {.column = kInvert,
@@ -65,12 +68,15 @@ std::vector<GridColumn> ChannelColumns(Field on, Field invert) {
   return columns;
 }
 
-GridColumn Resolution(Field field, std::uint32_t largest, std::uint32_t clamp_at) {
+GridColumn Resolution(AnalogInputs inputs, Field field, std::uint32_t largest,
+                      std::uint32_t clamp_at) {
   return {.column = kResolution,
           .title = QStringLiteral("Resolution"),
-          .tip = QStringLiteral("Bits of the channel's value: 4 to 12 for analog inputs, to 13 for "
-                                "encoders, to 16 for the incremental channel. Default: 12, "
-                                "incremental channel 16."),
+          .tip = inputs == AnalogInputs::kAnalogOnly
+                     ? QStringLiteral("Bits of the channel's value: 4 to 12. Default: 12.")
+                     : QStringLiteral("Bits of the channel's value: 4 to 12 for analog inputs, to "
+                                      "13 for encoders, to 16 for the incremental channel. "
+                                      "Default: 12, incremental channel 16."),
           .kind = CellKind::kCombo,
           .field = field,
           .choices = NumberedChoices(QStringLiteral("%1 Bits"), largest, kFourBits, 1),
@@ -80,8 +86,8 @@ GridColumn Resolution(Field field, std::uint32_t largest, std::uint32_t clamp_at
           .maximum = clamp_at};
 }
 
-std::vector<GridColumn> AnalogColumns() {
-  auto columns = ChannelColumns(analog::kOn, analog::kInvert);
+std::vector<GridColumn> AnalogColumns(AnalogInputs inputs) {
+  auto columns = ChannelColumns(inputs, analog::kOn, analog::kInvert);
   columns.push_back(
       {.column = kSpike,
        .title = QStringLiteral("Spike"),
@@ -96,15 +102,16 @@ std::vector<GridColumn> AnalogColumns() {
                      .field = analog::kFilter,
                      .choices = NumberedChoices(QStringLiteral("%1"), kLargestFilter, 0),
                      .maximum = kLargestFilter});
-  columns.push_back(Resolution(analog::kResolution, kTwelveBits, kTwelveBits));
+  columns.push_back(Resolution(inputs, analog::kResolution, kTwelveBits, kTwelveBits));
   return columns;
 }
 
 // The absolute encoders and the incremental channel share a record layout. A board may hold a
 // resolution or a button that the lists do not offer; it is shown and kept.
 std::vector<GridColumn> EncoderColumns(std::uint32_t largest_resolution) {
-  auto columns = ChannelColumns(encoder::kOn, encoder::kInvert);
-  columns.push_back(Resolution(encoder::kResolution, largest_resolution, kSixteenBits));
+  constexpr auto kInputs = AnalogInputs::kWithEncoders;
+  auto columns = ChannelColumns(kInputs, encoder::kOn, encoder::kInvert);
+  columns.push_back(Resolution(kInputs, encoder::kResolution, largest_resolution, kSixteenBits));
   auto buttons = NumberedChoices(QStringLiteral("Button %1"), 1, 16);
   buttons.insert(buttons.begin(), {QStringLiteral("None"), 0});
   columns.push_back({.column = kCentering,
@@ -137,7 +144,7 @@ CAnalogChannelsPage::CAnalogChannelsPage(PageContext context, AnalogInputs input
       grid_(AddChannelGrid(Body(), tr("Analog channels"),
                            HasEncoders() ? kIncrementalRow + 1 : kLastAnalogRow + 1,
                            HasEncoders() ? kCentering + 1 : kResolution + 1)),
-      analog_rows_(*grid_, kFirstAnalogRow, analog_.Words(), AnalogColumns()) {
+      analog_rows_(*grid_, kFirstAnalogRow, analog_.Words(), AnalogColumns(inputs)) {
   TitleRows(*grid_, kFirstAnalogRow, analog::Block::kRecords, QStringLiteral("Analog %1"));
   analog_rows_.BuildCells();
   if (HasEncoders()) {

@@ -12,6 +12,7 @@
 #include "pages/common/WheelGuard.h"
 #include "pages/joystick/AxisNames.h"
 #include "pages/joystick/CAxisCalibrateDlg.h"
+#include "widgets/ClickAccess.h"
 
 namespace quillon {
 namespace {
@@ -105,7 +106,12 @@ void CAxisTweakPage::AddLine(QGridLayout* grid, int axis) {
   GuardFromWheel(line.combine);
   add(line.combine, kCombine, {});
   Marks().Track(line.combine);
+  // Unix gives a list the name of a label, whatever its own is.
+  auto* const list_name = new QLabel(line.combine->accessibleName(), line.combine->parentWidget());
+  list_name->setBuddy(line.combine);
+  list_name->hide();
   line.calibrate = new QCheckBox;
+  ClickFromOutside(line.calibrate);
   add(line.calibrate, kCalibrate, Qt::AlignCenter);
   connect(line.calibrate, &QCheckBox::clicked, this, [this, axis] { Calibrate(axis); });
 }

@@ -31,7 +31,10 @@ CExpansionPortPage::CExpansionPortPage(PageContext context, ExpansionModules mod
   Body()->addStretch(1);
   DefaultsRoutine();
   Marks().Track(active_);
-  Marks().Track(module_);
+  connect(module_, &QComboBox::currentIndexChanged, &Marks(), &EditMarks::Compare);
+  Marks().Track(module_, [this] {
+    return keeps_unknown_module_ ? QString() : QString::number(module_->currentIndex());
+  });
 }
 
 void CExpansionPortPage::BuildPort(const QStringList& modules) {
@@ -59,6 +62,7 @@ void CExpansionPortPage::BuildPort(const QStringList& modules) {
   GuardFromWheel(module_);
   // Choosing the entry that is shown is a choice too.
   connect(module_, &QComboBox::activated, this, [this] { KeepUnknownModule(false); });
+  connect(module_, &QComboBox::currentIndexChanged, this, &CExpansionPortPage::WarnOfReplacement);
   label->setBuddy(module_);
   row->addWidget(module_);
   row->addStretch(1);
@@ -66,6 +70,10 @@ void CExpansionPortPage::BuildPort(const QStringList& modules) {
   unknown_ = new QLabel;
   unknown_->setWordWrap(true);
   Body()->addWidget(unknown_);
+  replacement_ = new QLabel;
+  replacement_->setWordWrap(true);
+  replacement_->hide();
+  Body()->addWidget(replacement_);
 }
 
 void CExpansionPortPage::BuildDisplayAdvice() {
@@ -82,6 +90,7 @@ void CExpansionPortPage::BuildDisplayAdvice() {
 void CExpansionPortPage::FollowActive(bool active) {
   lamp_->SetLit(active);
   module_->setEnabled(active);
+  WarnOfReplacement();
 }
 
 void CExpansionPortPage::KeepUnknownModule(bool keep) {
@@ -90,6 +99,30 @@ void CExpansionPortPage::KeepUnknownModule(bool keep) {
   unknown_->setText(tr("The board holds the module code %1, which is not in the list. It is kept "
                        "until a module is chosen.")
                         .arg(block_.Get(0, expansion::kModule)));
+  WarnOfReplacement();
+  Marks().Compare();
+}
+
+std::uint32_t CExpansionPortPage::ModuleToSend() const {
+  const int index = module_->currentIndex();
+  const bool listed = index >= 0 && !keeps_unknown_module_;
+  return listed ? static_cast<std::uint32_t>(index) + 1 : block_.Get(0, expansion::kModule);
+}
+
+QString CExpansionPortPage::NameOf(std::uint32_t module) const {
+  const bool listed = module >= 1 && module <= static_cast<std::uint32_t>(module_->count());
+  return listed ? module_->itemText(static_cast<int>(module) - 1) : tr("code %1").arg(module);
+}
+
+// While the port is off nobody chooses a module, but an update sends one all the same.
+void CExpansionPortPage::WarnOfReplacement() {
+  const std::uint32_t sent = ModuleToSend();
+  const bool unasked = held_unseen_ || !active_->isChecked();
+  const bool replaced = unasked && held_module_.value_or(sent) != sent;
+  replacement_->setVisible(replaced);
+  if (!replaced) return;
+  replacement_->setText(tr("The board held the module %1. Update replaces it by %2.")
+                            .arg(NameOf(*held_module_), NameOf(sent)));
 }
 
 bool CExpansionPortPage::RetrieveRoutine() {
@@ -97,9 +130,11 @@ bool CExpansionPortPage::RetrieveRoutine() {
   const bool active = block_.Get(0, expansion::kActive) != 0;
   const int index = static_cast<int>(block_.Get(0, expansion::kModule)) - 1;
   const bool known = index >= 0 && index < module_->count();
+  held_module_ = block_.Get(0, expansion::kModule);
+  held_unseen_ = !active;
   active_->setChecked(active);
   // Intended: the list stays as it is while the port is off, and an update then sends what it
-  // shows.
+  // shows. The page says so before.
   if (active && known) module_->setCurrentIndex(index);
   KeepUnknownModule(active && !known);
   return true;
@@ -108,11 +143,12 @@ bool CExpansionPortPage::RetrieveRoutine() {
 bool CExpansionPortPage::UpdateRoutine() {
   block_.Set(0, expansion::kActive, active_->isChecked() ? 1 : 0);
   block_.Set(0, expansion::kUnused, 0);
-  const int index = module_->currentIndex();
-  if (index >= 0 && !keeps_unknown_module_) {
-    block_.Set(0, expansion::kModule, static_cast<std::uint32_t>(index) + 1);
-  }
-  return UpdateBlock(expansion::kWrite, block_);
+  block_.Set(0, expansion::kModule, ModuleToSend());
+  if (!UpdateBlock(expansion::kWrite, block_)) return false;
+  held_module_ = ModuleToSend();
+  held_unseen_ = false;
+  WarnOfReplacement();
+  return true;
 }
 
 void CExpansionPortPage::DefaultsRoutine() {

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include "pages/common/CSettingsPage.h"
 #include "settings/ExpansionBlock.h"
 
@@ -33,15 +35,22 @@ class CExpansionPortPage final : public CSettingsPage {
   void BuildDisplayAdvice();
   void FollowActive(bool active);
   void KeepUnknownModule(bool keep);
+  std::uint32_t ModuleToSend() const;
+  QString NameOf(std::uint32_t module) const;
+  void WarnOfReplacement();
 
   QCheckBox* active_ = nullptr;
   CStatusLed* lamp_ = nullptr;
   QComboBox* module_ = nullptr;
   QLabel* unknown_ = nullptr;
+  QLabel* replacement_ = nullptr;
   expansion::Block block_;
   // The board of an active port named a module that is not in the list. Its code goes back until
   // another one is chosen, although the list shows the former choice.
   bool keeps_unknown_module_ = false;
+  // What the board held last, and whether its port was off, so that the list does not show it.
+  std::optional<std::uint32_t> held_module_;
+  bool held_unseen_ = false;
 };
 
 }  // namespace quillon

@@ -35,6 +35,7 @@ constexpr std::uint32_t kMid = 2;
 
 std::vector<GridColumn> HatColumns(std::initializer_list<Mode> modes,
                                    std::span<const std::uint32_t> shown) {
+  const bool inputs_only = shown.empty();
   std::vector<Choice> choices;
   for (const Mode mode : modes) choices.push_back({QString(kModeTexts[mode]), mode});
   return {{.column = kOn,
@@ -45,8 +46,11 @@ std::vector<GridColumn> HatColumns(std::initializer_list<Mode> modes,
            .standard = 1},
           {.column = kMode,
            .title = QStringLiteral("            Mode            "),
-           .tip = QStringLiteral("A POV hat switch, four plain digital inputs, or what else the "
-                                 "connector can be. A FALCO takes both. Default: POV."),
+           .tip = inputs_only
+                      ? QStringLiteral("A POV hat switch or four plain digital inputs. Default: "
+                                       "POV.")
+                      : QStringLiteral("A POV hat switch, four plain digital inputs, or what else "
+                                       "the connector can be. A FALCO takes both. Default: POV."),
            .kind = CellKind::kCombo,
            .field = hat::kMode,
            .choices = std::move(choices),

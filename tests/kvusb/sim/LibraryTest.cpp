@@ -74,14 +74,17 @@ TEST_F(SimLibrary, DetectsAnswersAndForgetsAllWhenUnloaded) {
   EXPECT_EQ(read_(&table_[0], packet), KVUSB_OK);
   EXPECT_EQ(packet[0], 0x0D);
   int calls = 0;
-  EXPECT_NE(set_handler_([](std::uint32_t, std::uint32_t, const char*,
-                            void* context) { ++*static_cast<int*>(context); },
-                         &calls),
-            0);
-  std::uint8_t restart[65] = {0, 0, 0, 0, 9};
-  write_(&table_[1], restart);
-  read_(&table_[1], restart);
-  EXPECT_EQ(calls, 2);
+  DeviceChangeHandler handler = [](std::uint32_t, std::uint32_t, const char*, void* context) {
+    ++*static_cast<int*>(context);
+  };
+  for (const std::size_t board : {1U, 2U}) {
+    EXPECT_NE(set_handler_(handler, &calls), 0);
+    std::uint8_t restart[65] = {0, 0, 0, 0, 9};
+    write_(&table_[board], restart);
+    EXPECT_EQ(read_(&table_[board], restart), KVUSB_OK);
+    EXPECT_EQ(calls, 2) << "and none after it was taken back";
+    handler = nullptr;
+  }
   EXPECT_NE(close_(count, table_.data()), 0);
 
   Unload();
@@ -115,16 +118,20 @@ TEST_F(SimLibrary, KeepsSettingsInTheStateFolder) {
 
 TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
   const auto file = testing::OwnFolders::Root() / "r\u00FCg.json";
-  for (const bool exists : {false, true}) {
-    if (exists) std::ofstream(file) << R"({"boards": [{"id": "x"}]})";
+  for (const std::string reason :
+       {"cannot be opened: No such file or directory.", "is a folder.", "lacks \"product\""}) {
+    if (reason == "is a folder.") {
+      std::filesystem::create_directory(file);
+    } else if (std::filesystem::remove(file)) {
+      std::ofstream(file) << R"({"boards": [{"id": "x"}]})";
+    }
     setenv("QUILLON_SIM_RIG", file.c_str(), 1);
     Load();
     std::uint32_t count = 5;
     for (std::uint32_t type = 1; type <= 3; ++type)
       EXPECT_EQ(detect_(&count, table_.data(), type), 0);
     EXPECT_NE(close_(0, table_.data()), 0);
-    EXPECT_THAT(Problem(), AllOf(HasSubstr(file.string()),
-                                 HasSubstr(exists ? "lacks \"product\"" : "No such file")));
+    EXPECT_THAT(Problem(), AllOf(HasSubstr(file.string()), HasSubstr(reason)));
     for (std::uint32_t size = 1; size < 100; ++size) {
       std::string cut(size, '?');
       EXPECT_NE(describe_(nullptr, cut.data(), size), 0);

@@ -44,7 +44,10 @@ TEST(SimRig, TheDefaultRigShowsWhatCanDiffer) {
 
 TEST(SimRig, BrokenRigsAreToldWithThePlace) {
   const std::string front = R"({"boards": [{"id": "x", "product": "0x0910", "firmware": "2.82")";
+  std::string crowd = R"({"boards": [0)";
+  for (int more = 0; more < 256; ++more) crowd += ", 0";
   const std::pair<std::string, const char*> broken[] = {
+      {crowd + "]}", "The rig lists 257 boards; a bus holds 256 at most."},
       {"", "no valid JSON"},
       {R"({"boards": [)", "line 1, column"},
       {R"({"boards": [{"id": )" + std::string(200'000, '[') + std::string(200'000, ']') + "}]}",

@@ -43,11 +43,17 @@ TEST_F(SimState, SettingsSerialAndCalibrationOutliveTheBus) {
     bench.Ask({0, 0, 0, 0, 0x33, 0, 6, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06});
     bench.Ask({0, 0, 0, 0, 7, 0, '9', '8', '7'});
   }
+  const fs::path leftover = folder_ / "b.json.999999999.tmp";  // no system counts that far
+  std::ofstream(leftover) << "half";
+  fs::permissions(File(), fs::perms(0644));
   SimBench bench(kJoystickBoard, Options());
   EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xFA, 0x12, 0xFB, 0x34));
   EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x30, 0, 6}, 7), ElementsAre(0x30, 1, 2, 3, 4, 5, 6));
   EXPECT_STREQ(bench.record.serial_number, "987") << "a new start, so the new number";
   EXPECT_THAT(bench.bus.Problem(&bench.record), IsEmpty());
+  EXPECT_FALSE(fs::exists(leftover));
+  bench.Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
+  EXPECT_EQ(fs::status(File()).permissions(), fs::perms(0600)) << "the owner's alone";
 }
 
 TEST_F(SimState, ModeFlashAndNodesOutliveTheBus) {
@@ -126,15 +132,18 @@ TEST_F(SimState, AFolderThatCannotBeUsedIsToldAndTheBoardsWork) {
   EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}), ElementsAre(0x13));
 
   // A folder in the place of the file: neither read nor written.
-  fs::create_directories(folder_ / "c.json.tmp");
+  fs::create_directories(folder_ / "b.json");
+  SimBench other(kJoystickBoard, Options());
+  EXPECT_THAT(other.bus.Problem(&other.record), HasSubstr("is a folder"));
   Bus bus(RigOf(R"({"id": "c", )" + kJoystickBoard + "}"), Options());
   DeviceRecord record{};
   std::uint32_t count = 0;
+  fs::create_directory(folder_ / "c.json");
   ASSERT_NE(bus.Detect(&count, &record, KVUSB_TYPE_FIRMWARE), 0);
   std::uint8_t packet[65] = {0, 0, 0, 0, 0x0F, 1, 1, 2, 3, 4};
   EXPECT_EQ(bus.Write(&record, packet), KVUSB_OK);
   EXPECT_THAT(bus.Problem(&record), HasSubstr("cannot be kept"));
-  fs::remove(folder_ / "c.json.tmp");
+  fs::remove(folder_ / "c.json");
   EXPECT_EQ(bus.Write(&record, packet), KVUSB_OK);
   EXPECT_THAT(bus.Problem(&record), IsEmpty()) << "kept again";
 }

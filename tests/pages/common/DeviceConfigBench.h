@@ -59,7 +59,7 @@ class DeviceConfigBench {
         sim(bus),
         library(sim),
         bench(library),
-        page(bench.Context(), device_mode, nullptr) {
+        page(bench.Context(), device_mode, nullptr, [this] { return now; }) {
     Detect();
   }
 
@@ -102,15 +102,10 @@ class DeviceConfigBench {
     throw std::runtime_error("The page has no text " + name.toStdString());
   }
   std::string Log() const { return TextOf("Log of the flash update"); }
-  std::string Loaded() const {
-    for (const auto* const label : page.findChildren<QLabel*>()) {
-      if (label->accessibleName() == "What is loaded") return label->text().toStdString();
-    }
-    return "none";
-  }
+  std::string Loaded() const { return Named<QLabel>(page, "What is loaded").text().toStdString(); }
 
-  // Loads a file through the dialog; a message that refuses it is expected by the caller.
-  void Load(const QString& path) {
+  // Loads a file through the dialog; nothing cancels it. The caller expects a message, if any.
+  void Load(const std::optional<QString>& path) {
     bench.prompts.ExpectOpenFile(path);
     Click("Load...");
   }
@@ -121,6 +116,7 @@ class DeviceConfigBench {
   SimLibrary sim;
   FaultyLibrary library;
   PageBench bench;
+  std::chrono::milliseconds now{};
   CDeviceConfigPage page;
 };
 

@@ -50,13 +50,13 @@ TEST(DeviceConfigPage, LoadsAFileAndSaysWhatItHolds) {
     DeviceConfigBench bench(kInFlashMode);
     EXPECT_EQ(bench.Loaded(), "No file is loaded.");
     EXPECT_EQ(bench.Enabled(), kUnloaded);
-    bench.Load(WriteFile("a %1 b.kvx", bytes));
+    bench.Load(WriteFile(u"a %1\u202E\u202Eb.kvx"_qs, bytes));
     EXPECT_EQ(bench.Loaded(), loaded);
-    EXPECT_EQ(bench.Log(), "File : a %1 b.kvx loaded.");
+    EXPECT_EQ(bench.Log(), "File : a %1\uFFFDb.kvx loaded.");
     EXPECT_EQ(bench.Enabled(), kFileLoaded);
     QStringList labels;
     for (const auto* const label : bench.page.findChildren<QLabel*>()) labels << label->text();
-    EXPECT_TRUE(labels.contains("File : " + PathOf("a %1 b.kvx")));
+    EXPECT_TRUE(labels.contains("File : " + PathOf(u"a %1\uFFFDb.kvx"_qs)));
   }
 }
 
@@ -143,8 +143,9 @@ TEST(DeviceConfigPage, TakesOneDroppedFileWhileLoadIsEnabled) {
   EXPECT_EQ(bench.Enabled(), kFileLoaded);
   EXPECT_EQ(bench.Log(), "File : dropped.KVX loaded.");
 
-  bench.bench.prompts.ExpectMessage("Cannot open gone.kvx", "File Load Error", Icon::kExclamation);
-  EXPECT_TRUE(Drop(bench.page, {QUrl::fromLocalFile(PathOf("gone.kvx"))}));
+  bench.bench.prompts.ExpectMessage("Cannot open gone\uFFFD.kvx", "File Load Error",
+                                    Icon::kExclamation);
+  EXPECT_TRUE(Drop(bench.page, {QUrl::fromLocalFile(PathOf(u"gone\n\u3164.kvx"_qs))}));
   EXPECT_EQ(bench.Enabled(), kUnloaded);
 
   DeviceConfigBench device_mode(R"("product": "0x0910", "firmware": "2.82")");

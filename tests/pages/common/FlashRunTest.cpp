@@ -1,5 +1,7 @@
 // SPDX-License-Identifier: MIT
+#include <QMouseEvent>
 #include <QProgressBar>
+#include <QStyleHints>
 #include <functional>
 #include <optional>
 
@@ -168,6 +170,11 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
     if (run.ended > 0) return;
     EXPECT_FALSE(run.bench.link.gate.IsOpen());
     seen.push_back(run.Enabled());
+    // The second press of a double click on "Program" is not meant for "Abort".
+    QMouseEvent again(QEvent::MouseButtonDblClick, {3, 3}, {3, 3}, Qt::LeftButton, Qt::LeftButton,
+                      Qt::NoModifier);
+    QCoreApplication::sendEvent(&run.Press("Abort"), &again);
+    EXPECT_FALSE(run.Press("Abort").isDown());
   });
   run.ExpectSuccess();
   run.bench.prompts.WhileOpen([&] {
@@ -181,6 +188,10 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
   run.Detect();
   EXPECT_EQ(run.Bar(), 0);
   EXPECT_EQ(run.Enabled(), kExecutable);
+  run.Load(std::nullopt);
+  EXPECT_EQ(run.Enabled(), kExecutable) << "what the board holds does not depend on the file";
+  run.Detect();
+  EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Load...");
   run.LoadFirmware();
   EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Program Load...");
 }
@@ -211,6 +222,15 @@ TEST(FlashRun, AbortsBeforeTheNextRecordAndStartsNothingInBetween) {
     EXPECT_TRUE(run.Board().flash_mode);
     EXPECT_FALSE(run.Board().flash.valid);
     EXPECT_EQ(run.Board().flash.bytes.size(), 4U * static_cast<unsigned>(record));
+    const auto interval = QGuiApplication::styleHints()->mouseDoubleClickInterval();
+    run.now += std::chrono::milliseconds(interval - 1);
+    run.Click("Program");
+    EXPECT_EQ(run.started, 1) << "the second click of two on Abort";
+    run.now += std::chrono::milliseconds(1);
+    QKeyEvent held(QEvent::KeyPress, Qt::Key_Return, Qt::NoModifier, {}, true);
+    run.Press("Program").setAutoDefault(true);  // as in a dialog
+    QCoreApplication::sendEvent(&run.Press("Program"), &held);
+    EXPECT_EQ(run.started, 1);
     run.ExpectSecondRunSucceeds();
   }
 }
@@ -233,6 +253,30 @@ TEST(FlashRun, SendsNothingToABoardOfAnotherProduct) {
   run.bench.link.table.SetCurrent(0);
   run.page.ShowDeviceInfo();
   run.ExpectSecondRunSucceeds();
+}
+
+TEST(FlashRun, SaysWhichBoardItWasAbout) {
+  RunBench run(std::string(kInFlashMode) + R"(, "serial": "001"},
+      {"id": "c", "product": "0x0910", "serial": "002", "firmware": "2.71", "mode": "flash")");
+  // Which boards the tool tips of "Program" and "Execute" name.
+  const auto named = [&](unsigned selected) {
+    run.bench.link.table.SetCurrent(selected);
+    run.page.ShowDeviceInfo();
+    std::string all;
+    for (const char* const button : {"Program", "Execute"}) {
+      const QString tip = run.Press(button).toolTip();
+      all += std::string(tip.contains(": 001") ? "1" : "") + (tip.contains(": 002") ? "2;" : ";");
+    }
+    return all;
+  };
+  run.LoadFirmware();
+  EXPECT_EQ(named(0), "1;1;");
+  run.ExpectSuccess();
+  run.Program();
+  EXPECT_EQ(named(0), "1;1;");
+  EXPECT_EQ(named(1), "12;12;");
+  run.LoadFirmware();
+  EXPECT_EQ(named(1), "2;2;");
 }
 
 TEST(FlashRun, ErasesAndFinishesWithAFileWithoutRecords) {

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QApplication>
 #include <QCheckBox>
 #include <QLabel>
@@ -20,10 +21,17 @@
 namespace quillon::testing {
 namespace {
 
+// As a screen reader does it: a click.
+void Click(QAbstractButton& button) {
+  auto* const actions = QAccessible::queryAccessibleInterface(&button)->actionInterface();
+  actions->doAction(QAccessibleActionInterface::toggleAction());
+  QCoreApplication::processEvents();
+}
+
 // Opens the calibration of the Z axis and acts on the dialog as soon as it runs its event loop.
 void Calibrate(CAxisTweakPage& page, std::function<void(QDialog&)> act) {
   bool opened = false;
-  QTimer::singleShot(0, &page, [&] {
+  const auto handle = [&] {
     auto* const dialog = qobject_cast<QDialog*>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
     opened = true;
@@ -32,9 +40,11 @@ void Calibrate(CAxisTweakPage& page, std::function<void(QDialog&)> act) {
     if (!dialog->isVisible()) return;
     ADD_FAILURE() << "still open";
     dialog->reject();
-  });
+  };
+  // Behind the click, which waits on the event queue itself.
+  QTimer::singleShot(0, &page, [&] { QTimer::singleShot(0, &page, handle); });
   auto& box = Named<QCheckBox>(page, "Z axis: Calibrate");
-  box.click();
+  Click(box);
   EXPECT_TRUE(opened);
   EXPECT_FALSE(box.isChecked());
 }
@@ -48,7 +58,7 @@ Widget& WithText(const QWidget& dialog, const QString& text) {
 }
 
 void Press(QDialog& dialog, const char* button) { WithText<QPushButton>(dialog, button).click(); }
-void Choose(QDialog& dialog, const char* mode) { WithText<QRadioButton>(dialog, mode).click(); }
+void Choose(QDialog& dialog, const char* mode) { Click(WithText<QRadioButton>(dialog, mode)); }
 QSpinBox& Value(const QDialog& dialog, const char* name) { return Named<QSpinBox>(dialog, name); }
 
 // The mode, whether its values can be edited, and the values.

@@ -1,9 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QCheckBox>
 #include <QComboBox>
 #include <QSpinBox>
+#include <QTest>
 
 #include "pages/joystick/CAxisTweakPage.h"
 #include "testing/link/TranscriptLibrary.h"
@@ -72,11 +74,36 @@ TEST(AxisTweak, SendsEveryEditOfAnAxis) {
   Named<QSpinBox>(page, "Y axis: Deadzone %").setValue(2);
   Named<QSpinBox>(page, "Y axis: Trim Max %").setValue(100);
   EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001. Edited since.");
+  const auto& combine =
+      *QAccessible::queryAccessibleInterface(&Named<QComboBox>(page, "Y axis: Combine"));
+  EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("Edited. The axis that"));
   library.Expect(R"(
     write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 f9 01 02 64 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
     read 0 -> 0 : 23 *)");
   Button(page, "Update").click();
   EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
+  EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("The axis that"));
+}
+
+TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
+  TranscriptLibrary library("");
+  PageBench bench(library);
+  CAxisTweakPage page(bench.Context());
+  page.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
+  auto& percent = Named<QSpinBox>(page, "X axis: Trim Min %");
+  for (const bool with_the_mouse : {true, false}) {
+    percent.setFocus();
+    percent.selectAll();
+    QTest::keyClicks(&percent, "150");
+    auto& update = Button(page, "Update");
+    with_the_mouse ? QTest::mouseClick(&update, Qt::LeftButton) : update.click();
+    EXPECT_EQ(LineText(page, "X"), "X: 100 0 0 X");
+  }
+  library.Expect(
+      "write 0 -> 0 : 00 00 00 00 23 01 00 64 00 00 04 00 00 00 08 00 00 00 0c 00 00 "
+      "00 10 00 00 00 14 00 00 00 18 00 00 00 1c *\nread 0 -> 0 : 23 *");
+  QTest::mouseClick(&Button(page, "Update"), Qt::LeftButton);
 }
 
 TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {

@@ -5,10 +5,12 @@
 #include <QComboBox>
 #include <QGroupBox>
 #include <QLabel>
+#include <cstring>
 
 #include "pages/joystick/CExpansionPortPage.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
+#include "widgets/CEditMark.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
@@ -27,12 +29,15 @@ std::string PortText(const QWidget& page) {
   return (active ? "on, " : "off, ") + Module(page).currentText().toStdString();
 }
 
-bool NamesAnUnknownModule(const QWidget& page, int code) {
-  const QString begin = QStringLiteral("The board holds the module code %1,").arg(code);
+// Whether the page shows a line that begins so.
+bool Says(const QWidget& page, const QString& begin) {
   for (const QLabel* const label : page.findChildren<QLabel*>()) {
-    if (label->text().startsWith(begin)) return label->isVisibleTo(&page);
+    if (label->isVisibleTo(&page) && label->text().startsWith(begin)) return true;
   }
   return false;
+}
+bool NamesAnUnknownModule(const QWidget& page, int code) {
+  return Says(page, QStringLiteral("The board holds the module code %1,").arg(code));
 }
 
 std::string Retrieved(const char* block) {
@@ -54,13 +59,17 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     const char* shown;
     const char* sent;
     int unknown = -1;
+    const char* replaced = nullptr;
   };
   const Case cases[]{
       {"first", kFull, "Zephyr Card", "01 01", "on, Lumen Card", "01 01"},
       {"last", kFull, "Zephyr Card", "01 05", "on, Character LCD 20 x 4", "01 05"},
       {"all bits set", kFull, "Zephyr Card", "ff 03", "on, Absolute Tarn Encoders", "01 03"},
-      {"off, with a module", kFull, "Zephyr Card", "fe 02", "off, Zephyr Card", "00 04"},
-      {"off, without a module", kFull, "Zephyr Card", "00 00", "off, Zephyr Card", "00 04"},
+      {"off, with a module", kFull, "Zephyr Card", "fe 02", "off, Zephyr Card", "00 04", -1,
+       "Absolute SSI Encoders"},
+      {"off, with the module shown", kFull, "Zephyr Card", "00 04", "off, Zephyr Card", "00 04"},
+      {"off, without a module", kFull, "Zephyr Card", "00 00", "off, Zephyr Card", "00 04", -1,
+       "code 0"},
       {"no module", kFull, "Zephyr Card", "01 00", "on, Zephyr Card", "01 00", 0},
       {"a newer module", kFull, "Zephyr Card", "01 06", "on, Zephyr Card", "01 06", 6},
       {"no byte is negative", kFull, "Zephyr Card", "01 ff", "on, Zephyr Card", "01 ff", 255},
@@ -79,8 +88,40 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     for (const int code : {0, 3, 6, 255}) {
       EXPECT_EQ(NamesAnUnknownModule(page, code), code == c.unknown) << code;
     }
+    const QString held = "The board held the module %1. Update replaces it by Zephyr Card.";
+    EXPECT_EQ(Says(page, c.replaced ? held.arg(c.replaced) : "The board held"),
+              c.replaced != nullptr);
     Button(page, "Update").click();
     EXPECT_FALSE(Lamp(page, "Error").IsLit());
+    EXPECT_FALSE(Says(page, "The board held"));
+  }
+}
+
+// Serial numbers stand for boards that are alike otherwise.
+TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
+  const struct {
+    std::vector<const char*> boards;
+    std::uint32_t selected;
+    bool known;
+  } cases[]{{{"1", "1", "2"}, 1, true},  {{"1", "1", "2"}, 0, false},
+            {{"1", "1", "2"}, 2, false}, {{"2", "3", "1", "1"}, 3, true},
+            {{"1"}, 0, false},           {{}, 0, false}};
+  TranscriptLibrary library(Retrieved("01 01"));
+  PageBench bench(library);
+  CExpansionPortPage page(bench.Context(), kFull);
+  DeviceTable& table = bench.link.table;
+  const DeviceRecord board = table.CurrentRecord();
+  for (const auto& c : cases) {
+    table.Clear();
+    for (const char* const serial : c.boards) {
+      table.Free().front() = board;
+      std::strcpy(table.Free().front().serial_number, serial);
+      table.Append(1, KVUSB_TYPE_FIRMWARE);
+    }
+    table.SetCurrent(c.selected);
+    if (&c == cases) Button(page, "Retrieve").click();
+    page.ShowOrigin();
+    EXPECT_EQ(OriginOf(page).contains("not the board selected"), !c.known) << (&c - cases);
   }
 }
 
@@ -93,15 +134,19 @@ TEST(ExpansionPort, ForgetsAnUnknownModuleWhenTheUserChooses) {
   Active(page).click();
   library.Expect(Stored("01 06"));
   Button(page, "Update").click();
+  EXPECT_EQ(OriginOf(page).indexOf("Edited"), -1);
   // The entry that is shown already.
   Q_EMIT Module(page).activated(0);
   EXPECT_FALSE(NamesAnUnknownModule(page, 6));
+  EXPECT_GT(OriginOf(page).indexOf("Edited"), 0);
   library.Expect(Stored("01 01"));
   Button(page, "Update").click();
 
   library.Expect(Retrieved("01 06"));
   Button(page, "Retrieve").click();
+  Active(page).click();
   page.LoadDefaults();
+  EXPECT_TRUE(Module(page).findChild<CEditMark*>()->isVisibleTo(&Module(page)));
   library.Expect(Stored("00 01"));
   Button(page, "Update").click();
   EXPECT_EQ(PortText(page), "off, Lumen Card");
@@ -134,18 +179,12 @@ TEST(ExpansionPort, FollowsItsCheckBox) {
 TEST(ExpansionPort, OnlyTheFullControllerGivesAdviceOnTheDisplay) {
   TranscriptLibrary library("");
   PageBench bench(library);
-  const CExpansionPortPage full(bench.Context(), kFull);
-  const CExpansionPortPage scan_matrix(bench.Context(), kScanMatrix);
-  const auto titles = [](const QWidget& page) {
-    std::vector<std::string> out;
-    for (const auto* group : page.findChildren<QGroupBox*>()) {
-      out.push_back(group->title().toStdString());
-    }
-    return out;
-  };
-  EXPECT_THAT(titles(full),
-              ::testing::ElementsAre("Expansion Port Configuration", "Character LCD 20 x 4 mode"));
-  EXPECT_THAT(titles(scan_matrix), ::testing::ElementsAre("Expansion Port Configuration"));
+  for (const auto modules : {kFull, kScanMatrix}) {
+    const CExpansionPortPage page(bench.Context(), modules);
+    QStringList titles;
+    for (const auto* group : page.findChildren<QGroupBox*>()) titles << group->title();
+    EXPECT_EQ(titles.contains("Character LCD 20 x 4 mode"), modules == kFull);
+  }
 }
 
 }  // namespace quillon::testing

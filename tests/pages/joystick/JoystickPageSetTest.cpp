@@ -153,6 +153,21 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
   }
 }
 
+TEST(JoystickPageSet, TipsOfTheSmallControllerSpeakOfNoChannelThatItLacks) {
+  SimProgram program(0x0920);
+  CJoystickPageSet pages(program.bench.Context(), JoystickFamily::kSmall);
+  QString tips;
+  for (int tab = 1; tab < pages.count(); ++tab) {
+    for (const auto* grid : pages.Page(tab)->findChildren<CGridCtrl*>()) {
+      for (int i = 0; i + 1 < grid->Columns(); ++i) {
+        tips += grid->model()->headerData(i, Qt::Horizontal, Qt::ToolTipRole).toString();
+      }
+    }
+  }
+  EXPECT_THAT(tips.toStdString(),
+              ::testing::Not(::testing::ContainsRegex("ncremental|FALCO|the analog|13")));
+}
+
 TEST(JoystickPageSet, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
   for (const Family& family : Families()) {
     SCOPED_TRACE(family.name);

@@ -15,13 +15,12 @@
 #include <array>
 #include <cstdlib>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
-#include <iterator>
 #include <sstream>
 #include <string>
 #include <vector>
 
+#include "kvusb/boards/RigFile.h"
 #include "testing/kernel/EmulatedKernel.h"
 
 namespace quillon::testing {
@@ -29,15 +28,6 @@ namespace {
 
 // How soon a board that was told to restart does so.
 constexpr int kLookMs = 2;
-
-std::optional<sim::Rig> ReadRig(const char* file) {
-  std::ifstream stream(file, std::ios::binary);
-  const std::string text((std::istreambuf_iterator<char>(stream)), {});
-  auto parsed = sim::ParseRig(text);
-  if (auto* const rig = std::get_if<sim::Rig>(&parsed)) return std::move(*rig);
-  std::cerr << file << ": " << std::get<std::string>(parsed) << '\n';
-  return std::nullopt;
-}
 
 // Two named pipes in a folder of their own.
 class Control {
@@ -116,6 +106,10 @@ int main(int argc, char** argv) {
     std::cerr << "usage: quillon-emulated-boards [--others N] RIG COMMAND [ARGUMENT...]\n";
     return 2;
   }
-  const auto rig = quillon::testing::ReadRig(argv[next]);
-  return rig ? quillon::testing::Run(others, *rig, argv + next + 1) : 2;
+  const auto rig = quillon::sim::ReadRigFile(argv[next]);
+  if (const auto* const wrong = std::get_if<std::string>(&rig)) {
+    std::cerr << *wrong << '\n';
+    return 2;
+  }
+  return quillon::testing::Run(others, std::get<quillon::sim::Rig>(rig), argv + next + 1);
 }

@@ -36,11 +36,12 @@ class PageBench {
   ScriptedPrompts prompts;
 };
 
-// Controls of a page, by the name that they have for a screen reader. A missing one ends the test.
+// Controls of a page, by what a screen reader calls them. A missing one ends the test.
 template <typename Control>
 Control& Named(const QWidget& page, const QString& name) {
   for (auto* const control : page.findChildren<Control*>()) {
-    if (control->accessibleName() == name) return *control;
+    const QStringList called{control->accessibleName(), control->accessibleDescription()};
+    if (called.contains(name)) return *control;
   }
   throw std::runtime_error("The page has no control " + name.toStdString());
 }
