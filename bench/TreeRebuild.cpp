@@ -28,7 +28,7 @@ void PutText(std::span<char> text, std::string_view value) {
 void FillTable(DeviceTable& table) {
   for (std::size_t i = 0; i < kBoards; ++i) {
     DeviceRecord& record = table.Free()[i];
-    record.product_id = kNodeSystemProduct;
+    record.product_id = 0x0800;
     PutText(record.product_text, "Board of a certain kind");
     PutText(record.serial_number, "000");
   }

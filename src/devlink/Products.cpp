@@ -19,8 +19,8 @@ constexpr std::uint32_t kSecond = KVUSB_TYPE_FIRMWARE_ID;
 //
 // clang-format off
 constexpr std::array<Product, 16> kProducts{{
-    // id    family         application, loader, node   device   restarts tabs in   in Flash  defaults  lists
-    //                      firmware                    mode     alike    its mode  Mode      from tree nodes
+    // id    family          application, loader, node  device   restarts tabs in   in Flash  defaults  lists
+    //                       firmware                   mode     alike    its mode  Mode      from tree nodes
     {0x0910, kJoystick,      {0x0282, 0x0100, 0},      kFirst,  false,   {1, 5},   {},       true,     false},
     {0x1000, kJoystick,      {0x0282, 0x0100, 0},      kFirst,  false,   {1, 5},   {},       false,    false},
     {0x0510, kDigitalPorts,  {0x0220, 0x0100, 0},      kFirst,  false,   {1, 1},   {},       true,     false},

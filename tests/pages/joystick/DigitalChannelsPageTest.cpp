@@ -26,6 +26,10 @@ constexpr const char* kSentBack =
     "01 00 00 1b ff f0 25 19 00 32 00 00 40 00 01 41 00 01 45 00 03 4d 01 a3 19 07 f1 01 00 00 "
     "01 00 00 00 00 00 01 00 00 01 00 00 00 00 00 00 00 02";
 
+constexpr const char* kFactory =
+    "01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 "
+    "01 00 00 01 00 00 01 00 00 01 00 00 01 00 00 01 00 00";
+
 std::string Retrieve(const std::string& data) {
   return "write 0 -> 0 : 00 00 00 00 12 *\nread 0 -> 0 : 12 " + data + " *\n";
 }

@@ -155,7 +155,7 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
 
 TEST(JoystickPageSet, TipsOfTheSmallControllerSpeakOfNoChannelThatItLacks) {
   SimProgram program(0x0920);
-  CJoystickPageSet pages(program.bench.Context(), JoystickFamily::kSmall);
+  CJoystickPageSet pages(program.bench.Context(), BoardFamily::kSmallJoystick);
   QString tips;
   for (int tab = 1; tab < pages.count(); ++tab) {
     for (const auto* grid : pages.Page(tab)->findChildren<CGridCtrl*>()) {
