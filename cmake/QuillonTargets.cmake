@@ -1,4 +1,5 @@
-# One target per folder. Sources are listed, never globbed; headers belong to the list.
+# One target per folder. Sources are listed, never globbed; headers belong to the list. src/, lab/ and
+# tests/ each set QUILLON_ROOTS, the folders below which their targets look for headers.
 #
 #   quillon_library(<name> [QT] SOURCES <file>... [LINK <target>...])
 #   quillon_test(<name> [QT] [KERNEL] SOURCES <file>... [LINK <target>...])
@@ -47,7 +48,7 @@ function(quillon_library name)
   cmake_parse_arguments(ARG "QT" "" "SOURCES;LINK" ${ARGN})
   add_library(quillon-${name} STATIC ${ARG_SOURCES})
   target_link_libraries(quillon-${name} PUBLIC ${ARG_LINK} PRIVATE quillon-options)
-  target_include_directories(quillon-${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+  target_include_directories(quillon-${name} PUBLIC ${QUILLON_ROOTS})
   if(ARG_QT)
     set_target_properties(quillon-${name} PROPERTIES AUTOMOC ON AUTORCC ON)
     target_link_libraries(quillon-${name} PUBLIC Qt6::Widgets)
@@ -69,10 +70,10 @@ function(quillon_test name)
   cmake_parse_arguments(ARG "QT;KERNEL" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
   if(ARG_KERNEL)
-    target_link_libraries(${name} PRIVATE quillon-testing-kernel)
+    target_link_libraries(${name} PRIVATE quillon-kernel)
     set_target_properties(${name} PROPERTIES CROSSCOMPILING_EMULATOR "${QUILLON_EMULATION}")
   endif()
-  target_include_directories(${name} PRIVATE ${PROJECT_SOURCE_DIR}/tests)
+  target_include_directories(${name} PRIVATE ${QUILLON_ROOTS})
   target_link_libraries(${name} PRIVATE quillon-options ${ARG_LINK} GTest::gmock)
   if(ARG_QT)
     set_target_properties(${name} PROPERTIES AUTOMOC ON)

@@ -50,9 +50,10 @@ lines_of() {
 
 echo
 code=$(lines_of src)
+lab=$(lines_of lab)
 tests=$(lines_of tests)
-echo "lines without blanks and comments: src $code, tools $(lines_of tools), bench $(lines_of bench)," \
-  "tests $tests; tests per line of all code: $(awk "BEGIN { printf \"%.2f\", $tests / ($code + $tests + $(lines_of tools bench)) }")"
+echo "lines without blanks and comments: src $code, lab $lab, tests $tests; tests per line of all code:" \
+  "$(awk "BEGIN { printf \"%.2f\", $tests / ($code + $lab + $tests) }")"
 echo 'largest files, in lines:'
 source_files | xargs wc -l | grep -v ' total$' | sort -rn | sed -n 1,3p
 # A body ends with the brace that stands as far left as the line that begins its function.

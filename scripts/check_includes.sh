@@ -17,9 +17,9 @@ awk '
   function complain(text) { print FILENAME ":" FNR ": " text; failed = 1 }
   function folder_of(path) { return match(path, /\/[^\/]*$/) ? substr(path, 1, RSTART - 1) : "" }
   FNR == 1 { from = family(folder_of(FILENAME)) }
-  # Folders of src/ are named without it; below tests/, tools/ and bench/ all are one family.
+  # Folders of src/ and lab/ are named without them; below tests/ all are one family.
   function family(folder) {
-    if (sub(/^src\//, "", folder)) return folder
+    if (sub(/^(src|lab)\//, "", folder)) return folder
     sub(/\/.*/, "", folder)
     return folder
   }

@@ -27,7 +27,7 @@ step() {
 step "clang-format, ${#files[@]} files" clang-format-14 --dry-run --Werror "${files[@]}"
 
 # The tests are left out: what the analysis finds there is the test library's macros.
-mapfile -t analysed < <(printf '%s\n' "${files[@]}" | grep -E '^(src|tools|bench)/.*\.cpp$')
+mapfile -t analysed < <(printf '%s\n' "${files[@]}" | grep -E '^(src|lab)/.*\.cpp$')
 if [[ ${#analysed[@]} -gt 0 ]]; then
   step "clang-tidy, ${#analysed[@]} files" scripts/tidy.sh "${analysed[@]}"
 fi

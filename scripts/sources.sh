@@ -5,7 +5,7 @@
 # Every C and C++ file of the project, one per line.
 source_files() {
   local folder
-  for folder in src tests tools bench; do
+  for folder in src lab tests; do
     [[ -d $folder ]] || continue
     find "$folder" -type f \( -name '*.cpp' -o -name '*.h' -o -name '*.c' \)
   done | LC_ALL=C sort

@@ -12,7 +12,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 . scripts/sources.sh
 readonly kStamps=build/lint kDatabase=build/lint/compile_commands.json kGroups=build/lint/groups
 
-# Prints "file header..." per argument: the headers below src/ that it includes, directly or not.
+# Prints "file header..." per argument: the headers of src/ and lab/ that it includes, directly or not.
 headers_reached() {
   source_files | grep '\.h$' | awk '
     function read_includes(path,    line, name) {
@@ -21,7 +21,7 @@ headers_reached() {
       while ((getline line < path) > 0) {
         if (line !~ /^[ \t]*#[ \t]*include[ \t]*"/) continue
         split(line, part, "\"")
-        name = "src/" part[2]
+        name = ("src/" part[2]) in header ? "src/" part[2] : "lab/" part[2]
         if (name in header) includes[path] = includes[path] " " name
       }
       close(path)
@@ -76,7 +76,7 @@ check() {
       echo "#include \"$PWD/${file% *}\"  // NOLINT(bugprone-suspicious-include)"
     done >"$unit"
   fi
-  if output=$(clang-tidy-16 --quiet --header-filter='/(src|tools|bench)/.*\.(h|cpp)$' "$unit" -- \
+  if output=$(clang-tidy-16 --quiet --header-filter='/(src|lab)/.*\.(h|cpp)$' "$unit" -- \
     "${words[@]}" 2>&1); then
     for file in "$@"; do : >"${file#* }"; done
     return

@@ -15,7 +15,7 @@
 #include "devlink/LoadedLibrary.h"
 #include "pages/common/CPageSet.h"
 #include "pages/common/CSettingsPage.h"
-#include "testing/kernel/EmulatedKernel.h"
+#include "kernel/EmulatedKernel.h"
 #include "testing/pages/PageBench.h"
 #include "testing/pages/ScriptedPrompts.h"
 #include "tree/CDeviceTreeCtrl.h"

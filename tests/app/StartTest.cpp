@@ -15,7 +15,7 @@
 #include "app/OpenedLibrary.h"
 #include "app/Profile.h"
 #include "app/SingleInstance.h"
-#include "kvusb/sim/Bus.h"
+#include "sim/Bus.h"
 #include "kvusb/trace/TraceText.h"
 #include "testing/OwnFolders.h"
 #include "testing/link/SimLibrary.h"

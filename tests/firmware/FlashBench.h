@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "firmware/FlashUpdate.h"
-#include "kvusb/sim/SimBench.h"
+#include "lab/sim/SimBench.h"
 #include "testing/link/FaultyLibrary.h"
 #include "testing/link/SimLibrary.h"
 

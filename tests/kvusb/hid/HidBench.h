@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "kvusb/hid/HidBoards.h"
-#include "testing/kernel/EmulatedKernel.h"
+#include "kernel/EmulatedKernel.h"
 
 namespace quillon::testing {
 

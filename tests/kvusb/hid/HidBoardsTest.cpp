@@ -2,7 +2,7 @@
 #include <cstring>
 #include <map>
 
-#include "kvusb/boards/HidInterfaces.h"
+#include "boards/HidInterfaces.h"
 #include "kvusb/hid/HidBench.h"
 
 namespace quillon::testing {

@@ -2,7 +2,7 @@
 #pragma once
 
 #include "devlink/HidLibrary.h"
-#include "kvusb/sim/Bus.h"
+#include "sim/Bus.h"
 
 namespace quillon::testing {
 

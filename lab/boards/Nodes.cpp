@@ -1,0 +1,143 @@
+// SPDX-License-Identifier: MIT
+#include "boards/Nodes.h"
+
+#include <algorithm>
+
+namespace quillon::sim {
+namespace {
+
+constexpr std::uint8_t kNodeCommand = 0x1C, kNodeStatus = 0x1D;
+constexpr std::size_t kFunctionAt = 6, kNodeAt = 7, kReadCountAt = 8, kDataAt = 9;
+constexpr std::uint8_t kRecord = 0, kFinish = 1, kErase = 8, kAddressBegin = 7, kAddressEnd = 9;
+constexpr std::size_t kMostRecordBytes = 56;  // a packet ends after them
+constexpr std::size_t kFirstCardNode = 4;
+
+struct PortBlock {
+  std::uint8_t read, write;
+  std::uint8_t offset;  // of the first port; the second port's follows
+  std::uint8_t bytes;   // of one port
+};
+
+constexpr auto kPortBlocks = std::to_array<PortBlock>({
+    {0x25, 0x26, 6, 2},
+    {0x27, 0x28, 10, 15},
+    {0x34, 0x35, 40, 1},
+    {0x14, 0x10, 42, 10},
+});
+
+Reply PortSettings(NodeMemory& memory, Request request) {
+  const std::uint8_t function = request[kFunctionAt], offset = request[kStartAt];
+  for (const PortBlock& block : kPortBlocks) {
+    if (function != block.read && function != block.write) continue;
+    const bool known = offset == block.offset || offset == block.offset + block.bytes;
+    if (!known || request[kEndAt] != block.bytes) return Refuse();
+    const auto held = std::span(memory).subspan(offset, block.bytes);
+    Reply reply = Plain(function);
+    if (function == block.read) {
+      if (request[kReadCountAt] != block.bytes) return Refuse();
+      std::ranges::copy(held, reply.answer.begin() + 1);
+    } else {
+      if (request[kLengthAt] != block.bytes || request[kArgumentAt] != 1) return Refuse();
+      std::ranges::copy(request.subspan(kDataAt, block.bytes), held.begin());
+      reply.changed = true;
+    }
+    return reply;
+  }
+  return Refuse();
+}
+
+void PutWord(Answer& answer, std::size_t at, std::uint16_t word) {
+  answer[at] = static_cast<std::uint8_t>(word >> 8);
+  answer[at + 1] = static_cast<std::uint8_t>(word & 0xFF);
+}
+
+}  // namespace
+
+NodeMemory FactoryNodeMemory() {
+  NodeMemory memory{};
+  memory[6] = 0x01;  // first port: on, output, direct
+  memory[8] = 0x1D;  // second port: on, output, SPI mode
+  for (std::size_t i = 10; i < 40; i += 3) memory[i] = 0x01;
+  memory[42] = 0x53;  // HI, 16; two bits that nobody edits
+  memory[43] = 0x92;  // MID, 16
+  memory[52] = 0xE1;  // LO, 24
+  return memory;
+}
+
+Reply NodeBus::Status(const Nodes& nodes) const {
+  Reply reply = Plain(kNodeStatus);
+  reply.answer[1] = eeprom_ ? 1 : 0;
+  std::size_t at = 2;
+  for (const Node& node : nodes) {
+    reply.answer[at] = node.active ? 1 : 0;
+    PutWord(reply.answer, at + 1, node.active ? node.loader_version : kNoFirmware);
+    PutWord(reply.answer, at + 3, node.active ? node.flash_version : kNoFirmware);
+    at += 5;
+  }
+  return reply;
+}
+
+Reply NodeBus::StoreRecord(Node& node, Request request) const {
+  const std::size_t length = request[kLengthAt];
+  const std::size_t address = request[kStartAt] | std::size_t{request[kEndAt]} << 8;
+  if (length > kMostRecordBytes) return Plain(kCrcFail);
+  if (address + length > flash_bytes_) return Plain(kFlashFail);
+  node.flash.Store(address, request.subspan(kDataAt, length));
+  return Plain(kRecord);
+}
+
+Reply NodeBus::Flash(Node& node, Session& session, Request request) const {
+  const std::uint8_t function = request[kFunctionAt];
+  Reply reply = Plain(function);
+  reply.changed = true;
+  if (function == kErase) {
+    node.flash = {};
+    node.flash_version = kNoFirmware;
+    session.erased = true;
+    reply.busy = erase_time_;
+    return reply;
+  }
+  if (!session.erased) return Plain(kCommandFail);
+  if (function == kRecord) return StoreRecord(node, request);
+  session.erased = false;
+  const auto version = static_cast<std::uint16_t>(request[kStartAt] | request[kEndAt] << 8);
+  if (node.flash.bytes.empty() || version == 0) return Plain(kConfigFail);
+  node.flash_version = version;
+  return reply;
+}
+
+Reply NodeBus::Forward(Nodes& nodes, bool flash_mode, Request request) {
+  const std::uint8_t function = request[kFunctionAt];
+  const std::size_t number = request[kNodeAt];
+  if (number >= nodes.size() || !nodes[number].active) return Plain(kNodeFail);
+  Node& node = nodes[number];
+  Session& session = sessions_[number];
+  switch (function) {
+    case kErase:
+    case kRecord:
+    case kFinish:
+      return flash_mode ? Flash(node, session, request) : Plain(kCommandFail);
+    case kAddressBegin:
+      if (number < kFirstCardNode) return Plain(kCommandFail);
+      session.address_began = true;
+      return Plain(function);
+    case kAddressEnd: {
+      if (!session.address_began) return Plain(kCommandFail);
+      session.address_began = false;
+      node.addressed = true;
+      Reply reply = Plain(function);
+      reply.changed = true;
+      return reply;
+    }
+    default:
+      return flash_mode ? Refuse() : PortSettings(node.memory, request);
+  }
+}
+
+std::optional<Reply> NodeBus::Handle(Nodes& nodes, bool flash_mode, Request request) {
+  if (request[kCommandAt] == kNodeStatus) return Status(nodes);
+  if (request[kCommandAt] == kNodeCommand) return Forward(nodes, flash_mode, request);
+  return std::nullopt;
+}
+
+}  // namespace quillon::sim

@@ -1,0 +1,86 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <optional>
+
+#include "boards/Loader.h"
+#include "boards/Report.h"
+
+namespace quillon::sim {
+
+inline constexpr std::size_t kNodeCount = 12;
+inline constexpr std::uint16_t kNoFirmware = 0xFFFF;
+
+// Settings of a node, by address:
+//
+//    6   8       words of the two ports
+//   10  25       15 output bytes of each port
+//   40  41       display of each port
+//   42  52 .. 61 10 DAC channels of each port
+using NodeMemory = std::array<std::uint8_t, 62>;
+
+NodeMemory FactoryNodeMemory();
+
+struct Node {
+  bool active = false;
+  bool addressed = false;  // by the two address steps; nothing else depends on it
+  std::uint16_t loader_version = kNoFirmware;
+  std::uint16_t flash_version = kNoFirmware;
+  FlashImage flash;  // `valid` stays unused: a node runs when it has a flash version
+  NodeMemory memory = FactoryNodeMemory();
+};
+
+using Nodes = std::array<Node, kNodeCount>;
+
+// The node side of a node board.
+//
+// 0x1D answers whether there is an EEPROM (byte 1), then per node from byte 2: active, loader
+// version, flash version, high bytes first.
+//
+// 0x1C carries the node function in byte 6 and the node in byte 7. The answer's byte 0 is the
+// function when it was carried out.
+//
+//   function           mode    does
+//   8 erase            Flash   forgets the firmware and its version; takes the erase time
+//   0 record           Flash   length and address in bytes 1 to 3, data from byte 9. CMD_FAIL
+//   before
+//                              an erase, CRC_FAIL above the 56 bytes that reach the node,
+//                              FLASH_FAIL beyond the flash
+//   1 finish           Flash   makes bytes 2 and 3 (low byte first) the version; CMD_FAIL before an
+//                              erase, CONFIG_FAIL without a record or with version 0
+//   7, 9 address       both    the two steps for a node of an expansion card (4 to 11), in this
+//                              order; else CMD_FAIL
+//   0x25 .. 0x35, 0x14, 0x10   Device  read and write settings; offset, count and length must be
+//                              the ones of a port, a write has byte 5 = 1; else refused
+//
+// A node that is not active answers NODE_FAIL. Flash functions outside Flash Mode are CMD_FAIL.
+class NodeBus {
+ public:
+  NodeBus(bool eeprom, std::size_t flash_bytes, std::chrono::milliseconds erase_time)
+      : eeprom_(eeprom), flash_bytes_(flash_bytes), erase_time_(erase_time) {}
+
+  // Nothing when the request is no node command.
+  std::optional<Reply> Handle(Nodes& nodes, bool flash_mode, Request request);
+  void Restart() { sessions_ = {}; }
+
+ private:
+  // What a node forgets at a restart.
+  struct Session {
+    bool erased = false;
+    bool address_began = false;
+  };
+
+  Reply Status(const Nodes& nodes) const;
+  Reply Forward(Nodes& nodes, bool flash_mode, Request request);
+  Reply Flash(Node& node, Session& session, Request request) const;
+  Reply StoreRecord(Node& node, Request request) const;
+
+  bool eeprom_;
+  std::size_t flash_bytes_;
+  std::chrono::milliseconds erase_time_;
+  std::array<Session, kNodeCount> sessions_{};
+};
+
+}  // namespace quillon::sim

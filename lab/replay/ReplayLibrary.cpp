@@ -1,0 +1,19 @@
+// SPDX-License-Identifier: MIT
+//
+// libkvusb-replay: a recorded session as a HID access library (see kvusb.h).
+//
+//   QUILLON_REPLAY  file with the trace, as QUILLON_TRACE wrote it
+//
+// The variable is read at the first call. With a trace that cannot be played there are no boards;
+// DescribeProblem(NULL) says why, and later where the program left the trace.
+#include <cstdlib>
+
+#include "replay/Replay.h"
+
+quillon::AccessLibrary& quillon::TheLibrary() {
+  static Replay replay([] {
+    const char* file = std::getenv("QUILLON_REPLAY");
+    return file == nullptr ? "" : file;
+  }());
+  return replay;
+}

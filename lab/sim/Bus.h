@@ -1,0 +1,83 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "boards/Board.h"
+#include "boards/Faults.h"
+#include "boards/Rig.h"
+#include "kvusb/kvusb.h"
+
+namespace quillon::sim {
+
+struct BusOptions {
+  // Where the boards keep their state; without it they forget all when the bus goes.
+  std::optional<std::filesystem::path> state_folder = std::nullopt;
+  // Of one exchange, half of it for the write. With 0 nothing takes time: neither a stalled answer,
+  // nor an erase, nor a restart.
+  std::chrono::microseconds latency{2000};
+  // The clock and the wait. Tests give their own; without them the machine's.
+  std::function<std::chrono::microseconds()> now = {};
+  std::function<void(std::chrono::microseconds)> sleep = {};
+};
+
+// The simulated boards behind the four functions of kvusb.h, as a class. The methods have the
+// arguments, results and effects written there, and take null pointers as a failure.
+//
+// A record is recognised by a mark, the board's id and a number in library_a; the number changes
+// when the board is closed, unplugged or restarted, so a record from before is dead.
+//
+// A board that is told to restart leaves the bus and comes back when its answer has been read, both
+// announced at once; for `reboot_ms` it is neither detected nor does it answer.
+class Bus {
+ public:
+  explicit Bus(Rig rig, BusOptions options = {});
+  ~Bus();
+  Bus(const Bus&) = delete;
+  Bus& operator=(const Bus&) = delete;
+
+  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type);
+  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet);
+  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet);
+  std::int32_t Close(std::uint32_t count, const DeviceRecord* first);
+  void SetChangeHandler(DeviceChangeHandler handler, void* context);
+
+  // What keeps the board of the record, or with null the whole bus, from working; empty when all is
+  // well.
+  std::string Problem(const DeviceRecord* record) const;
+
+  // For tests. An id that no board has: null, or nothing is done.
+  Board* Find(std::string_view id);
+  void Plug(std::string_view id);
+  void Unplug(std::string_view id);
+  void ProvokeFault(std::string_view id, const Fault& fault);
+
+ private:
+  struct Slot;
+
+  Slot* SlotOf(std::string_view id) const;
+  Slot* LiveSlot(const DeviceRecord* record) const;
+  bool IsPresent(const Slot& slot) const;
+  void TakeIn(BoardSpec spec);
+  void Fill(DeviceRecord& record, const Slot& slot) const;
+  void Wait(std::chrono::microseconds duration) const;
+  void Restart(Slot& slot);
+  void FinishRestarts();
+  void Announce(std::uint32_t event, const Slot& slot) const;
+
+  BusOptions options_;
+  std::string problem_;
+  std::vector<std::unique_ptr<Slot>> slots_;
+  DeviceChangeHandler handler_ = nullptr;
+  void* context_ = nullptr;
+};
+
+}  // namespace quillon::sim

@@ -1,0 +1,87 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <chrono>
+#include <cstdint>
+#include <deque>
+#include <filesystem>
+#include <optional>
+#include <span>
+#include <utility>
+#include <vector>
+
+#include "boards/WiredBoard.h"
+#include "usbip/ControlPipe.h"
+#include "usbip/UsbIpPackets.h"
+
+namespace quillon::usbip {
+
+// A simulated board as a USB device: takes the bytes of a USB/IP conversation and gives back
+// others. It has no clock and no socket; whoever holds it says what time it is, moves the bytes,
+// and takes the device off the bus and puts it there as OnBus() says. Each time on the bus is a
+// conversation of its own.
+//
+// A board that restarts stays for a moment after its answer, so that the host has it before the
+// device goes, then is away for as long as the rig says, and comes back in its other mode.
+class VirtualBoard {
+ public:
+  using Time = std::chrono::steady_clock::time_point;
+
+  explicit VirtualBoard(sim::BoardSpec spec,
+                        const std::optional<std::filesystem::path>& state_folder = std::nullopt);
+
+  const sim::WiredBoard& Wired() const { return wired_; }
+
+  bool OnBus() const { return place_ == Place::kBus; }
+
+  // Bytes from the host. A conversation that makes no sense ends: the board unplugs itself.
+  void Receive(std::span<const std::uint8_t> bytes, Time now);
+
+  // Does what is due: answers, leaves or comes back. Both of the last two in one call would look
+  // as if nothing had happened, so it takes one such step at a time.
+  void Advance(Time now);
+
+  // When there is something to do next, if ever without a word from the host.
+  std::optional<Time> NextStep() const;
+
+  // What is to be sent to the host, also before it is told that the board is off the bus.
+  Bytes TakeOutput() { return std::exchange(output_, {}); }
+
+  // Somebody took the board off the bus; it does not come back.
+  void Unplug();
+
+ private:
+  enum class Place : std::uint8_t { kBus, kRestarting, kGone };
+  struct Queued {
+    Time due;
+    Bytes data;
+  };
+  struct Transfer {
+    std::uint32_t number, room;
+  };
+  using Transfers = std::deque<Transfer>;  // those that wait for data
+
+  void Handle(const Submit& submit, Time now);
+  void Handle(const Unlink& unlink, Time now);
+  void HandleControl(const Submit& submit, Time now);
+  // The status of the transfer that brought the report.
+  std::int32_t TakeReport(std::span<const std::uint8_t> report, Time now);
+  void FinishOut(const Submit& submit, std::int32_t status);
+  void Deliver(Time now);
+  void ComeBack();
+  std::size_t ConfigurationInterface() const;
+  bool AnswerIsWaitedFor() const;
+  sim::WiredBoard wired_;
+  Place place_ = Place::kBus;
+  std::optional<Time> leaves_at_, back_at_;
+  Time busy_until_{};
+  std::deque<Queued> answers_;
+
+  // The conversation.
+  ControlPipe control_;
+  RequestReader reader_;
+  std::vector<Transfers> waiting_;  // IN transfers, by interface
+  Bytes output_;
+};
+
+}  // namespace quillon::usbip

@@ -1,0 +1,235 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <array>
+#include <cstring>
+#include <map>
+#include <string_view>
+
+#include "sim/Bus.h"
+#include "lab/sim/SimBench.h"
+
+namespace quillon::sim {
+namespace {
+
+using namespace std::chrono_literals;
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+const Bytes kReadHat = {0, 0, 0, 0, 0x13}, kReadAnalog = {0, 0, 0, 0, 0x11};
+
+Fault Of(FaultKind kind, std::uint8_t command, unsigned nth = 1, std::uint8_t value = kRefused) {
+  return {.kind = kind, .command = command, .nth = nth, .value = value};
+}
+
+TEST(SimBus, DetectFillsRecordsOfOneTypeAndNothingElse) {
+  Bus bus(RigOf(R"({"id": "a", "product": "0x0910", "firmware": "2.82", "serial": "007"},
+                   {"id": "b", "product": "0x1500", "firmware": "1.10"},
+                   {"id": "c", "product": "0x0510", "firmware": "2.30", "manufacturer": "Works"})"),
+          {.latency = {}});
+  std::array<DeviceRecord, 3> table;
+  std::memset(table.data(), 0xA5, sizeof table);
+  std::uint32_t count = 77;
+  EXPECT_EQ(bus.Detect(&count, table.data(), KVUSB_TYPE_LOADER), 0);
+  EXPECT_EQ(count, 77U);
+  ASSERT_NE(bus.Detect(&count, table.data(), KVUSB_TYPE_FIRMWARE), 0);
+  ASSERT_EQ(count, 2U);
+  EXPECT_EQ(table[0].product_id, 0x0910);
+  EXPECT_EQ(table[0].version, 0x0282);
+  EXPECT_STREQ(table[0].product_text, "Joystick Controller (simulated)");
+  EXPECT_STREQ(table[0].manufacturer, "Quillon Devices");
+  EXPECT_STREQ(table[0].serial_number, "007");
+  EXPECT_EQ(table[1].product_id, 0x0510);
+  EXPECT_STREQ(table[1].manufacturer, "Works");
+  EXPECT_EQ(table[0].queried_version, 0xA5A5) << "the program's";
+  EXPECT_EQ(table[0].firmware_present, 0xA5) << "the program's";
+  EXPECT_EQ(table[2].product_id, 0xA5A5) << "behind the records";
+}
+
+TEST(SimBus, GarbageTextsReachTheRecordByteByByte) {
+  SimBench bench(kJoystickBoard + R"(, "name_hex": "41 07 FF...", "manufacturer_hex": "C3 28",
+                                      "serial_hex": "31...")");
+  const std::string_view name(bench.record.product_text, sizeof bench.record.product_text);
+  EXPECT_EQ(name, "A\a" + std::string(258, '\xFF'));
+  EXPECT_STREQ(bench.record.manufacturer, "\xC3\x28");
+  EXPECT_EQ(std::string_view(bench.record.serial_number, 20), std::string(20, '1'));
+}
+
+TEST(SimBus, OnlyARecordOfALivingBoardIsAnswered) {
+  SimBench bench(kJoystickBoard);
+  const DeviceRecord detected = bench.record;
+  const auto fails = [&] {
+    return bench.Ask(kReadHat).empty() && bench.wrote == 1 && bench.read == 1;
+  };
+  ASSERT_FALSE(fails());
+
+  std::memset(&bench.record, 0xFF, sizeof bench.record);
+  EXPECT_TRUE(fails()) << "garbage";
+  EXPECT_EQ(bench.bus.Close(1, &bench.record), 0);
+  bench.record = {};
+  EXPECT_TRUE(fails()) << "zeros";
+
+  bench.record = detected;
+  EXPECT_NE(bench.bus.Close(1, &bench.record), 0);
+  EXPECT_TRUE(fails()) << "closed";
+  EXPECT_NE(bench.bus.Close(1, &bench.record), 0) << "twice";
+  EXPECT_NE(bench.bus.Close(0, nullptr), 0);
+
+  bench.Detect();
+  bench.bus.Unplug("b");
+  EXPECT_TRUE(fails()) << "unplugged";
+  bench.bus.Plug("b");
+  EXPECT_TRUE(fails()) << "a record from before";
+  bench.Detect();
+  EXPECT_FALSE(fails());
+}
+
+TEST(SimBus, ReadsAreOnePerWriteAndReportNumbersAreRefused) {
+  SimBench bench(kJoystickBoard);
+  std::array<std::uint8_t, 65> packet{0, 0, 0, 0, 0x13};
+  packet[64] = 0x77;
+  EXPECT_EQ(bench.bus.Write(&bench.record, packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.bus.Read(&bench.record, packet.data()), KVUSB_OK);
+  EXPECT_EQ(packet[63], kFiller);
+  EXPECT_EQ(packet[64], 0x77) << "the answer has 64 bytes";
+  packet.fill(0x11);
+  EXPECT_EQ(bench.bus.Read(&bench.record, packet.data()), KVUSB_READ_TIMEOUT);
+  EXPECT_EQ(packet[0], 0x11);
+  EXPECT_EQ(bench.bus.Write(&bench.record, packet.data()), KVUSB_WRITE_FAILED);
+}
+
+TEST(SimBus, ExchangesEraseAndRestartTakeTheirTime) {
+  OwnTime time;
+  SimBench bench(R"("product": "0x0910", "firmware": "2.82", "mode": "flash", "erase_ms": 900,
+                    "reboot_ms": 450)",
+                 time.Options());
+  bench.Ask({0, 0, 0, 0, 6});
+  EXPECT_EQ(time.now, 2ms);
+  bench.Ask({0, 0, 0, 0, 8});
+  EXPECT_EQ(time.now, 904ms);
+  bench.Ask({0, 0, 0, 0, 9});
+  EXPECT_EQ(bench.Detect(), 0U) << "still away";
+  time.now += 449ms;
+  EXPECT_EQ(bench.Detect(), 0U);
+  time.now += 1ms;
+  EXPECT_EQ(bench.Detect(), 1U);
+}
+
+struct Events {
+  std::vector<std::string> seen;
+  static void Take(std::uint32_t event, std::uint32_t type, const char* path, void* context) {
+    const char* what = event == KVUSB_EVENT_ARRIVAL   ? "+"
+                       : event == KVUSB_EVENT_REMOVAL ? "-"
+                                                      : "?";
+    EXPECT_EQ(type, static_cast<std::uint32_t>(KVUSB_DEVICE_INTERFACE));
+    static_cast<Events*>(context)->seen.push_back(std::string(what) + path);
+  }
+};
+
+TEST(SimBus, LeavingAndComingBackIsAnnounced) {
+  SimBench bench(kJoystickBoard);
+  Events events;
+  bench.bus.SetChangeHandler(Events::Take, &events);
+  bench.Ask({0, 0, 0, 0, 7, 0, '1', '2', '3'});
+  bench.Ask({0, 0, 0, 0, 0xFF});
+  bench.bus.Unplug("b");
+  bench.bus.Unplug("b");
+  bench.bus.Plug("b");
+  EXPECT_THAT(
+      events.seen,
+      ElementsAre(R"(-\\?\HID#Vid_4C7E&Pid_0910#001)", R"(+\\?\HID#Vid_4C7E&Pid_0910#123)",
+                  R"(-\\?\HID#Vid_4C7E&Pid_0910#123)", R"(+\\?\HID#Vid_4C7E&Pid_0910#123)"));
+  bench.bus.SetChangeHandler(nullptr, nullptr);
+  bench.bus.Unplug("b");
+  EXPECT_EQ(events.seen.size(), 4U);
+}
+
+TEST(SimBus, ARestartWhoseAnswerNobodyReadsHappensAllTheSame) {
+  SimBench bench(kJoystickBoard);
+  const std::array<std::uint8_t, 65> packet{0, 0, 0, 0, 0xFF};
+  bench.bus.Write(&bench.record, packet.data());
+  EXPECT_EQ(bench.Detect(), 1U);
+}
+
+TEST(SimFaults, TheNthExchangeOfACommandGoesWrongAndNoOther) {
+  const std::map<FaultKind, std::pair<std::int32_t, std::int32_t>> results = {
+      {FaultKind::kWriteFails, {1, 4}},
+      {FaultKind::kReadFails, {0, 1}},
+      {FaultKind::kStall, {0, 4}},
+  };
+  for (const auto& [kind, codes] : results) {
+    SimBench bench(kJoystickBoard);
+    bench.bus.ProvokeFault("b", Of(kind, 0x13, 2));
+    EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+    EXPECT_THAT(bench.Ask(kReadAnalog), ElementsAre(0x11));
+    EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+    EXPECT_EQ(std::pair(bench.wrote, bench.read), codes);
+    EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+  }
+}
+
+TEST(SimFaults, WrongShortAndLateAnswers) {
+  OwnTime time;
+  SimBench bench(kJoystickBoard, time.Options());
+  bench.bus.ProvokeFault("b", Of(FaultKind::kWrongEcho, 0x13, 1, 0x14));
+  bench.bus.ProvokeFault("b", Of(FaultKind::kShortAnswer, 0x11, 1, 2));
+  bench.bus.ProvokeFault("b", Of(FaultKind::kStall, 0x15));
+  EXPECT_THAT(bench.Ask(kReadHat, 2), ElementsAre(0x14, 0xA1));
+  EXPECT_THAT(bench.Ask(kReadAnalog, 5), ElementsAre(0x11, 0x59, 0, 0, 0x11))
+      << "the rest of the buffer is as it was sent";
+  const auto before = time.now;
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x15}), IsEmpty());
+  EXPECT_EQ(time.now - before, 2s + 2ms);
+}
+
+TEST(SimFaults, AStalledEraseIsWaitedForLonger) {
+  for (const Bytes& erase : {Bytes{0, 0, 0, 0, 8}, Bytes{0, 0, 0, 0, 0x1C, 0, 8}}) {
+    OwnTime time;
+    SimBench bench(kJoystickBoard, time.Options());
+    bench.bus.ProvokeFault("b", Of(FaultKind::kStall, erase[4]));
+    const auto before = time.now;
+    EXPECT_THAT(bench.Ask(erase), IsEmpty());
+    EXPECT_EQ(time.now - before, 10s + 2ms);
+  }
+}
+
+TEST(SimFaults, AStatusMeansThatTheWorkIsNotDone) {
+  SimBench bench(R"("product": "0x0910", "firmware": "2.71", "mode": "flash", "faults": [
+                    {"kind": "status", "command": "0x00", "nth": 2, "value": 6},
+                    {"kind": "status", "command": "0x01", "times": 0, "value": 5}])");
+  bench.Ask({0, 0, 0, 0, 8});
+  EXPECT_THAT(bench.Ask({0, 2, 0, 0, 0, 0, 2, 0x82}), ElementsAre(0));
+  EXPECT_THAT(bench.Ask({0, 1, 9, 0, 0, 0, 1}), ElementsAre(kEepromFail));
+  EXPECT_EQ(bench.TheBoard().State().flash.bytes.size(), 2U);
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 1}), ElementsAre(kConfigFail));
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 1}), ElementsAre(kConfigFail)) << "0 times is for ever";
+  EXPECT_FALSE(bench.TheBoard().State().flash.valid);
+}
+
+TEST(SimFaults, NodeFaultsAreNarrowedToFunctionAndNode) {
+  SimBench bench(R"("product": "0x0800", "firmware": "1.10", "mode": "flash",
+                    "nodes": [{"node": 1, "flash": "1.30"}, {"node": 2, "flash": "1.30"}],
+                    "faults": [{"kind": "status", "command": "0x1C", "function": "0x08", "node": 2,
+                                "value": 11}])");
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 7, 1}), ElementsAre(kCommandFail));
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 8, 0}), ElementsAre(8));
+  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 8, 1}), ElementsAre(kCrcFail));
+}
+
+TEST(SimFaults, ABoardVanishesAndClosingFails) {
+  SimBench bench(kJoystickBoard);
+  Events events;
+  bench.bus.SetChangeHandler(Events::Take, &events);
+  bench.bus.ProvokeFault("b", {.kind = FaultKind::kCloseFails});
+  EXPECT_EQ(bench.bus.Close(1, &bench.record), 0);
+  bench.Detect();
+  bench.bus.ProvokeFault("b", Of(FaultKind::kVanish, 0x13, 2));
+  EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
+  EXPECT_EQ(std::pair(bench.wrote, bench.read), std::pair(1, 1));
+  EXPECT_EQ(bench.Detect(), 0U);
+  EXPECT_THAT(events.seen, ElementsAre(R"(-\\?\HID#Vid_4C7E&Pid_0910#001)"));
+}
+
+}  // namespace
+}  // namespace quillon::sim
