@@ -102,9 +102,9 @@ template <typename Exchange>
 double PerExchange(const Exchange& exchange) {
   const auto begin = std::chrono::steady_clock::now();
   for (int i = 0; i < kExchanges; ++i) {
-    std::array<std::uint8_t, KVUSB_PACKET_BYTES> packet{};
+    HidPacket packet{};
     packet[4] = kReadHat;
-    if (exchange(packet.data()) && packet[0] == kReadHat) continue;
+    if (exchange(packet) && packet[0] == kReadHat) continue;
     std::fprintf(stderr, "an exchange failed\n");
     std::exit(1);
   }
@@ -134,16 +134,17 @@ int Measure() {
   HidBoards boards({.sys = sys});
   DeviceRecord record{};
   std::uint32_t count = 0;
-  if (boards.Detect(&count, &record, 2) == 0) return 1;
+  if (boards.DetectHID(count, {&record, 1}, 2) == 0) return 1;
   Pair pair;
   for (int round = 0; round <= kRounds; ++round) {
-    const double ours = PerExchange([&](std::uint8_t* packet) {
-      return boards.Write(&record, packet) == KVUSB_OK && boards.Read(&record, packet) == KVUSB_OK;
+    const double ours = PerExchange([&](HidPacket& packet) {
+      return boards.WriteData(record, packet) == KVUSB_OK &&
+             boards.ReadData(record, packet) == KVUSB_OK;
     });
-    const double floor = PerExchange([&](std::uint8_t* packet) {
+    const double floor = PerExchange([&](HidPacket& packet) {
       pollfd waiting{ends[0], POLLIN, 0};
-      return write(ends[0], packet, KVUSB_PACKET_BYTES) == KVUSB_PACKET_BYTES &&
-             poll(&waiting, 1, 2000) == 1 && read(ends[0], packet, 64) == 64;
+      return write(ends[0], packet.data(), packet.size()) == KVUSB_PACKET_BYTES &&
+             poll(&waiting, 1, 2000) == 1 && read(ends[0], packet.data(), 64) == 64;
     });
     if (round == 0) continue;
     pair.ours.push_back(ours);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon::bench {
 

@@ -9,6 +9,7 @@
 #include "bench/BareViews.h"
 #include "bench/Figures.h"
 #include "bench/PaintedView.h"
+#include "devlink/NoLibrary.h"
 #include "devlink/Products.h"
 #include "tree/CDeviceTreeCtrl.h"
 

@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <vector>
 
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon::conformance {
 

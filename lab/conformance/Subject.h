@@ -11,9 +11,9 @@
 #include <variant>
 #include <vector>
 
-#include "devlink/HidLibrary.h"
-#include "devlink/HidPacket.h"
 #include "devlink/SharedObject.h"
+#include "kvusb/HidLibrary.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon::conformance {
 

@@ -69,50 +69,51 @@ Replay::Replay(const std::filesystem::path& trace) : file_(trace.string()) {
   }
 }
 
-std::int32_t Replay::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) {
-  if (count == nullptr || first == nullptr || !unplayable_.empty()) return 0;
-  const TraceEntry* entry = player_.Detect(first, type);
+std::int32_t Replay::DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                               std::uint32_t type) {
+  if (!unplayable_.empty()) return 0;
+  const TraceEntry* entry = player_.Detect(free.data(), type);
   if (entry == nullptr) return 0;
   if (entry->result != 0) {
-    *count = static_cast<std::uint32_t>(entry->boards.size());
-    CopyBoards(*entry, std::span(first, entry->boards.size()));
+    count = static_cast<std::uint32_t>(std::min(entry->boards.size(), free.size()));
+    CopyBoards(*entry, free);
   }
   Advance();
   return entry->result;
 }
 
-std::int32_t Replay::Write(const DeviceRecord* record, const std::uint8_t* packet) {
-  if (record == nullptr || packet == nullptr || !unplayable_.empty()) return KVUSB_WRITE_FAILED;
-  const TraceEntry* entry = player_.Write(
-      *record, std::span<const std::uint8_t, KVUSB_PACKET_BYTES>(packet, KVUSB_PACKET_BYTES));
+std::int32_t Replay::WriteData(DeviceRecord& record, PacketSpan packet) {
+  if (!unplayable_.empty()) return KVUSB_WRITE_FAILED;
+  const TraceEntry* entry = player_.Write(record, packet);
   if (entry == nullptr) return KVUSB_WRITE_FAILED;
   Advance();
   return entry->result;
 }
 
-std::int32_t Replay::Read(const DeviceRecord* record, std::uint8_t* packet) {
-  if (record == nullptr || packet == nullptr || !unplayable_.empty()) return KVUSB_READ_FAILED;
-  const TraceEntry* entry = player_.Read(*record);
+std::int32_t Replay::ReadData(DeviceRecord& record, PacketSpan packet) {
+  if (!unplayable_.empty()) return KVUSB_READ_FAILED;
+  const TraceEntry* entry = player_.Read(record);
   if (entry == nullptr) return KVUSB_READ_FAILED;
-  if (entry->HasPacket()) std::copy_n(entry->packet.begin(), KVUSB_PACKET_BYTES - 1, packet);
+  if (entry->HasPacket())
+    std::copy_n(entry->packet.begin(), KVUSB_PACKET_BYTES - 1, packet.begin());
   Advance();
   return entry->result;
 }
 
-std::int32_t Replay::Close(std::uint32_t count, const DeviceRecord* first) {
-  if (count > 0 && first == nullptr) return 0;
-  if (!unplayable_.empty()) return count == 0 ? 1 : 0;
-  const TraceEntry* entry = player_.Close(count);
+std::int32_t Replay::CloseDevices(std::span<DeviceRecord> records) {
+  if (!unplayable_.empty()) return records.empty() ? 1 : 0;
+  const TraceEntry* entry = player_.Close(static_cast<std::uint32_t>(records.size()));
   if (entry == nullptr) return 1;
   Advance();
   return entry->result;
 }
 
 // A program may detect its first boards before it names a handler.
-void Replay::SetChangeHandler(DeviceChangeHandler handler, void* context) {
+bool Replay::SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) {
   handler_ = handler;
   context_ = context;
   ReportRedetection();
+  return true;
 }
 
 void Replay::Advance() {
@@ -134,12 +135,12 @@ void Replay::ReportRedetection() {
   handler_(KVUSB_EVENT_ARRIVAL, KVUSB_DEVICE_INTERFACE, path.data(), context_);
 }
 
-std::int32_t Replay::Describe(const DeviceRecord* record, std::string& text) {
-  text = record == nullptr ? Problem() : std::string();
-  return text.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER;
+Problem Replay::DescribeProblem(const DeviceRecord* record) {
+  std::string sentence = record == nullptr ? Sentence() : std::string();
+  return {sentence.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER, std::move(sentence)};
 }
 
-std::string Replay::Problem() const {
+std::string Replay::Sentence() const {
   if (!unplayable_.empty()) return unplayable_;
   if (!player_.Difference().empty())
     return "The program left the trace " + file_ + ". " + OnOneLine(player_.Difference());

@@ -6,7 +6,7 @@
 #include <filesystem>
 #include <string>
 
-#include "kvusb/AccessLibrary.h"
+#include "kvusb/HidLibrary.h"
 #include "kvusb/trace/TracePlayer.h"
 
 namespace quillon {
@@ -17,22 +17,23 @@ namespace quillon {
 // Events are not in a trace, but what a program does upon them is: it closes its boards and looks
 // for them again. When that comes next, an arrival is reported from inside the call before, so that
 // the program does again what it did then.
-class Replay final : public AccessLibrary {
+class Replay final : public HidLibrary {
  public:
   explicit Replay(const std::filesystem::path& trace);
 
-  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) override;
-  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet) override;
-  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet) override;
-  std::int32_t Close(std::uint32_t count, const DeviceRecord* first) override;
-  void SetChangeHandler(DeviceChangeHandler handler, void* context) override;
+  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                         std::uint32_t type) override;
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
+  bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
 
   // Why nothing can be played, where the program left the trace, or that the trace has ended, in
   // one line. A trace knows nothing of problems of single boards.
-  std::int32_t Describe(const DeviceRecord* record, std::string& text) override;
+  Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
-  std::string Problem() const;
+  std::string Sentence() const;
   // A call was answered.
   void Advance();
   void ReportRedetection();

@@ -72,9 +72,10 @@ Bus::Bus(Rig rig, BusOptions options) : options_(std::move(options)) {
     std::error_code error;
     std::filesystem::create_directories(*options_.state_folder, error);
     if (error) {
-      problem_ = "The folder " + options_.state_folder->string() +
-                 " for the state of the boards cannot be made: " + error.message() +
-                 ". Settings last until the program ends.";
+      if (options_.problem.empty())
+        options_.problem = "The folder " + options_.state_folder->string() +
+                           " for the state of the boards cannot be made: " + error.message() +
+                           ". Settings last until the program ends.";
       options_.state_folder.reset();
     }
   }
@@ -97,9 +98,8 @@ bool Bus::IsPresent(const Slot& slot) const {
   return slot.plugged && options_.now() >= slot.back_at;
 }
 
-Bus::Slot* Bus::LiveSlot(const DeviceRecord* record) const {
-  if (record == nullptr) return nullptr;
-  const std::uint8_t* bytes = record->library_a;
+Bus::Slot* Bus::LiveSlot(const DeviceRecord& record) const {
+  const std::uint8_t* bytes = record.library_a;
   if (std::memcmp(bytes, kMark.data(), kMark.size()) != 0) return nullptr;
   std::uint32_t number = 0;
   std::memcpy(&number, bytes + kNumberAt, sizeof number);
@@ -122,14 +122,17 @@ void Bus::Fill(DeviceRecord& record, const Slot& slot) const {
   FillText(record.serial_number, slot.wired.SerialText());
 }
 
-std::int32_t Bus::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) {
-  if (count == nullptr || first == nullptr) return 0;
+std::int32_t Bus::DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                            std::uint32_t type) {
   FinishRestarts();
   std::uint32_t found = 0;
-  for (const auto& slot : slots_)
-    if (IsPresent(*slot) && slot->wired.TheBoard().Type() == type) Fill(first[found++], *slot);
+  for (const auto& slot : slots_) {
+    if (!IsPresent(*slot) || slot->wired.TheBoard().Type() != type) continue;
+    if (found == free.size()) break;
+    Fill(free[found++], *slot);
+  }
   if (found == 0) return 0;
-  *count = found;
+  count = found;
   return 1;
 }
 
@@ -137,15 +140,15 @@ void Bus::Wait(microseconds duration) const {
   if (options_.latency.count() > 0 && duration.count() > 0) options_.sleep(duration);
 }
 
-std::int32_t Bus::Write(const DeviceRecord* record, const std::uint8_t* packet) {
+std::int32_t Bus::WriteData(DeviceRecord& record, PacketSpan packet) {
   FinishRestarts();
   Slot* slot = LiveSlot(record);
-  if (slot == nullptr || packet == nullptr) return KVUSB_WRITE_FAILED;
+  if (slot == nullptr) return KVUSB_WRITE_FAILED;
   slot->pending.reset();
   if (packet[0] != 0) return KVUSB_WRITE_FAILED;  // a report number that the boards do not have
   Wait(options_.latency / 2);
 
-  const Request request(packet, KVUSB_PACKET_BYTES);
+  const Request request(packet);
   const WiredBoard::Outcome outcome = slot->wired.Take(request);
   if (outcome.delivery == Delivery::kNotTaken) return KVUSB_WRITE_FAILED;
   if (outcome.delivery == Delivery::kVanished) {
@@ -157,9 +160,9 @@ std::int32_t Bus::Write(const DeviceRecord* record, const std::uint8_t* packet) 
   return KVUSB_OK;
 }
 
-std::int32_t Bus::Read(const DeviceRecord* record, std::uint8_t* packet) {
+std::int32_t Bus::ReadData(DeviceRecord& record, PacketSpan packet) {
   Slot* slot = LiveSlot(record);
-  if (slot == nullptr || packet == nullptr) return KVUSB_READ_FAILED;
+  if (slot == nullptr) return KVUSB_READ_FAILED;
   if (!slot->pending) {
     Wait(kReadLimit);
     return KVUSB_READ_TIMEOUT;
@@ -168,18 +171,17 @@ std::int32_t Bus::Read(const DeviceRecord* record, std::uint8_t* packet) {
   const bool stalled = pending.delivery == Delivery::kStalled;
   Wait(options_.latency / 2 + (stalled ? slot->limit : pending.busy));
   if (pending.delivery == Delivery::kAnswer)
-    std::copy_n(pending.answer.begin(), pending.bytes, packet);
+    std::copy_n(pending.answer.begin(), pending.bytes, packet.begin());
   if (pending.restart) Restart(*slot);
   if (stalled) return KVUSB_READ_TIMEOUT;
   return pending.delivery == Delivery::kAnswer ? KVUSB_OK : KVUSB_READ_FAILED;
 }
 
-std::int32_t Bus::Close(std::uint32_t count, const DeviceRecord* first) {
-  if (count > 0 && first == nullptr) return 0;
+std::int32_t Bus::CloseDevices(std::span<DeviceRecord> records) {
   FinishRestarts();
   bool closed = true;
-  for (const DeviceRecord& record : std::span(first, count)) {
-    Slot* slot = LiveSlot(&record);
+  for (const DeviceRecord& record : records) {
+    Slot* slot = LiveSlot(record);
     if (slot != nullptr) {
       if (slot->wired.ClosingFails()) closed = false;
       slot->Disown();
@@ -190,9 +192,10 @@ std::int32_t Bus::Close(std::uint32_t count, const DeviceRecord* first) {
   return closed ? 1 : 0;
 }
 
-void Bus::SetChangeHandler(DeviceChangeHandler handler, void* context) {
+bool Bus::SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) {
   handler_ = handler;
   context_ = context;
+  return true;
 }
 
 // In the mixed case that real paths come in.
@@ -219,11 +222,12 @@ void Bus::FinishRestarts() {
     if (slot->pending && slot->pending->restart) Restart(*slot);
 }
 
-std::string Bus::Problem(const DeviceRecord* record) const {
-  if (record == nullptr) return problem_;
-  const Slot* slot = LiveSlot(record);
-  if (slot == nullptr) return "The board is not there any more.";
-  return slot->wired.Problem();
+Problem Bus::DescribeProblem(const DeviceRecord* record) {
+  const Slot* slot = record == nullptr ? nullptr : LiveSlot(*record);
+  std::string sentence = record == nullptr ? options_.problem
+                         : slot == nullptr ? "The board is not there any more."
+                                           : slot->wired.Problem();
+  return {sentence.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER, std::move(sentence)};
 }
 
 Board* Bus::Find(std::string_view id) {

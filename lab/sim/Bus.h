@@ -14,7 +14,7 @@
 #include "boards/Board.h"
 #include "boards/Faults.h"
 #include "boards/Rig.h"
-#include "kvusb/kvusb.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon::sim {
 
@@ -27,32 +27,29 @@ struct BusOptions {
   // The clock and the wait. Tests give their own; without them the machine's.
   std::function<std::chrono::microseconds()> now = {};
   std::function<void(std::chrono::microseconds)> sleep = {};
+  // What else keeps the bus from working, as a sentence that DescribeProblem(nullptr) tells.
+  std::string problem = {};
 };
 
-// The simulated boards behind the four functions of kvusb.h, as a class. The methods have the
-// arguments, results and effects written there, and take null pointers as a failure.
+// The simulated boards as a HID library.
 //
 // A record is recognised by a mark, the board's id and a number in library_a; the number changes
 // when the board is closed, unplugged or restarted, so a record from before is dead.
 //
 // A board that is told to restart leaves the bus and comes back when its answer has been read, both
 // announced at once; for `reboot_ms` it is neither detected nor does it answer.
-class Bus {
+class Bus final : public HidLibrary {
  public:
   explicit Bus(Rig rig, BusOptions options = {});
-  ~Bus();
-  Bus(const Bus&) = delete;
-  Bus& operator=(const Bus&) = delete;
+  ~Bus() override;
 
-  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type);
-  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet);
-  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet);
-  std::int32_t Close(std::uint32_t count, const DeviceRecord* first);
-  void SetChangeHandler(DeviceChangeHandler handler, void* context);
-
-  // What keeps the board of the record, or with null the whole bus, from working; empty when all is
-  // well.
-  std::string Problem(const DeviceRecord* record) const;
+  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                         std::uint32_t type) override;
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
+  bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
+  Problem DescribeProblem(const DeviceRecord* record) override;
 
   // For tests. An id that no board has: null, or nothing is done.
   Board* Find(std::string_view id);
@@ -64,7 +61,7 @@ class Bus {
   struct Slot;
 
   Slot* SlotOf(std::string_view id) const;
-  Slot* LiveSlot(const DeviceRecord* record) const;
+  Slot* LiveSlot(const DeviceRecord& record) const;
   bool IsPresent(const Slot& slot) const;
   void TakeIn(BoardSpec spec);
   void Fill(DeviceRecord& record, const Slot& slot) const;
@@ -74,7 +71,6 @@ class Bus {
   void Announce(std::uint32_t event, const Slot& slot) const;
 
   BusOptions options_;
-  std::string problem_;
   std::vector<std::unique_ptr<Slot>> slots_;
   DeviceChangeHandler handler_ = nullptr;
   void* context_ = nullptr;

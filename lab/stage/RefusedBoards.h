@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon::stage {
 
@@ -23,13 +23,11 @@ class RefusedBoards : public HidLibrary {
                          std::uint32_t type) override {
     return library_.DetectHID(count, free, type);
   }
-  std::int32_t WriteData(DeviceRecord& record,
-                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override {
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override {
     return refusals_.contains(record.product_id) ? KVUSB_WRITE_FAILED
                                                  : library_.WriteData(record, packet);
   }
-  std::int32_t ReadData(DeviceRecord& record,
-                        std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override {
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override {
     return refusals_.contains(record.product_id) ? KVUSB_READ_FAILED
                                                  : library_.ReadData(record, packet);
   }

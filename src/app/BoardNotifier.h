@@ -4,7 +4,7 @@
 #include <memory>
 
 #include "devlink/DeviceNotifier.h"
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

@@ -8,7 +8,7 @@
 #include <string>
 
 #include "devlink/DeviceNotifier.h"
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

@@ -5,6 +5,7 @@
 #include <chrono>
 
 #include "devlink/LoadedLibrary.h"
+#include "devlink/NoLibrary.h"
 #include "devlink/TraceFile.h"
 #include "devlink/TracedLibrary.h"
 

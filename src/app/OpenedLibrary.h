@@ -5,9 +5,9 @@
 #include <functional>
 #include <memory>
 
-#include "devlink/HidLibrary.h"
 #include "devlink/TraceFile.h"
 #include "devlink/TracedLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

@@ -3,7 +3,7 @@
 
 #include "devlink/DeviceTable.h"
 #include "devlink/ExchangeGate.h"
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

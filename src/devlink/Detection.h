@@ -4,7 +4,7 @@
 #include <cstdint>
 
 #include "devlink/DeviceTable.h"
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

@@ -6,7 +6,7 @@
 #include <span>
 #include <vector>
 
-#include "devlink/Problem.h"
+#include "kvusb/Problem.h"
 #include "kvusb/kvusb.h"
 
 namespace quillon {

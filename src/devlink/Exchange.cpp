@@ -6,8 +6,7 @@
 namespace quillon {
 namespace {
 
-bool ReadAnswer(HidLibrary& library, DeviceRecord& record,
-                std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) {
+bool ReadAnswer(HidLibrary& library, DeviceRecord& record, PacketSpan packet) {
   const auto result = library.ReadData(record, packet);
   return result != KVUSB_READ_FAILED && result != KVUSB_READ_TIMEOUT;
 }

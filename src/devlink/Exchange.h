@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <span>
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 // The four exchange operations: a request goes out and the answer comes back in the same buffer.
 // Each returns whether it succeeded and shows nothing. A caller trusts an answer only when its

@@ -47,13 +47,11 @@ class LoadedLibrary : public HidLibrary {
     return GuardedCall("DetectHID", 0, thrown_,
                        [&] { return functions_.detect(&count, free.data(), type); });
   }
-  std::int32_t WriteData(DeviceRecord& record,
-                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override {
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override {
     return GuardedCall("WriteData", KVUSB_WRITE_FAILED, thrown_,
                        [&] { return functions_.write(&record, packet.data()); });
   }
-  std::int32_t ReadData(DeviceRecord& record,
-                        std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override {
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override {
     return GuardedCall("ReadData", KVUSB_READ_FAILED, thrown_,
                        [&] { return functions_.read(&record, packet.data()); });
   }

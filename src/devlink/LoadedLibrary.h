@@ -7,7 +7,7 @@
 #include <variant>
 
 #include "devlink/GuardedCall.h"
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

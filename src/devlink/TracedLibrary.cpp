@@ -30,8 +30,7 @@ std::int32_t TracedLibrary::DetectHID(std::uint32_t& count, std::span<DeviceReco
   return entry.result;
 }
 
-std::int32_t TracedLibrary::WriteData(DeviceRecord& record,
-                                      std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) {
+std::int32_t TracedLibrary::WriteData(DeviceRecord& record, PacketSpan packet) {
   TraceEntry entry{.call = Call::kWrite, .seconds = Now(), .argument = IndexOf(record)};
   std::copy(packet.begin(), packet.end(), entry.packet.begin());
   entry.result = inner_.WriteData(record, packet);
@@ -39,8 +38,7 @@ std::int32_t TracedLibrary::WriteData(DeviceRecord& record,
   return entry.result;
 }
 
-std::int32_t TracedLibrary::ReadData(DeviceRecord& record,
-                                     std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) {
+std::int32_t TracedLibrary::ReadData(DeviceRecord& record, PacketSpan packet) {
   TraceEntry entry{.call = Call::kRead, .argument = IndexOf(record)};
   entry.result = inner_.ReadData(record, packet);
   entry.seconds = Now();

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 
@@ -31,10 +31,8 @@ class TracedLibrary : public HidLibrary {
 
   std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                          std::uint32_t type) override;
-  std::int32_t WriteData(DeviceRecord& record,
-                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
-  std::int32_t ReadData(DeviceRecord& record,
-                        std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
   bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
   Problem DescribeProblem(const DeviceRecord* record) override;

@@ -4,9 +4,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "devlink/HidLibrary.h"
-#include "devlink/HidPacket.h"
 #include "firmware/KvxImage.h"
+#include "kvusb/HidLibrary.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon {
 

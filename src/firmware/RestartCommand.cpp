@@ -2,7 +2,7 @@
 #include "firmware/RestartCommand.h"
 
 #include "devlink/Exchange.h"
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon {
 namespace {

@@ -3,8 +3,8 @@
 
 #include <cstdint>
 
-#include "devlink/HidLibrary.h"
 #include "devlink/Products.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

@@ -4,7 +4,7 @@
 #include <algorithm>
 
 #include "devlink/Exchange.h"
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon {
 namespace {

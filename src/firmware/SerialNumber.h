@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string_view>
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon {
 

@@ -2,12 +2,15 @@
 //
 // The C functions of kvusb.h over TheLibrary(). Compiled into each of our libraries, whose
 // exports.map says which of them it exports.
+//
+// C has pointers where the class has references and spans: a null pointer never reaches a library,
+// and of the caller's table, whose size nobody tells, the room that kvusb.h asks for is taken.
+#include "kvusb/Exports.h"
+
 #include <array>
 #include <cstdio>
 #include <exception>
-#include <string>
 
-#include "kvusb/AccessLibrary.h"
 #include "kvusb/CopyText.h"
 
 namespace quillon {
@@ -52,41 +55,47 @@ extern "C" {
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL DetectHID(std::uint32_t* count, DeviceRecord* first,
                                                std::uint32_t type) {
-  return quillon::Guarded(0, [&](auto& library) { return library.Detect(count, first, type); });
+  return quillon::Guarded(0, [&](auto& library) {
+    if (count == nullptr || first == nullptr) return 0;
+    return library.DetectHID(*count, std::span(first, KVUSB_MOST_BOARDS), type);
+  });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL WriteData(DeviceRecord* record, std::uint8_t* packet) {
-  return quillon::Guarded(KVUSB_WRITE_FAILED,
-                          [&](auto& library) { return library.Write(record, packet); });
+  return quillon::Guarded(KVUSB_WRITE_FAILED, [&](auto& library) -> std::int32_t {
+    if (record == nullptr || packet == nullptr) return KVUSB_WRITE_FAILED;
+    return library.WriteData(*record, quillon::PacketSpan(packet, KVUSB_PACKET_BYTES));
+  });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL ReadData(DeviceRecord* record, std::uint8_t* packet) {
-  return quillon::Guarded(KVUSB_READ_FAILED,
-                          [&](auto& library) { return library.Read(record, packet); });
+  return quillon::Guarded(KVUSB_READ_FAILED, [&](auto& library) -> std::int32_t {
+    if (record == nullptr || packet == nullptr) return KVUSB_READ_FAILED;
+    return library.ReadData(*record, quillon::PacketSpan(packet, KVUSB_PACKET_BYTES));
+  });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL CloseDevices(std::uint32_t count, DeviceRecord* first) {
   // Where the library cannot be made, there is nothing to close, which succeeds.
-  return quillon::Guarded(count == 0 ? 1 : 0,
-                          [&](auto& library) { return library.Close(count, first); });
+  return quillon::Guarded(count == 0 ? 1 : 0, [&](auto& library) {
+    if (count > 0 && first == nullptr) return 0;
+    return library.CloseDevices(std::span(first, count));
+  });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL SetDeviceChangeHandler(DeviceChangeHandler handler,
                                                             void* context) {
-  return quillon::Guarded(0, [&](auto& library) {
-    library.SetChangeHandler(handler, context);
-    return 1;
-  });
+  return quillon::Guarded(
+      0, [&](auto& library) { return library.SetDeviceChangeHandler(handler, context) ? 1 : 0; });
 }
 
 KVUSB_EXPORT std::int32_t KVUSB_CALL DescribeProblem(const DeviceRecord* record, char* text,
                                                      std::uint32_t size) {
   quillon::CopyText("", text, size);
   const std::int32_t kind = quillon::Guarded(KVUSB_PROBLEM_NONE, [&](auto& library) {
-    std::string sentence;
-    const std::int32_t described = library.Describe(record, sentence);
-    quillon::CopyText(sentence, text, size);
-    return described;
+    const quillon::Problem problem = library.DescribeProblem(record);
+    quillon::CopyText(problem.sentence, text, size);
+    return problem.kind;
   });
   const bool tell = kind == KVUSB_PROBLEM_NONE && record == nullptr;
   return tell ? quillon::DescribeException(text, size) : kind;

@@ -1,6 +1,6 @@
 /* SPDX-License-Identifier: MIT
  *
- * kvusb.h - the interface between Quillon and a HID access library.
+ * kvusb.h - the interface between Quillon and a HID library.
  *
  * Four C functions give access to every board on the USB bus. Quillon binds them by name, at run
  * time, from one shared library: the vendor's kvusb.dll, libkvusb-hid (real boards over hidapi) or

@@ -12,10 +12,11 @@
 
 #include "app/CMainDialog.h"
 #include "app/MainBench.h"
+#include "devlink/NoLibrary.h"
 #include "pages/common/CPageSet.h"
 #include "pages/common/CSettingsPage.h"
+#include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "tree/CDeviceTreeCtrl.h"
 #include "widgets/CGridCtrl.h"
@@ -41,10 +42,9 @@ constexpr const char* kJoystick = R"({"id": "j", "product": "0x0910", "firmware"
 
 struct SimMain {
   explicit SimMain(const std::string& boards)
-      : bus(SmallRig(boards), {.latency = {}}), sim(bus), library(sim), bench(library) {}
+      : bus(SmallRig(boards), {.latency = {}}), library(bus), bench(library) {}
 
   sim::Bus bus;
-  SimLibrary sim;
   FaultyLibrary library;
   MainBench bench;
 };

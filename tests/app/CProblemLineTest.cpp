@@ -11,6 +11,7 @@
 #include "access/InstallCommand.h"
 #include "app/CProblemLine.h"
 #include "app/MainBench.h"
+#include "devlink/NoLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "tree/CDeviceTreeCtrl.h"
 

@@ -10,9 +10,9 @@
 
 #include "app/MainBench.h"
 #include "pages/common/CPageSet.h"
+#include "sim/Bus.h"
 #include "testing/OwnFolders.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "tree/CDeviceTreeCtrl.h"
 
@@ -29,8 +29,7 @@ class Journey {
  public:
   explicit Journey(const std::string& boards)
       : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [)" + boards + "]}")), {.latency = {}}),
-        sim(bus),
-        library(sim),
+        library(bus),
         main(library) {
     bus.SetChangeHandler(
         [](std::uint32_t event, std::uint32_t type, const char* path, void* self) {
@@ -106,7 +105,6 @@ class Journey {
   }
 
   sim::Bus bus;
-  SimLibrary sim;
   FaultyLibrary library;
   MainBench main;
 };

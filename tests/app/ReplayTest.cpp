@@ -13,8 +13,8 @@
 #include "devlink/TracedLibrary.h"
 #include "pages/common/CPageSet.h"
 #include "pages/common/CSettingsPage.h"
+#include "sim/Bus.h"
 #include "testing/OwnFolders.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "widgets/CGridCtrl.h"
 
@@ -41,10 +41,9 @@ TEST(Replay, ShowsInTheWindowWhatTheUserSawAndWhereTheProgramLeavesTheTrace) {
   {
     sim::Bus bus(sim::DefaultRig(), {.latency = {}});
     bus.Find("joystick-1")->Block("analog_a")[0] ^= 0x01;
-    SimLibrary boards(bus);
     std::ofstream trace(file);
     TracedLibrary traced(
-        boards, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
+        bus, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
     MainBench bench(traced);
     seen = Shown(RetrieveAnalog(bench));
   }

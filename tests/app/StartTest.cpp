@@ -15,10 +15,9 @@
 #include "app/OpenedLibrary.h"
 #include "app/Profile.h"
 #include "app/SingleInstance.h"
-#include "sim/Bus.h"
 #include "kvusb/trace/TraceText.h"
+#include "sim/Bus.h"
 #include "testing/OwnFolders.h"
-#include "testing/link/SimLibrary.h"
 
 namespace quillon::testing {
 namespace {
@@ -180,10 +179,9 @@ TEST(OpenedLibrary, NeitherWaitsNorEndsWhereItsTraceCannotBeWritten) {
 
 TEST(LibraryNotifier, HandsOneEventOnATurnHoweverManyCome) {
   sim::Bus bus(sim::DefaultRig(), {.latency = {}});
-  SimLibrary library(bus);
   std::vector<std::string> events;
   {
-    LibraryNotifier notifier(library);
+    LibraryNotifier notifier(bus);
     ASSERT_TRUE(notifier.Start([&](std::uint32_t event, std::uint32_t, std::string_view path) {
       EXPECT_TRUE(IsBoardChange(event, KVUSB_DEVICE_INTERFACE, path));
       events.push_back(event == KVUSB_EVENT_ARRIVAL ? "arrival" : "removal");

@@ -4,6 +4,7 @@
 #include <cstring>
 
 #include "devlink/Detection.h"
+#include "devlink/NoLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 
 namespace quillon {
@@ -99,8 +100,7 @@ class GarbageLibrary : public NoLibrary {
     count = reported_;
     return result_;
   }
-  std::int32_t WriteData(DeviceRecord& record,
-                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> /*packet*/) override {
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan /*packet*/) override {
     last_asked = &record;
     ++asked;
     return KVUSB_WRITE_FAILED;

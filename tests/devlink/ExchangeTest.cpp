@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "devlink/Exchange.h"
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 #include "testing/link/TranscriptLibrary.h"
 
 namespace quillon {

@@ -3,8 +3,9 @@
 
 #include <fstream>
 
-#include "devlink/HidPacket.h"
 #include "devlink/LoadedLibrary.h"
+#include "devlink/NoLibrary.h"
+#include "kvusb/HidPacket.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon {

@@ -5,6 +5,7 @@
 
 #include "devlink/Detection.h"
 #include "devlink/Exchange.h"
+#include "devlink/NoLibrary.h"
 #include "devlink/TracedLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 

@@ -10,8 +10,8 @@
 
 #include "firmware/FlashUpdate.h"
 #include "lab/sim/SimBench.h"
+#include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 
 namespace quillon {
 
@@ -70,9 +70,7 @@ class FlashBench {
   static constexpr int kRecords = 12;
 
   FlashBench()
-      : board(R"("product": "0x0910", "firmware": "2.71", "mode": "flash")"),
-        sim(board.bus),
-        faulty(sim) {
+      : board(R"("product": "0x0910", "firmware": "2.71", "mode": "flash")"), faulty(board.bus) {
     image.device_id = 0x0910;
     for (int i = 0; i < kRecords; ++i) {
       std::vector<std::uint8_t> data(59, static_cast<std::uint8_t>(i));
@@ -102,7 +100,6 @@ class FlashBench {
   }
 
   sim::SimBench board;
-  testing::SimLibrary sim;
   testing::FaultyLibrary faulty;
   KvxImage image;
   std::vector<std::uint8_t> contents;  // of the flash, once the image is in it

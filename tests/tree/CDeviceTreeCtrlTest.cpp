@@ -12,6 +12,7 @@
 #include <map>
 #include <string>
 
+#include "devlink/NoLibrary.h"
 #include "tree/CDeviceTreeCtrl.h"
 #include "tree/TreeTable.h"
 

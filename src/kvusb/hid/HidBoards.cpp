@@ -24,7 +24,7 @@ using std::chrono::milliseconds;
 
 constexpr std::size_t kReportBytes = KVUSB_PACKET_BYTES - 1;
 constexpr std::uint8_t kErase = 8, kNodeCommand = 0x1C;
-constexpr std::size_t kCommandAt = 4, kFunctionAt = 6;
+constexpr std::size_t kFunctionByte = kPayloadByte;  // of a node command
 
 // hidraw keeps no more than 64 reports for a reader that is late.
 constexpr int kMostStaleReports = 256;
@@ -33,14 +33,14 @@ constexpr std::size_t kMostGivenUp = 64;
 // The private bytes of a record: mark and number.
 constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'H', 'I', 'D'};
 
-bool IsErase(const std::uint8_t* packet) {
-  return packet[kCommandAt] == kErase ||
-         (packet[kCommandAt] == kNodeCommand && packet[kFunctionAt] == kErase);
+bool IsErase(PacketSpan packet) {
+  return packet[kCommandByte] == kErase ||
+         (packet[kCommandByte] == kNodeCommand && packet[kFunctionByte] == kErase);
 }
 
 // An answer from behind a node board names the node's function.
-std::uint8_t EchoOf(const std::uint8_t* packet) {
-  return packet[packet[kCommandAt] == kNodeCommand ? kFunctionAt : kCommandAt];
+std::uint8_t EchoOf(PacketSpan packet) {
+  return packet[packet[kCommandByte] == kNodeCommand ? kFunctionByte : kCommandByte];
 }
 
 // What is behind the text is zeros.
@@ -131,10 +131,10 @@ HidBoards::~HidBoards() {
   hid_exit();
 }
 
-HidBoards::Port* HidBoards::PortOf(const DeviceRecord* record) const {
-  if (record == nullptr || !HasMark(*record)) return nullptr;
+HidBoards::Port* HidBoards::PortOf(const DeviceRecord& record) const {
+  if (!HasMark(record)) return nullptr;
   std::uint32_t number = 0;
-  std::memcpy(&number, record->library_a + kMark.size(), sizeof number);
+  std::memcpy(&number, record.library_a + kMark.size(), sizeof number);
   const auto found = ports_.find(number);
   return found == ports_.end() ? nullptr : found->second.get();
 }
@@ -180,24 +180,24 @@ void HidBoards::Fill(DeviceRecord& record, const HidrawNode& node, const Port& p
   FillText(record.serial_number, node.serial);
 }
 
-std::int32_t HidBoards::Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) {
-  if (count == nullptr || first == nullptr) return 0;
+std::int32_t HidBoards::DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                                  std::uint32_t type) {
   nodes_ = ListHidrawNodes(list_error_, nodes_, options_.sys);
   CloseMissing();
   std::uint32_t found = 0;
   for (const HidrawNode& node : nodes_) {
     if (node.type != type) continue;
-    if (found == KVUSB_MOST_BOARDS) break;
-    Fill(first[found++], node, PortFor(node));
+    if (found == free.size()) break;
+    Fill(free[found++], node, PortFor(node));
   }
   if (found == 0) return 0;
-  *count = found;
+  count = found;
   return 1;
 }
 
-std::int32_t HidBoards::Write(const DeviceRecord* record, const std::uint8_t* packet) {
+std::int32_t HidBoards::WriteData(DeviceRecord& record, PacketSpan packet) {
   Port* const port = PortOf(record);
-  if (port == nullptr || packet == nullptr) return KVUSB_WRITE_FAILED;
+  if (port == nullptr) return KVUSB_WRITE_FAILED;
   port->unsent = true;
   if (!Open(*port)) return KVUSB_WRITE_FAILED;
   if (packet[0] != 0) return KVUSB_WRITE_FAILED;  // a report number that the boards do not have
@@ -213,7 +213,7 @@ std::int32_t HidBoards::Write(const DeviceRecord* record, const std::uint8_t* pa
     if (!port->TakeLate(stale[0]) && !port->given_up.empty())
       port->given_up.erase(port->given_up.begin());
   }
-  if (hid_write(port->handle.get(), packet, KVUSB_PACKET_BYTES) < 0) return KVUSB_WRITE_FAILED;
+  if (hid_write(port->handle.get(), packet.data(), packet.size()) < 0) return KVUSB_WRITE_FAILED;
   port->unsent = false;
   port->awaited = true;
   port->echo = EchoOf(packet);
@@ -221,10 +221,9 @@ std::int32_t HidBoards::Write(const DeviceRecord* record, const std::uint8_t* pa
   return KVUSB_OK;
 }
 
-std::int32_t HidBoards::Read(const DeviceRecord* record, std::uint8_t* packet) {
+std::int32_t HidBoards::ReadData(DeviceRecord& record, PacketSpan packet) {
   Port* const port = PortOf(record);
-  if (port == nullptr || packet == nullptr || port->unsent || !Open(*port))
-    return KVUSB_READ_FAILED;
+  if (port == nullptr || port->unsent || !Open(*port)) return KVUSB_READ_FAILED;
   const auto deadline = Clock::now() + port->limit;
   std::array<std::uint8_t, kReportBytes> report{};
   for (;;) {
@@ -233,16 +232,15 @@ std::int32_t HidBoards::Read(const DeviceRecord* record, std::uint8_t* packet) {
     if (bytes == 0) return KVUSB_READ_TIMEOUT;
     if (port->TakeLate(report[0])) continue;
     port->awaited = false;
-    std::copy_n(report.begin(), bytes, packet);
+    std::copy_n(report.begin(), bytes, packet.begin());
     return KVUSB_OK;
   }
 }
 
-std::int32_t HidBoards::Close(std::uint32_t count, const DeviceRecord* first) {
-  if (count > 0 && first == nullptr) return 0;
+std::int32_t HidBoards::CloseDevices(std::span<DeviceRecord> records) {
   bool closed = true;
-  for (const DeviceRecord& record : std::span(first, count)) {
-    if (const Port* const port = PortOf(&record)) {
+  for (const DeviceRecord& record : records) {
+    if (const Port* const port = PortOf(record)) {
       ports_.erase(port->number);
     } else if (!HasMark(record)) {
       closed = false;  // never a record of ours; one of a board that has gone is closed already
@@ -251,34 +249,29 @@ std::int32_t HidBoards::Close(std::uint32_t count, const DeviceRecord* first) {
   return closed ? 1 : 0;
 }
 
-std::int32_t HidBoards::Describe(const DeviceRecord* record, std::string& text) {
-  text.clear();
+Problem HidBoards::DescribeProblem(const DeviceRecord* record) {
   if (record == nullptr) {
-    if (!list_error_) return KVUSB_PROBLEM_NONE;
-    text = "Boards cannot be looked for: the kernel's list of HID devices, " +
-           (options_.sys / "class" / "hidraw").string() +
-           ", cannot be read: " + list_error_.message() + ".";
-    return KVUSB_PROBLEM_OTHER;
+    if (!list_error_) return {};
+    return {KVUSB_PROBLEM_OTHER, "Boards cannot be looked for: the kernel's list of HID devices, " +
+                                     (options_.sys / "class" / "hidraw").string() +
+                                     ", cannot be read: " + list_error_.message() + "."};
   }
-  const Port* const port = PortOf(record);
+  const Port* const port = PortOf(*record);
   int error = port == nullptr ? ENODEV : port->open_error;
   if (port != nullptr && !port->handle && error == 0) error = options_.may_open(port->device);
   switch (error) {
     case 0:
-      return KVUSB_PROBLEM_NONE;
+      return {};
     case EACCES:
-      text = "Linux does not let you open " + port->device + " (" + ReasonOf(error) + ").";
-      return KVUSB_PROBLEM_PERMISSION;
+      return {KVUSB_PROBLEM_PERMISSION,
+              "Linux does not let you open " + port->device + " (" + ReasonOf(error) + ")."};
     case EBUSY:
-      text = "Another program holds " + port->device + ".";
-      return KVUSB_PROBLEM_IN_USE;
+      return {KVUSB_PROBLEM_IN_USE, "Another program holds " + port->device + "."};
     case ENODEV:
     case ENXIO:
-      text = "The board is not there any more.";
-      return KVUSB_PROBLEM_OTHER;
+      return {KVUSB_PROBLEM_OTHER, "The board is not there any more."};
     default:
-      text = port->device + " cannot be opened: " + ReasonOf(error) + ".";
-      return KVUSB_PROBLEM_OTHER;
+      return {KVUSB_PROBLEM_OTHER, port->device + " cannot be opened: " + ReasonOf(error) + "."};
   }
 }
 

@@ -13,7 +13,7 @@
 #include <vector>
 
 #include "hidraw/HidrawList.h"
-#include "kvusb/AccessLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 struct hid_device_;
 
@@ -51,21 +51,22 @@ struct HidOptions {
 // is listed all the same, and DescribeProblem() says why it does not work. A record is recognised
 // by a mark and a number in library_a; the number is the board's from its first detection until it
 // is closed, so a record from before is dead.
-class HidBoards final : public AccessLibrary {
+class HidBoards final : public HidLibrary {
  public:
   explicit HidBoards(HidOptions options = {});
   ~HidBoards() override;
 
-  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) override;
-  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet) override;
-  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet) override;
-  std::int32_t Close(std::uint32_t count, const DeviceRecord* first) override;
-  std::int32_t Describe(const DeviceRecord* record, std::string& text) override;
+  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
+                         std::uint32_t type) override;
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
+  Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
   struct Port;
 
-  Port* PortOf(const DeviceRecord* record) const;
+  Port* PortOf(const DeviceRecord& record) const;
   Port& PortFor(const HidrawNode& node);
   void Fill(DeviceRecord& record, const HidrawNode& node, const Port& port) const;
   void CloseMissing();

@@ -10,7 +10,7 @@
 
 #include "kvusb/kvusb.h"
 
-// The text form of calls to a HID access library: what QUILLON_TRACE writes and what the strict
+// The text form of calls to a HID library: what QUILLON_TRACE writes and what the strict
 // transcripts of the tests are. One line a call, in order:
 //
 //   quillon trace 1

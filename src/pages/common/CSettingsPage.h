@@ -10,7 +10,7 @@
 
 #include "devlink/BoardIdentity.h"
 #include "devlink/Exchange.h"
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 #include "pages/common/PageContext.h"
 
 class QBoxLayout;

@@ -6,7 +6,7 @@
 #include <cstdint>
 #include <functional>
 
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 
 class QLabel;
 class QRadioButton;

@@ -8,8 +8,8 @@
 #include <string>
 #include <vector>
 
-#include "kvusb/hid/HidBoards.h"
 #include "kernel/EmulatedKernel.h"
+#include "kvusb/hid/HidBoards.h"
 
 namespace quillon::testing {
 
@@ -44,21 +44,21 @@ class HidBench {
     types.clear();
     for (const std::uint32_t type : {2U, 1U, 3U}) {
       std::uint32_t found = 0;
-      if (hid.Detect(&found, &table[count], type) == 0) continue;
+      if (hid.DetectHID(found, std::span(table).subspan(count), type) == 0) continue;
       types.insert(types.end(), found, type);
       count += found;
     }
     return count;
   }
 
-  std::int32_t Close() { return hid.Close(static_cast<std::uint32_t>(count), table.data()); }
+  std::int32_t Close() { return hid.CloseDevices(std::span(table).first(count)); }
 
   // Sends the bytes, zeros behind them, and gives the first `wanted` bytes of the answer; none when
   // the write or the read failed.
   Bytes Ask(Bytes packet, std::size_t wanted = 1, std::size_t board = 0) {
     packet.resize(KVUSB_PACKET_BYTES);
-    wrote = hid.Write(&table[board], packet.data());
-    read = wrote == KVUSB_OK ? hid.Read(&table[board], packet.data()) : -1;
+    wrote = hid.WriteData(table[board], PacketSpan(packet));
+    read = wrote == KVUSB_OK ? hid.ReadData(table[board], PacketSpan(packet)) : -1;
     if (wrote != KVUSB_OK || read != KVUSB_OK) return {};
     packet.resize(wanted);
     return packet;

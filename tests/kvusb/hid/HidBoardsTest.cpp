@@ -47,7 +47,7 @@ TEST(HidBoards, DetectionLeavesTheProgramsBytesAndThoseBehindTheRecordsAlone) {
   EXPECT_EQ(bench.table[0].firmware_present, 0xA5);
   EXPECT_EQ(bench.table[1].product_id, 0xA5A5);
   std::uint32_t found = 77;
-  EXPECT_EQ(bench.hid.Detect(&found, bench.table.data(), 1), 0);
+  EXPECT_EQ(bench.hid.DetectHID(found, bench.table, 1), 0);
   EXPECT_EQ(found, 77U);
 }
 
@@ -57,7 +57,7 @@ TEST(HidBoards, OnlyARecordOfADetectedBoardIsAnswered) {
   const auto fails = [&] {
     Bytes packet(65);
     return bench.Ask(kReadHat).empty() && bench.wrote == KVUSB_WRITE_FAILED &&
-           bench.hid.Read(&bench.table[0], packet.data()) == KVUSB_READ_FAILED;
+           bench.hid.ReadData(bench.table[0], PacketSpan(packet)) == KVUSB_READ_FAILED;
   };
   ASSERT_FALSE(fails());
   for (const int garbage : {0x00, 0xFF}) {
@@ -69,7 +69,7 @@ TEST(HidBoards, OnlyARecordOfADetectedBoardIsAnswered) {
   EXPECT_NE(bench.Close(), 0);
   EXPECT_TRUE(fails()) << "closed";
   EXPECT_NE(bench.Close(), 0) << "twice";
-  EXPECT_NE(bench.hid.Close(0, nullptr), 0);
+  EXPECT_NE(bench.hid.CloseDevices({}), 0);
   bench.Detect();
   EXPECT_FALSE(fails());
   bench.table[0] = detected;
@@ -82,13 +82,13 @@ TEST(HidBoards, AnExchangeTouchesBytes0To63AndRefusesReportNumbers) {
   packet[4] = 0x13;
   packet[64] = 0x77;
   const Bytes request = packet;
-  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   EXPECT_EQ(packet, request);
-  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   EXPECT_EQ(packet[63], 0x5A);
   EXPECT_EQ(packet[64], 0x77);
   packet[0] = 1;
-  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_WRITE_FAILED);
+  EXPECT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_WRITE_FAILED);
 }
 
 TEST(HidBoards, ARestartedBoardIsFoundInItsOtherMode) {

@@ -32,8 +32,8 @@ TEST(HidFaults, AnAnswerThatDoesNotComeIsATimeoutAndLeavesTheBuffer) {
   Bytes packet = kReadHat;
   packet.resize(65);
   const Bytes request = packet;
-  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
-  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_READ_TIMEOUT);
+  EXPECT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
+  EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_READ_TIMEOUT);
   EXPECT_EQ(packet, request);
   EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
 }
@@ -71,12 +71,12 @@ TEST(HidFaults, ALateAnswerIsNotTakenForTheNextQuestion) {
   packet.resize(65);
   packet[4] = 0x15;
   bench.kernel.Board(0).Provoke({.kind = sim::FaultKind::kStall, .command = 0x15});
-  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   bench.kernel.SendReport(0, late);
   Bytes wanted(64, 0x22);
   wanted[0] = 0x15;
   bench.kernel.SendReport(0, wanted);
-  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   EXPECT_EQ(packet[0], 0x15) << "it came between the request and its answer";
   EXPECT_EQ(packet[1], 0x22);
 }
@@ -98,16 +98,16 @@ TEST(HidFaults, NoneOfSeveralLateAnswersIsTakenForTheNextQuestion) {
     Bytes packet = kReadAnalog;
     packet.resize(65);
     const Bytes request = packet;
-    ASSERT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+    ASSERT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
     for (const std::uint8_t echo : c.late) bench.kernel.SendReport(0, Bytes(64, echo));
     bench.kernel.SendReport(0, Bytes(64, 0x11));
-    EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+    EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
     EXPECT_EQ(packet[0], 0x11);
     // Those that have not come by then never will.
     packet = request;
-    ASSERT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+    ASSERT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
     bench.kernel.SendReport(0, Bytes(64, 0x13));
-    EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+    EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
     EXPECT_EQ(packet[0], 0x13) << "a wrong echo is the program's to judge";
   }
 }
@@ -119,9 +119,9 @@ TEST(HidFaults, ARequestThatWasNotSentHasNoAnswer) {
   EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
   Bytes packet = kReadAnalog;
   packet.resize(65);
-  ASSERT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_WRITE_FAILED);
+  ASSERT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_WRITE_FAILED);
   bench.kernel.SendReport(0, Bytes(64, 0x13));
-  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_READ_FAILED)
+  EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_READ_FAILED)
       << "an answer to the request before it";
   EXPECT_EQ(packet[4], 0x11);
   EXPECT_THAT(bench.Ask(kReadAnalog), ElementsAre(0x11));
@@ -189,9 +189,9 @@ TEST(HidFaults, ABoardPulledAtAnyMomentFailsAndTheOthersGoOn) {
 TEST(HidFaults, ABoardPulledWhileItsAnswerIsAwaitedEndsTheWait) {
   HidBench bench(BoardWith(R"({"kind": "stall"})"), {.answer_limit = std::chrono::hours(1)});
   Bytes packet(65);
-  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   std::thread hand([&] { bench.kernel.Unplug(0); });
-  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_READ_FAILED);
+  EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_READ_FAILED);
   hand.join();
 }
 
@@ -201,7 +201,7 @@ TEST(HidFaults, ASignalDoesNotEndAWait) {
   action.sa_handler = [](int) {};
   sigaction(SIGUSR1, &action, nullptr);
   Bytes packet(65);
-  EXPECT_EQ(bench.hid.Write(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.WriteData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   std::atomic<bool> done = false;
   const pthread_t reader = pthread_self();
   std::thread disturber([&] {
@@ -215,7 +215,7 @@ TEST(HidFaults, ASignalDoesNotEndAWait) {
       std::this_thread::yield();
     }
   });
-  EXPECT_EQ(bench.hid.Read(&bench.table[0], packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.hid.ReadData(bench.table[0], PacketSpan(packet)), KVUSB_OK);
   done = true;
   disturber.join();
   EXPECT_EQ(packet[0], 0x31);
@@ -255,16 +255,15 @@ TEST(HidFaults, ABoardThatMayNotBeOpenedIsListedAndSaysWhy) {
     options.may_open = [&](const std::string& /*device*/) { return error; };
     HidBench bench("{\"id\": \"a\", " + kJoystick + "}", options);
     ASSERT_EQ(bench.count, 1U);
-    std::string sentence;
-    EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), c.kind);
-    EXPECT_THAT(sentence, HasSubstr(c.words)) << "before anybody tried";
+    const auto problem = [&] { return bench.hid.DescribeProblem(bench.table.data()); };
+    EXPECT_EQ(problem().kind, c.kind);
+    EXPECT_THAT(problem().sentence, HasSubstr(c.words)) << "before anybody tried";
     EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
-    EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), c.kind);
-    EXPECT_THAT(sentence, HasSubstr(c.words)) << "and after";
+    EXPECT_EQ(problem().kind, c.kind);
+    EXPECT_THAT(problem().sentence, HasSubstr(c.words)) << "and after";
     error = 0;
     EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13)) << "as soon as it may be";
-    EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), KVUSB_PROBLEM_NONE);
-    EXPECT_EQ(sentence, "");
+    EXPECT_EQ(problem(), Problem());
   }
 }
 
@@ -277,9 +276,9 @@ TEST(HidFaults, RefusesWhatTheSystemRefuses) {
   bench.kernel.LetOthersOpen(false);
   ASSERT_EQ(setresuid(kNobody, kNobody, user), 0);
   EXPECT_EQ(bench.Detect(), 1U);
-  std::string sentence;
-  EXPECT_EQ(bench.hid.Describe(bench.table.data(), sentence), KVUSB_PROBLEM_PERMISSION);
-  EXPECT_THAT(sentence, HasSubstr("Permission denied"));
+  const Problem problem = bench.hid.DescribeProblem(bench.table.data());
+  EXPECT_EQ(problem.kind, KVUSB_PROBLEM_PERMISSION);
+  EXPECT_THAT(problem.sentence, HasSubstr("Permission denied"));
   EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
   ASSERT_EQ(setresuid(user, user, user), 0);
 }
@@ -288,10 +287,10 @@ TEST(HidFaults, AMachineWithoutHidrawSaysSo) {
   HidBoards hid({.sys = "/nowhere"});
   std::vector<DeviceRecord> table(4);
   std::uint32_t count = 0;
-  EXPECT_EQ(hid.Detect(&count, table.data(), 2), 0);
-  std::string sentence;
-  EXPECT_EQ(hid.Describe(nullptr, sentence), KVUSB_PROBLEM_OTHER);
-  EXPECT_THAT(sentence, HasSubstr("/nowhere/class/hidraw"));
+  EXPECT_EQ(hid.DetectHID(count, table, 2), 0);
+  const Problem problem = hid.DescribeProblem(nullptr);
+  EXPECT_EQ(problem.kind, KVUSB_PROBLEM_OTHER);
+  EXPECT_THAT(problem.sentence, HasSubstr("/nowhere/class/hidraw"));
 }
 
 }  // namespace

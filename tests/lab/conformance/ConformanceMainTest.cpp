@@ -8,8 +8,8 @@
 #include <vector>
 
 #include "conformance/ConformanceMain.h"
-#include "devlink/HidPacket.h"
 #include "devlink/SharedObject.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon {
 namespace {

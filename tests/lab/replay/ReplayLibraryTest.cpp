@@ -9,11 +9,11 @@
 #include <vector>
 
 #include "devlink/DeviceTable.h"
-#include "devlink/HidPacket.h"
 #include "devlink/LoadedLibrary.h"
 #include "devlink/TracedLibrary.h"
+#include "kvusb/HidPacket.h"
+#include "sim/Bus.h"
 #include "testing/OwnFolders.h"
-#include "testing/link/SimLibrary.h"
 
 namespace quillon {
 namespace {
@@ -97,10 +97,9 @@ constexpr const char* kRig = R"({"boards": [
 // A session with simulated boards: its trace, and what the program got.
 std::pair<std::string, Answers> RecordSession() {
   sim::Bus bus(std::get<sim::Rig>(sim::ParseRig(kRig)), {.latency = std::chrono::microseconds(0)});
-  testing::SimLibrary boards(bus);
   std::ostringstream trace;
   TracedLibrary traced(
-      boards, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
+      bus, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
   Program program(traced);
   RunSession(program);
   return {trace.str(), program.answers};

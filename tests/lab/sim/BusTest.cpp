@@ -6,8 +6,8 @@
 #include <map>
 #include <string_view>
 
-#include "sim/Bus.h"
 #include "lab/sim/SimBench.h"
+#include "sim/Bus.h"
 
 namespace quillon::sim {
 namespace {
@@ -30,9 +30,9 @@ TEST(SimBus, DetectFillsRecordsOfOneTypeAndNothingElse) {
   std::array<DeviceRecord, 3> table;
   std::memset(table.data(), 0xA5, sizeof table);
   std::uint32_t count = 77;
-  EXPECT_EQ(bus.Detect(&count, table.data(), KVUSB_TYPE_LOADER), 0);
+  EXPECT_EQ(bus.DetectHID(count, table, KVUSB_TYPE_LOADER), 0);
   EXPECT_EQ(count, 77U);
-  ASSERT_NE(bus.Detect(&count, table.data(), KVUSB_TYPE_FIRMWARE), 0);
+  ASSERT_NE(bus.DetectHID(count, table, KVUSB_TYPE_FIRMWARE), 0);
   ASSERT_EQ(count, 2U);
   EXPECT_EQ(table[0].product_id, 0x0910);
   EXPECT_EQ(table[0].version, 0x0282);
@@ -65,15 +65,15 @@ TEST(SimBus, OnlyARecordOfALivingBoardIsAnswered) {
 
   std::memset(&bench.record, 0xFF, sizeof bench.record);
   EXPECT_TRUE(fails()) << "garbage";
-  EXPECT_EQ(bench.bus.Close(1, &bench.record), 0);
+  EXPECT_EQ(bench.bus.CloseDevices({&bench.record, 1}), 0);
   bench.record = {};
   EXPECT_TRUE(fails()) << "zeros";
 
   bench.record = detected;
-  EXPECT_NE(bench.bus.Close(1, &bench.record), 0);
+  EXPECT_NE(bench.bus.CloseDevices({&bench.record, 1}), 0);
   EXPECT_TRUE(fails()) << "closed";
-  EXPECT_NE(bench.bus.Close(1, &bench.record), 0) << "twice";
-  EXPECT_NE(bench.bus.Close(0, nullptr), 0);
+  EXPECT_NE(bench.bus.CloseDevices({&bench.record, 1}), 0) << "twice";
+  EXPECT_NE(bench.bus.CloseDevices({}), 0);
 
   bench.Detect();
   bench.bus.Unplug("b");
@@ -88,14 +88,14 @@ TEST(SimBus, ReadsAreOnePerWriteAndReportNumbersAreRefused) {
   SimBench bench(kJoystickBoard);
   std::array<std::uint8_t, 65> packet{0, 0, 0, 0, 0x13};
   packet[64] = 0x77;
-  EXPECT_EQ(bench.bus.Write(&bench.record, packet.data()), KVUSB_OK);
-  EXPECT_EQ(bench.bus.Read(&bench.record, packet.data()), KVUSB_OK);
+  EXPECT_EQ(bench.bus.WriteData(bench.record, packet), KVUSB_OK);
+  EXPECT_EQ(bench.bus.ReadData(bench.record, packet), KVUSB_OK);
   EXPECT_EQ(packet[63], kFiller);
   EXPECT_EQ(packet[64], 0x77) << "the answer has 64 bytes";
   packet.fill(0x11);
-  EXPECT_EQ(bench.bus.Read(&bench.record, packet.data()), KVUSB_READ_TIMEOUT);
+  EXPECT_EQ(bench.bus.ReadData(bench.record, packet), KVUSB_READ_TIMEOUT);
   EXPECT_EQ(packet[0], 0x11);
-  EXPECT_EQ(bench.bus.Write(&bench.record, packet.data()), KVUSB_WRITE_FAILED);
+  EXPECT_EQ(bench.bus.WriteData(bench.record, packet), KVUSB_WRITE_FAILED);
 }
 
 TEST(SimBus, ExchangesEraseAndRestartTakeTheirTime) {
@@ -129,7 +129,7 @@ struct Events {
 TEST(SimBus, LeavingAndComingBackIsAnnounced) {
   SimBench bench(kJoystickBoard);
   Events events;
-  bench.bus.SetChangeHandler(Events::Take, &events);
+  bench.bus.SetDeviceChangeHandler(Events::Take, &events);
   bench.Ask({0, 0, 0, 0, 7, 0, '1', '2', '3'});
   bench.Ask({0, 0, 0, 0, 0xFF});
   bench.bus.Unplug("b");
@@ -139,15 +139,15 @@ TEST(SimBus, LeavingAndComingBackIsAnnounced) {
       events.seen,
       ElementsAre(R"(-\\?\HID#Vid_4C7E&Pid_0910#001)", R"(+\\?\HID#Vid_4C7E&Pid_0910#123)",
                   R"(-\\?\HID#Vid_4C7E&Pid_0910#123)", R"(+\\?\HID#Vid_4C7E&Pid_0910#123)"));
-  bench.bus.SetChangeHandler(nullptr, nullptr);
+  bench.bus.SetDeviceChangeHandler(nullptr, nullptr);
   bench.bus.Unplug("b");
   EXPECT_EQ(events.seen.size(), 4U);
 }
 
 TEST(SimBus, ARestartWhoseAnswerNobodyReadsHappensAllTheSame) {
   SimBench bench(kJoystickBoard);
-  const std::array<std::uint8_t, 65> packet{0, 0, 0, 0, 0xFF};
-  bench.bus.Write(&bench.record, packet.data());
+  std::array<std::uint8_t, 65> packet{0, 0, 0, 0, 0xFF};
+  bench.bus.WriteData(bench.record, packet);
   EXPECT_EQ(bench.Detect(), 1U);
 }
 
@@ -219,9 +219,9 @@ TEST(SimFaults, NodeFaultsAreNarrowedToFunctionAndNode) {
 TEST(SimFaults, ABoardVanishesAndClosingFails) {
   SimBench bench(kJoystickBoard);
   Events events;
-  bench.bus.SetChangeHandler(Events::Take, &events);
+  bench.bus.SetDeviceChangeHandler(Events::Take, &events);
   bench.bus.ProvokeFault("b", {.kind = FaultKind::kCloseFails});
-  EXPECT_EQ(bench.bus.Close(1, &bench.record), 0);
+  EXPECT_EQ(bench.bus.CloseDevices({&bench.record, 1}), 0);
   bench.Detect();
   bench.bus.ProvokeFault("b", Of(FaultKind::kVanish, 0x13, 2));
   EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));

@@ -46,7 +46,7 @@ class SimBench {
   std::uint32_t Detect() {
     for (std::uint32_t type = 1; type <= 3; ++type) {
       std::uint32_t count = 0;
-      if (bus.Detect(&count, &record, type) != 0 && count == 1) return type;
+      if (bus.DetectHID(count, {&record, 1}, type) != 0 && count == 1) return type;
     }
     return 0;
   }
@@ -55,8 +55,8 @@ class SimBench {
   // the write or the read failed.
   Bytes Ask(Bytes packet, std::size_t wanted = 1) {
     packet.resize(KVUSB_PACKET_BYTES);
-    wrote = bus.Write(&record, packet.data());
-    read = bus.Read(&record, packet.data());
+    wrote = bus.WriteData(record, PacketSpan(packet));
+    read = bus.ReadData(record, PacketSpan(packet));
     if (wrote != 0 || read != 0) return {};
     packet.resize(wanted);
     return packet;

@@ -50,7 +50,7 @@ TEST_F(SimState, SettingsSerialAndCalibrationOutliveTheBus) {
   EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xFA, 0x12, 0xFB, 0x34));
   EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x30, 0, 6}, 7), ElementsAre(0x30, 1, 2, 3, 4, 5, 6));
   EXPECT_STREQ(bench.record.serial_number, "987") << "a new start, so the new number";
-  EXPECT_THAT(bench.bus.Problem(&bench.record), IsEmpty());
+  EXPECT_THAT(bench.bus.DescribeProblem(&bench.record).sentence, IsEmpty());
   EXPECT_FALSE(fs::exists(leftover));
   bench.Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
   EXPECT_EQ(fs::status(File()).permissions(), fs::perms(0600)) << "the owner's alone";
@@ -114,7 +114,7 @@ TEST_F(SimState, AFileCutAnywhereOrChangedIsSetAside) {
     Replace(text);
     SimBench bench(kJoystickBoard, Options());
     EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xA1, 0xE4, 0x53, 0x1B));
-    EXPECT_THAT(bench.bus.Problem(&bench.record), HasSubstr("starts with factory settings"));
+    EXPECT_THAT(bench.bus.DescribeProblem(&bench.record).sentence, HasSubstr("starts with factory settings"));
     EXPECT_FALSE(fs::exists(File()));
     EXPECT_TRUE(fs::exists(folder_ / "b.json.broken"));
     fs::remove(folder_ / "b.json.broken");
@@ -128,24 +128,24 @@ TEST_F(SimState, AFolderThatCannotBeUsedIsToldAndTheBoardsWork) {
   std::ofstream(testing::OwnFolders::Root() / "file") << "in the way";
   SimBench bench(kJoystickBoard,
                  {.state_folder = testing::OwnFolders::Root() / "file" / "below", .latency = {}});
-  EXPECT_THAT(bench.bus.Problem(nullptr), HasSubstr("cannot be made"));
+  EXPECT_THAT(bench.bus.DescribeProblem(nullptr).sentence, HasSubstr("cannot be made"));
   EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}), ElementsAre(0x13));
 
   // A folder in the place of the file: neither read nor written.
   fs::create_directories(folder_ / "b.json");
   SimBench other(kJoystickBoard, Options());
-  EXPECT_THAT(other.bus.Problem(&other.record), HasSubstr("is a folder"));
+  EXPECT_THAT(other.bus.DescribeProblem(&other.record).sentence, HasSubstr("is a folder"));
   Bus bus(RigOf(R"({"id": "c", )" + kJoystickBoard + "}"), Options());
   DeviceRecord record{};
   std::uint32_t count = 0;
   fs::create_directory(folder_ / "c.json");
-  ASSERT_NE(bus.Detect(&count, &record, KVUSB_TYPE_FIRMWARE), 0);
+  ASSERT_NE(bus.DetectHID(count, {&record, 1}, KVUSB_TYPE_FIRMWARE), 0);
   std::uint8_t packet[65] = {0, 0, 0, 0, 0x0F, 1, 1, 2, 3, 4};
-  EXPECT_EQ(bus.Write(&record, packet), KVUSB_OK);
-  EXPECT_THAT(bus.Problem(&record), HasSubstr("cannot be kept"));
+  EXPECT_EQ(bus.WriteData(record, packet), KVUSB_OK);
+  EXPECT_THAT(bus.DescribeProblem(&record).sentence, HasSubstr("cannot be kept"));
   fs::remove(folder_ / "c.json");
-  EXPECT_EQ(bus.Write(&record, packet), KVUSB_OK);
-  EXPECT_THAT(bus.Problem(&record), IsEmpty()) << "kept again";
+  EXPECT_EQ(bus.WriteData(record, packet), KVUSB_OK);
+  EXPECT_THAT(bus.DescribeProblem(&record).sentence, IsEmpty()) << "kept again";
 }
 
 }  // namespace

@@ -14,9 +14,9 @@
 #include <vector>
 
 #include "pages/common/CDeviceConfigPage.h"
+#include "sim/Bus.h"
 #include "testing/OwnFolders.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/pages/PageBench.h"
 
 namespace quillon::testing {
@@ -56,8 +56,7 @@ class DeviceConfigBench {
   explicit DeviceConfigBench(const std::string& fields, std::uint32_t device_mode = 2)
       : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [{"id": "b", )" + fields + "}]}")),
             {.latency = {}}),
-        sim(bus),
-        library(sim),
+        library(bus),
         bench(library),
         page(bench.Context(), device_mode, nullptr, [this] { return now; }) {
     Detect();
@@ -113,7 +112,6 @@ class DeviceConfigBench {
   const sim::BoardState& Board() { return bus.Find("b")->State(); }
 
   sim::Bus bus;
-  SimLibrary sim;
   FaultyLibrary library;
   PageBench bench;
   std::chrono::milliseconds now{};

@@ -12,8 +12,8 @@
 
 #include "pages/joystick/CAxisCalibrateDlg.h"
 #include "pages/joystick/CAxisTweakPage.h"
+#include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "widgets/CStatusLed.h"
@@ -257,8 +257,7 @@ TEST_F(AxisCalibrate, TellsWhenNoDialogCouldBeShown) {
 
 TEST(AxisCalibrateOnABoard, FollowsTheAxisAndStoresItsLastReading) {
   sim::Bus bus(sim::DefaultRig(), {.latency = {}});
-  SimLibrary library(bus);
-  PageBench bench(library);
+  PageBench bench(bus);
   bench.Detect();
   CAxisTweakPage page(bench.Context());
   const auto stored = bus.Find("joystick-1")->State().calibration[2];
@@ -281,8 +280,7 @@ TEST(AxisCalibrateOnABoard, FollowsTheAxisAndStoresItsLastReading) {
 
 TEST(AxisCalibrateOnABoard, OutlivesTheBoard) {
   sim::Bus bus(sim::DefaultRig(), {.latency = {}});
-  SimLibrary library(bus);
-  PageBench bench(library);
+  PageBench bench(bus);
   bench.Detect();
   bool detected_anew = false;
   bench.link.gate.SetAction([&] { detected_anew = true; });

@@ -5,7 +5,7 @@
 
 #include <algorithm>
 
-#include "devlink/HidPacket.h"
+#include "kvusb/HidPacket.h"
 
 namespace quillon::testing {
 namespace {

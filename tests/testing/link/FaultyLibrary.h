@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 
 namespace quillon::testing {
 
@@ -49,17 +49,15 @@ class FaultyLibrary : public HidLibrary {
 
   std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                          std::uint32_t type) override;
-  std::int32_t WriteData(DeviceRecord& record,
-                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
-  std::int32_t ReadData(DeviceRecord& record,
-                        std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
   bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
   Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
   enum class Side { kWrite, kRead };
-  using Packet = std::span<std::uint8_t, KVUSB_PACKET_BYTES>;
+  using Packet = PacketSpan;
   using Pass = std::function<std::int32_t(Packet)>;
   struct Fault {
     Side side;

@@ -3,7 +3,8 @@
 #include <gtest/gtest-spi.h>
 
 #include "devlink/Exchange.h"
-#include "devlink/HidPacket.h"
+#include "devlink/NoLibrary.h"
+#include "kvusb/HidPacket.h"
 #include "testing/link/FaultyLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 
@@ -75,12 +76,12 @@ TEST(TranscriptLibrary, ExpectsTheNextPartOnlyAfterTheLast) {
 // Answers every command with its echo and two data bytes, and counts what reaches it.
 class EchoLibrary : public NoLibrary {
  public:
-  std::int32_t WriteData(DeviceRecord&, std::span<std::uint8_t, KVUSB_PACKET_BYTES> p) override {
+  std::int32_t WriteData(DeviceRecord&, PacketSpan p) override {
     ++writes;
     command_ = p[kCommandByte];
     return KVUSB_OK;
   }
-  std::int32_t ReadData(DeviceRecord&, std::span<std::uint8_t, KVUSB_PACKET_BYTES> p) override {
+  std::int32_t ReadData(DeviceRecord&, PacketSpan p) override {
     ++reads;
     p[0] = command_;
     p[1] = 0xA1;

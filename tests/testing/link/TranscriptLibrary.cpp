@@ -39,14 +39,12 @@ std::int32_t TranscriptLibrary::DetectHID(std::uint32_t& count, std::span<Device
   return entry->result;
 }
 
-std::int32_t TranscriptLibrary::WriteData(DeviceRecord& record,
-                                          std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) {
+std::int32_t TranscriptLibrary::WriteData(DeviceRecord& record, PacketSpan packet) {
   const TraceEntry* entry = Judged(player_.Write(record, packet));
   return entry == nullptr ? std::int32_t{KVUSB_WRITE_FAILED} : entry->result;
 }
 
-std::int32_t TranscriptLibrary::ReadData(DeviceRecord& record,
-                                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) {
+std::int32_t TranscriptLibrary::ReadData(DeviceRecord& record, PacketSpan packet) {
   const TraceEntry* entry = Judged(player_.Read(record));
   if (entry == nullptr) return KVUSB_READ_FAILED;
   if (entry->HasPacket()) std::copy(entry->packet.begin(), entry->packet.end(), packet.begin());

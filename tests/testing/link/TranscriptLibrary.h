@@ -4,7 +4,7 @@
 #include <source_location>
 #include <string_view>
 
-#include "devlink/HidLibrary.h"
+#include "kvusb/HidLibrary.h"
 #include "kvusb/trace/TracePlayer.h"
 
 namespace quillon::testing {
@@ -34,10 +34,8 @@ class TranscriptLibrary : public HidLibrary {
 
   std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                          std::uint32_t type) override;
-  std::int32_t WriteData(DeviceRecord& record,
-                         std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
-  std::int32_t ReadData(DeviceRecord& record,
-                        std::span<std::uint8_t, KVUSB_PACKET_BYTES> packet) override;
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
+  std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
 
  private:

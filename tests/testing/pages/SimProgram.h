@@ -5,8 +5,8 @@
 
 #include <utility>
 
+#include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/pages/PageBench.h"
 
 namespace quillon::testing {
@@ -16,7 +16,7 @@ namespace quillon::testing {
 // after a restart.
 struct SimProgram {
   explicit SimProgram(std::uint16_t product_id, sim::BusOptions options = {.latency = {}})
-      : bus(sim::DefaultRig(), std::move(options)), boards(bus), library(boards), bench(library) {
+      : bus(sim::DefaultRig(), std::move(options)), library(bus), bench(library) {
     bench.Detect();
     DeviceTable& table = bench.link.table;
     for (std::uint32_t i = table.Count(); i-- > 0;) {
@@ -26,7 +26,6 @@ struct SimProgram {
   }
 
   sim::Bus bus;
-  SimLibrary boards;
   FaultyLibrary library;
   PageBench bench;
 };

@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// libkvusb-replay: a recorded session as a HID access library (see kvusb.h).
+// libkvusb-replay: a recorded session as a HID library (see kvusb.h).
 //
 //   QUILLON_REPLAY  file with the trace, as QUILLON_TRACE wrote it
 //
@@ -8,9 +8,10 @@
 // DescribeProblem(NULL) says why, and later where the program left the trace.
 #include <cstdlib>
 
+#include "kvusb/Exports.h"
 #include "replay/Replay.h"
 
-quillon::AccessLibrary& quillon::TheLibrary() {
+quillon::HidLibrary& quillon::TheLibrary() {
   static Replay replay([] {
     const char* file = std::getenv("QUILLON_REPLAY");
     return file == nullptr ? "" : file;

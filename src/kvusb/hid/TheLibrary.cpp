@@ -1,10 +1,11 @@
 // SPDX-License-Identifier: MIT
 //
-// libkvusb-hid: the boards on the machine's USB as a HID access library (see kvusb.h), over hidapi.
+// libkvusb-hid: the boards on the machine's USB as a HID library (see kvusb.h), over hidapi.
 // Its hot-plug events are the system's, which the program follows by itself.
+#include "kvusb/Exports.h"
 #include "kvusb/hid/HidBoards.h"
 
-quillon::AccessLibrary& quillon::TheLibrary() {
+quillon::HidLibrary& quillon::TheLibrary() {
   static HidBoards boards;
   return boards;
 }

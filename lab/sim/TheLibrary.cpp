@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// libkvusb-sim: the simulated boards as a HID access library (see kvusb.h).
+// libkvusb-sim: the simulated boards as a HID library (see kvusb.h).
 //
 //   QUILLON_SIM_RIG         file with the rig (see Rig.h); without it the rig that is built in
 //   QUILLON_SIM_STATE       folder in which the boards keep their state; without it they keep none
@@ -13,8 +13,8 @@
 #include <string>
 #include <utility>
 
-#include "kvusb/AccessLibrary.h"
 #include "boards/RigFile.h"
+#include "kvusb/Exports.h"
 #include "sim/Bus.h"
 
 namespace quillon::sim {
@@ -55,38 +55,18 @@ BusOptions ChosenOptions(std::string& problem) {
 }
 
 // The bus as the environment asks for it.
-class SimulatedLibrary : public AccessLibrary {
- public:
-  std::int32_t Detect(std::uint32_t* count, DeviceRecord* first, std::uint32_t type) override {
-    return bus_.Detect(count, first, type);
-  }
-  std::int32_t Write(const DeviceRecord* record, const std::uint8_t* packet) override {
-    return bus_.Write(record, packet);
-  }
-  std::int32_t Read(const DeviceRecord* record, std::uint8_t* packet) override {
-    return bus_.Read(record, packet);
-  }
-  std::int32_t Close(std::uint32_t count, const DeviceRecord* first) override {
-    return bus_.Close(count, first);
-  }
-  std::int32_t Describe(const DeviceRecord* record, std::string& text) override {
-    text = record == nullptr && !problem_.empty() ? problem_ : bus_.Problem(record);
-    return text.empty() ? KVUSB_PROBLEM_NONE : KVUSB_PROBLEM_OTHER;
-  }
-  void SetChangeHandler(DeviceChangeHandler handler, void* context) override {
-    bus_.SetChangeHandler(handler, context);
-  }
-
- private:
-  std::string problem_;
-  Rig rig_ = ChosenRig(problem_);
-  Bus bus_{std::move(rig_), ChosenOptions(problem_)};
-};
+Bus ChosenBus() {
+  std::string problem;
+  Rig rig = ChosenRig(problem);
+  BusOptions options = ChosenOptions(problem);
+  options.problem = std::move(problem);
+  return Bus(std::move(rig), std::move(options));
+}
 
 }  // namespace
 }  // namespace quillon::sim
 
-quillon::AccessLibrary& quillon::TheLibrary() {
-  static sim::SimulatedLibrary library;
-  return library;
+quillon::HidLibrary& quillon::TheLibrary() {
+  static sim::Bus bus = sim::ChosenBus();
+  return bus;
 }

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <cstdint>
+#include <span>
 
 #include "kvusb/kvusb.h"
 
@@ -10,6 +11,9 @@ namespace quillon {
 
 // The buffer of every exchange: the request, then, written over it, the answer. kvusb.h draws both.
 using HidPacket = std::array<std::uint8_t, KVUSB_PACKET_BYTES>;
+
+// A packet where it stands.
+using PacketSpan = std::span<std::uint8_t, KVUSB_PACKET_BYTES>;
 
 // Places in a request.
 inline constexpr std::size_t kLengthByte = 1;
