@@ -4,7 +4,7 @@
 #include <map>
 #include <utility>
 
-#include "kvusb/HidLibrary.h"
+#include "kvusb/ForwardingLibrary.h"
 
 namespace quillon::stage {
 
@@ -13,37 +13,25 @@ using Refusals = std::map<std::uint16_t, Problem>;
 
 // The boards of a library, some of which the system refuses to open: they are listed and answer
 // nothing. Simulated boards have no system that could refuse them.
-class RefusedBoards : public HidLibrary {
+class RefusedBoards : public ForwardingLibrary {
  public:
-  // `library` outlives the object.
-  RefusedBoards(HidLibrary& library, Refusals refusals)
-      : library_(library), refusals_(std::move(refusals)) {}
+  RefusedBoards(HidLibrary& inner, Refusals refusals)
+      : ForwardingLibrary(inner), refusals_(std::move(refusals)) {}
 
-  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
-                         std::uint32_t type) override {
-    return library_.DetectHID(count, free, type);
-  }
   std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override {
     return refusals_.contains(record.product_id) ? KVUSB_WRITE_FAILED
-                                                 : library_.WriteData(record, packet);
+                                                 : Inner().WriteData(record, packet);
   }
   std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override {
     return refusals_.contains(record.product_id) ? KVUSB_READ_FAILED
-                                                 : library_.ReadData(record, packet);
-  }
-  std::int32_t CloseDevices(std::span<DeviceRecord> records) override {
-    return library_.CloseDevices(records);
-  }
-  bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override {
-    return library_.SetDeviceChangeHandler(handler, context);
+                                                 : Inner().ReadData(record, packet);
   }
   Problem DescribeProblem(const DeviceRecord* record) override {
     const auto refused = record == nullptr ? refusals_.end() : refusals_.find(record->product_id);
-    return refused == refusals_.end() ? library_.DescribeProblem(record) : refused->second;
+    return refused == refusals_.end() ? Inner().DescribeProblem(record) : refused->second;
   }
 
  private:
-  HidLibrary& library_;
   Refusals refusals_;
 };
 

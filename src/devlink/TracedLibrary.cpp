@@ -13,7 +13,10 @@ using Call = TraceEntry::Call;
 }  // namespace
 
 TracedLibrary::TracedLibrary(HidLibrary& inner, Write write, Clock clock)
-    : inner_(inner), write_(std::move(write)), clock_(std::move(clock)), begin_(clock_()) {
+    : ForwardingLibrary(inner),
+      write_(std::move(write)),
+      clock_(std::move(clock)),
+      begin_(clock_()) {
   Put(kTraceHeading);
 }
 
@@ -21,7 +24,7 @@ std::int32_t TracedLibrary::DetectHID(std::uint32_t& count, std::span<DeviceReco
                                       std::uint32_t type) {
   if (first_ == nullptr) first_ = free.data();
   TraceEntry entry{.call = Call::kDetect, .seconds = Now(), .argument = type};
-  entry.result = inner_.DetectHID(count, free, type);
+  entry.result = Inner().DetectHID(count, free, type);
   if (entry.result != 0) {
     const auto listed = free.first(std::min<std::size_t>(count, free.size()));
     entry.boards.assign(listed.begin(), listed.end());
@@ -33,14 +36,14 @@ std::int32_t TracedLibrary::DetectHID(std::uint32_t& count, std::span<DeviceReco
 std::int32_t TracedLibrary::WriteData(DeviceRecord& record, PacketSpan packet) {
   TraceEntry entry{.call = Call::kWrite, .seconds = Now(), .argument = IndexOf(record)};
   std::copy(packet.begin(), packet.end(), entry.packet.begin());
-  entry.result = inner_.WriteData(record, packet);
+  entry.result = Inner().WriteData(record, packet);
   Put(FormatTraceEntry(entry));
   return entry.result;
 }
 
 std::int32_t TracedLibrary::ReadData(DeviceRecord& record, PacketSpan packet) {
   TraceEntry entry{.call = Call::kRead, .argument = IndexOf(record)};
-  entry.result = inner_.ReadData(record, packet);
+  entry.result = Inner().ReadData(record, packet);
   entry.seconds = Now();
   std::copy(packet.begin(), packet.end(), entry.packet.begin());
   Put(FormatTraceEntry(entry));
@@ -51,17 +54,13 @@ std::int32_t TracedLibrary::CloseDevices(std::span<DeviceRecord> records) {
   TraceEntry entry{.call = Call::kClose,
                    .seconds = Now(),
                    .argument = static_cast<std::uint32_t>(records.size())};
-  entry.result = inner_.CloseDevices(records);
+  entry.result = Inner().CloseDevices(records);
   Put(FormatTraceEntry(entry));
   return entry.result;
 }
 
-bool TracedLibrary::SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) {
-  return inner_.SetDeviceChangeHandler(handler, context);
-}
-
 Problem TracedLibrary::DescribeProblem(const DeviceRecord* record) {
-  Problem problem = inner_.DescribeProblem(record);
+  Problem problem = Inner().DescribeProblem(record);
   if (record != nullptr || !stopped_) return problem;
   if (problem.kind == KVUSB_PROBLEM_NONE) problem = {KVUSB_PROBLEM_OTHER, {}};
   if (!problem.sentence.empty()) problem.sentence += ' ';

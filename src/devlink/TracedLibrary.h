@@ -6,14 +6,14 @@
 #include <string>
 #include <string_view>
 
-#include "kvusb/HidLibrary.h"
+#include "kvusb/ForwardingLibrary.h"
 
 namespace quillon {
 
 // Writes every call to another library, with its time and result, as kvusb/trace/TraceText.h says.
 // Each call is written on its own, so that a trace is whole up to the very call that went wrong.
 // Where writing fails the trace stops; the calls go on, and DescribeProblem(nullptr) tells of it.
-class TracedLibrary : public HidLibrary {
+class TracedLibrary : public ForwardingLibrary {
  public:
   // Seconds since some moment, never running backwards.
   using Clock = std::function<double()>;
@@ -21,7 +21,6 @@ class TracedLibrary : public HidLibrary {
   // Takes a piece of the trace, or says as a sentence what keeps it from that.
   using Write = std::function<std::optional<std::string>(std::string_view)>;
 
-  // `inner` lives as long as the object does.
   TracedLibrary(HidLibrary& inner, Write write, Clock clock);
 
   // Called once, inside a call of the library, when the trace stops.
@@ -34,7 +33,6 @@ class TracedLibrary : public HidLibrary {
   std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
   std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
   std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
-  bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
   Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
@@ -42,7 +40,6 @@ class TracedLibrary : public HidLibrary {
   std::uint32_t IndexOf(const DeviceRecord& record) const;
   double Now() const { return clock_() - begin_; }
 
-  HidLibrary& inner_;
   Write write_;
   std::optional<std::string> stopped_;  // why
   std::function<void()> when_stopped_;

@@ -23,11 +23,11 @@ FaultyLibrary::~FaultyLibrary() {
 }
 
 void FaultyLibrary::FailWrite(Which which, std::int32_t code) {
-  faults_.push_back({Side::kWrite, which, [code](Packet, const Pass&) { return code; }});
+  faults_.push_back({Side::kWrite, which, [code](PacketSpan, const Pass&) { return code; }});
 }
 
 void FaultyLibrary::FailRead(Which which, std::int32_t code) {
-  faults_.push_back({Side::kRead, which, [code](Packet packet, const Pass& pass) {
+  faults_.push_back({Side::kRead, which, [code](PacketSpan packet, const Pass& pass) {
                        HidPacket lost = CopyOf(packet);
                        pass(lost);
                        return code;
@@ -35,7 +35,7 @@ void FaultyLibrary::FailRead(Which which, std::int32_t code) {
 }
 
 void FaultyLibrary::AnswerShort(Which which, std::size_t bytes) {
-  faults_.push_back({Side::kRead, which, [bytes](Packet packet, const Pass& pass) {
+  faults_.push_back({Side::kRead, which, [bytes](PacketSpan packet, const Pass& pass) {
                        HidPacket answer = CopyOf(packet);
                        const std::int32_t result = pass(answer);
                        std::copy_n(answer.begin(), std::min(bytes, answer.size()), packet.begin());
@@ -44,7 +44,7 @@ void FaultyLibrary::AnswerShort(Which which, std::size_t bytes) {
 }
 
 void FaultyLibrary::AnswerWithEcho(Which which, std::uint8_t echo) {
-  faults_.push_back({Side::kRead, which, [echo](Packet packet, const Pass& pass) {
+  faults_.push_back({Side::kRead, which, [echo](PacketSpan packet, const Pass& pass) {
                        const std::int32_t result = pass(packet);
                        packet[kEchoByte] = echo;
                        return result;
@@ -53,7 +53,7 @@ void FaultyLibrary::AnswerWithEcho(Which which, std::uint8_t echo) {
 
 void FaultyLibrary::BeforeWrite(Which which, std::function<void()> callback) {
   faults_.push_back(
-      {Side::kWrite, which, [run = std::move(callback)](Packet packet, const Pass& pass) {
+      {Side::kWrite, which, [run = std::move(callback)](PacketSpan packet, const Pass& pass) {
          run();
          return pass(packet);
        }});
@@ -61,7 +61,7 @@ void FaultyLibrary::BeforeWrite(Which which, std::function<void()> callback) {
 
 void FaultyLibrary::BeforeRead(Which which, std::function<void()> callback) {
   faults_.push_back(
-      {Side::kRead, which, [run = std::move(callback)](Packet packet, const Pass& pass) {
+      {Side::kRead, which, [run = std::move(callback)](PacketSpan packet, const Pass& pass) {
          run();
          return pass(packet);
        }});
@@ -71,40 +71,23 @@ bool FaultyLibrary::DropUnstruck() {
   return std::erase_if(faults_, [](const Fault& f) { return f.seen < f.which.nth; }) > 0;
 }
 
-std::int32_t FaultyLibrary::DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
-                                      std::uint32_t type) {
-  return inner_.DetectHID(count, free, type);
-}
-
-std::int32_t FaultyLibrary::WriteData(DeviceRecord& record, Packet packet) {
+std::int32_t FaultyLibrary::WriteData(DeviceRecord& record, PacketSpan packet) {
   command_ = packet[kCommandByte];
-  return Run(Side::kWrite, packet, [&](Packet p) { return inner_.WriteData(record, p); });
+  return Run(Side::kWrite, packet, [&](PacketSpan p) { return Inner().WriteData(record, p); });
 }
 
-std::int32_t FaultyLibrary::ReadData(DeviceRecord& record, Packet packet) {
-  return Run(Side::kRead, packet, [&](Packet p) { return inner_.ReadData(record, p); });
-}
-
-std::int32_t FaultyLibrary::CloseDevices(std::span<DeviceRecord> records) {
-  return inner_.CloseDevices(records);
-}
-
-bool FaultyLibrary::SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) {
-  return inner_.SetDeviceChangeHandler(handler, context);
-}
-
-Problem FaultyLibrary::DescribeProblem(const DeviceRecord* record) {
-  return inner_.DescribeProblem(record);
+std::int32_t FaultyLibrary::ReadData(DeviceRecord& record, PacketSpan packet) {
+  return Run(Side::kRead, packet, [&](PacketSpan p) { return Inner().ReadData(record, p); });
 }
 
 // Wraps the call into all faults that strike it, the first one asked for outermost.
-std::int32_t FaultyLibrary::Run(Side side, Packet packet, Pass call) {
+std::int32_t FaultyLibrary::Run(Side side, PacketSpan packet, Pass call) {
   for (auto fault = faults_.rbegin(); fault != faults_.rend(); ++fault) {
     const Which& which = fault->which;
     if (fault->side != side || which.command.value_or(command_) != command_) continue;
     ++fault->seen;
     if (fault->seen == which.nth || (which.onwards && fault->seen > which.nth)) {
-      call = [act = fault->act, inner = std::move(call)](Packet p) { return act(p, inner); };
+      call = [act = fault->act, inner = std::move(call)](PacketSpan p) { return act(p, inner); };
     }
   }
   return call(packet);

@@ -7,7 +7,7 @@
 #include <functional>
 #include <optional>
 
-#include "kvusb/HidLibrary.h"
+#include "kvusb/ForwardingLibrary.h"
 
 namespace quillon::testing {
 
@@ -19,7 +19,7 @@ namespace quillon::testing {
 //
 // Calls are counted from the moment of asking, each fault by itself. A read counts for the command
 // of the write before it. A fault that never struck fails the test, which would else prove nothing.
-class FaultyLibrary : public HidLibrary {
+class FaultyLibrary : public ForwardingLibrary {
  public:
   // Which of the writes or reads a fault strikes.
   struct Which {
@@ -28,8 +28,7 @@ class FaultyLibrary : public HidLibrary {
     bool onwards = false;                                // and all that follow
   };
 
-  // `inner` lives as long as the object does.
-  explicit FaultyLibrary(HidLibrary& inner) : inner_(inner) {}
+  using ForwardingLibrary::ForwardingLibrary;
   ~FaultyLibrary() override;
 
   // The request does not reach the board.
@@ -47,28 +46,21 @@ class FaultyLibrary : public HidLibrary {
   // one fault through a procedure until it runs past the end.
   bool DropUnstruck();
 
-  std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
-                         std::uint32_t type) override;
   std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override;
   std::int32_t ReadData(DeviceRecord& record, PacketSpan packet) override;
-  std::int32_t CloseDevices(std::span<DeviceRecord> records) override;
-  bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
-  Problem DescribeProblem(const DeviceRecord* record) override;
 
  private:
   enum class Side { kWrite, kRead };
-  using Packet = PacketSpan;
-  using Pass = std::function<std::int32_t(Packet)>;
+  using Pass = std::function<std::int32_t(PacketSpan)>;
   struct Fault {
     Side side;
     Which which;
-    std::function<std::int32_t(Packet packet, const Pass& pass)> act;
+    std::function<std::int32_t(PacketSpan packet, const Pass& pass)> act;
     int seen = 0;
   };
 
-  std::int32_t Run(Side side, Packet packet, Pass call);
+  std::int32_t Run(Side side, PacketSpan packet, Pass call);
 
-  HidLibrary& inner_;
   std::uint8_t command_ = 0;
   std::deque<Fault> faults_;  // a callback may add to it
 };
