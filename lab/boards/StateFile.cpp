@@ -166,7 +166,7 @@ LoadedState LoadState(const fs::path& folder, const BoardSpec& spec) {
 
 std::string SaveState(const fs::path& folder, const BoardSpec& spec, const BoardState& state) {
   const fs::path file = FileOf(folder, spec);
-  if (!ReplaceFile(file, FormatState(spec, state), FileAccess::kOwner)) return {};
+  if (!ReplaceFile(file, FormatState(spec, state), FileReaders::kOwner)) return {};
   return "The state of board " + spec.id + " cannot be kept in " + file.string() +
          ", it lasts until the program ends.";
 }

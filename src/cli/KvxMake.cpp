@@ -135,7 +135,7 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   const auto bytes = WriteKvx(image);
   const std::string text(bytes.begin(), bytes.end());
   RemoveLeftovers(request.to);
-  if (const auto problem = ReplaceFile(request.to, text, FileAccess::kEverybody)) {
+  if (const auto problem = ReplaceFile(request.to, text, FileReaders::kEverybody)) {
     return request.to + ": " + SentenceOn(*problem);
   }
   out << ShownText(request.to) << ": " << image.records.size() << " records\n";

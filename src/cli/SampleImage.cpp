@@ -27,7 +27,7 @@ int main(int argc, char** argv) {
   std::string image = {static_cast<char>(version >> 8 & 0xFF), static_cast<char>(version & 0xFF)};
   std::minstd_rand noise(version);
   while (image.size() < kImageBytes) image.push_back(static_cast<char>(noise() >> 8 & 0xFF));
-  const auto problem = quillon::ReplaceFile(argv[2], image, quillon::FileAccess::kEverybody);
+  const auto problem = quillon::ReplaceFile(argv[2], image, quillon::FileReaders::kEverybody);
   if (problem) std::cerr << argv[2] << ": It " << problem->predicate << ".\n";
   return problem ? EXIT_FAILURE : EXIT_SUCCESS;
 }

@@ -9,7 +9,8 @@
 
 namespace quillon {
 
-enum class FileAccess {
+// Who may read a file that is made.
+enum class FileReaders {
   kEverybody,  // what the user's umask allows; a file that is replaced keeps its own mode
   kOwner,      // mode 0600: what holds serial numbers or firmware
 };
@@ -19,7 +20,7 @@ enum class FileAccess {
 // (/dev/stdout) is written to as it is. Returns nothing, or what went wrong; then an old file is
 // still there and the temporary one is not.
 std::optional<FileProblem> ReplaceFile(const std::filesystem::path& file, std::string_view bytes,
-                                       FileAccess access);
+                                       FileReaders readers);
 
 // Removes the temporary files that processes which have ended left beside `file`.
 void RemoveLeftovers(const std::filesystem::path& file);

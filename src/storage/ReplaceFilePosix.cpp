@@ -73,7 +73,7 @@ void SyncFolder(const fs::path& file) {
 }  // namespace
 
 std::optional<FileProblem> ReplaceFile(const fs::path& file, std::string_view bytes,
-                                       FileAccess access) {
+                                       FileReaders readers) {
   struct stat old {};
   const bool exists = stat(file.c_str(), &old) == 0;
   if (exists && S_ISDIR(old.st_mode)) return FileProblem{"is a folder", {}};
@@ -81,7 +81,7 @@ std::optional<FileProblem> ReplaceFile(const fs::path& file, std::string_view by
   std::error_code error;
   const fs::path target = exists ? fs::canonical(file, error) : file;
   if (error) return FileProblem{"cannot be written: " + error.message(), error};
-  const bool owner = access == FileAccess::kOwner;
+  const bool owner = readers == FileReaders::kOwner;
   std::optional<mode_t> mode;
   if (exists && !owner) mode = old.st_mode & 07777;
   const fs::path temporary = TemporaryOf(target);

@@ -7,9 +7,9 @@
 
 namespace quillon {
 
-// A file in the user's profile is the user's alone there, so the access makes no difference.
+// A file in the user's profile is the user's alone there, so the readers make no difference.
 std::optional<FileProblem> ReplaceFile(const std::filesystem::path& file, std::string_view bytes,
-                                       FileAccess /*access*/) {
+                                       FileReaders /*readers*/) {
   std::error_code ignored;
   if (std::filesystem::is_directory(file, ignored)) return FileProblem{"is a folder", {}};
   std::filesystem::path temporary = file;

@@ -51,18 +51,18 @@ TEST_F(Files, AreReplacedWholeWithTheirModeAndThroughLinks) {
   std::ofstream(Own("old")) << "old";
   ASSERT_EQ(chmod(Own("old").c_str(), 0640), 0);
   fs::create_symlink(Own("old"), Own("link"));
-  EXPECT_FALSE(ReplaceFile(Own("link"), "new", FileAccess::kEverybody));
+  EXPECT_FALSE(ReplaceFile(Own("link"), "new", FileReaders::kEverybody));
   EXPECT_TRUE(fs::is_symlink(Own("link")));
   EXPECT_EQ(Read(Own("old")), "new");
   EXPECT_EQ(Mode(Own("old")), 0640U);
-  EXPECT_FALSE(ReplaceFile(Own("old"), "own", FileAccess::kOwner));
+  EXPECT_FALSE(ReplaceFile(Own("old"), "own", FileReaders::kOwner));
   EXPECT_EQ(Mode(Own("old")), 0600U);
-  EXPECT_FALSE(ReplaceFile("/dev/null", "nowhere", FileAccess::kEverybody));
+  EXPECT_FALSE(ReplaceFile("/dev/null", "nowhere", FileReaders::kEverybody));
   EXPECT_TRUE(fs::is_character_file("/dev/null"));
-  const auto folder = ReplaceFile(Own(""), "x", FileAccess::kEverybody);
+  const auto folder = ReplaceFile(Own(""), "x", FileReaders::kEverybody);
   ASSERT_TRUE(folder);
   EXPECT_EQ(folder->predicate, "is a folder");
-  EXPECT_TRUE(ReplaceFile(Own("no/such/file"), "x", FileAccess::kEverybody));
+  EXPECT_TRUE(ReplaceFile(Own("no/such/file"), "x", FileReaders::kEverybody));
 }
 
 TEST_F(Files, OfProcessesThatHaveEndedAreRemoved) {

@@ -13,7 +13,7 @@
 #include "pages/common/CNumberBox.h"
 #include "pages/joystick/AxisNames.h"
 #include "settings/TweakBlock.h"
-#include "widgets/ClickAccess.h"
+#include "widgets/ClickFromOutside.h"
 
 namespace quillon {
 namespace {

@@ -12,7 +12,7 @@
 #include "pages/common/WheelGuard.h"
 #include "pages/joystick/AxisNames.h"
 #include "pages/joystick/CAxisCalibrateDlg.h"
-#include "widgets/ClickAccess.h"
+#include "widgets/ClickFromOutside.h"
 
 namespace quillon {
 namespace {

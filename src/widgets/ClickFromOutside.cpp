@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "widgets/ClickAccess.h"
+#include "widgets/ClickFromOutside.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
