@@ -20,7 +20,7 @@ struct ConformanceIo {
   std::istream& in;  // the person at the boards
   std::ostream& out;
   std::ostream& err;
-  // Lets the time pass in which boards come back; tests do not wait.
+  // Waits for boards to come back; tests do not wait.
   std::function<void(std::chrono::milliseconds)> pause;
 };
 

@@ -21,8 +21,8 @@ namespace quillon::sim {
 struct BusOptions {
   // Where the boards keep their state; without it they forget all when the bus goes.
   std::optional<std::filesystem::path> state_folder = std::nullopt;
-  // Of one exchange, half of it for the write. With 0 nothing takes time: neither a stalled answer,
-  // nor an erase, nor a restart.
+  // How long one exchange takes; half of it is for the write. With 0 nothing takes time: neither a
+  // stalled answer, nor an erase, nor a restart.
   std::chrono::microseconds latency{2000};
   // The clock and the wait. Tests give their own; without them the machine's.
   std::function<std::chrono::microseconds()> now = {};
@@ -54,7 +54,7 @@ class Bus {
   // well.
   std::string Problem(const DeviceRecord* record) const;
 
-  // For tests. An id that no board has: null, or nothing is done.
+  // For tests. With an id that no board has, Find() returns null and the others do nothing.
   Board* Find(std::string_view id);
   void Plug(std::string_view id);
   void Unplug(std::string_view id);

@@ -25,8 +25,8 @@ void UseTrace(const QString& file);
 int ExchangesIn(const QString& trace);
 
 // Before the application object: gives Qt's offscreen platform, if it is the chosen one, a screen
-// as large as a desktop. Its own has room for no menu beside a window. The file is written to
-// `own`.
+// as large as a desktop. Its usual screen has no room for a menu beside a window. The file is
+// written to `own`.
 void UseLargeOffscreen(const QDir& own);
 
 // Writes the whole file or throws std::runtime_error with the reason.
