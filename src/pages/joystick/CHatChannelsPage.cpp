@@ -21,9 +21,9 @@ constexpr std::array<const char*, 7> kModeTexts{"POV",         "Digital", "ORB :
                                                 "Incremental", "FALCO",   "ORB : 12-Bit DACs",
                                                 "TARN20-XY"};
 
-// What a mode cell shows for each code that a board reports. Not the inverse of what an update
-// sends, on purpose: boards report HAT 1's incremental input, stored as 3, as 2, and are shown
-// their DACs as the TARN.
+// What a mode cell shows for each code that is retrieved; kUnchanged leaves the cell as it was. Not
+// the inverse of what an update sends, on purpose: HAT 1 sends its incremental input as 3 but shows
+// it for a 2, and shows the TARN for a 5, which it sends for the DACs.
 constexpr std::uint32_t kUnchanged = 0xFF;
 constexpr std::array<std::uint32_t, 8> kHat1Shown{kPov,   kDigital, kIncremental, kUnchanged,
                                                   kFalco, kTarn,    kTarn,        kUnchanged};
