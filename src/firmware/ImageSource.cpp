@@ -56,7 +56,7 @@ std::string_view WithoutTrailing(std::string_view text, std::string_view charact
 // Reads line by line into a map of the flash.
 class HexReader {
  public:
-  // A sentence's end on the line, when it is wrong.
+  // What is wrong with the line, as the end of a sentence.
   std::optional<std::string> Take(std::string_view line) {
     if (ended_) return "follows the end record.";
     auto parsed = BytesOfLine(line);

@@ -46,7 +46,7 @@ void CScrollPane::BringIntoView(const QWidget& inner, const QRect& part) {
 }
 
 void CScrollPane::FollowFocus(const QWidget* now) {
-  // A click that scrolled would be let go beside what was pressed.
+  // If a click scrolled, the button would be released beside the control that was pressed.
   const bool clicked = QGuiApplication::mouseButtons() != Qt::NoButton;
   if (clicked || now == widget() || !widget()->isAncestorOf(now)) return;
   BringIntoView(*now, now->rect());

@@ -65,8 +65,9 @@ int ReadReport(hid_device* handle, std::span<std::uint8_t> report, Clock::time_p
     if (bytes >= 0) return bytes;
     if (errno == EINTR) continue;
     if (errno != 0) return -1;
-    // hidapi tells that a board has left before it hands out what the board still said, as one does
-    // that restarts. Without a limit it just reads, which never waits for a board that has left.
+    // hidapi reports that a board has left before it hands out what the board still said, as a
+    // board does that restarts. Without a time limit it just reads, which never waits for a board
+    // that has left.
     const int last = hid_read_timeout(handle, report.data(), report.size(), -1);
     return last > 0 ? last : -1;
   }
@@ -209,7 +210,7 @@ std::int32_t HidBoards::Write(const DeviceRecord* record, const std::uint8_t* pa
     const int bytes = hid_read_timeout(port->handle.get(), stale.data(), stale.size(), 0);
     if (bytes < 0) return KVUSB_WRITE_FAILED;
     if (bytes == 0) break;
-    // One that names no request, as "failed" does not, answers the oldest.
+    // An answer that names no request, such as "failed", answers the oldest one.
     if (!port->TakeLate(stale[0]) && !port->given_up.empty())
       port->given_up.erase(port->given_up.begin());
   }

@@ -195,7 +195,7 @@ bool CAnalogChannelsPage::UpdateRoutine() {
   return UpdateBlock(encoder::kWrite, encoder_);
 }
 
-// The axis bits of a channel that is off mean nothing to the board.
+// A channel that is off is sent without axes.
 void CAnalogChannelsPage::ClearAxesOfChannelsThatAreOff(int first_row, int last_row) {
   for (int row = first_row; row <= last_row; ++row) {
     if (grid_->Value(row, kOn) != 0) continue;

@@ -178,8 +178,8 @@ bool CHatChannelsPage::OnHatEdit(int row, int column) {
   return true;
 }
 
-// A FALCO takes both connectors. One that is left alone, also by what was retrieved, goes at the
-// next edit.
+// A FALCO takes both connectors. If only one of them is set to it, by an edit or by what was
+// retrieved, the next edit takes that one away.
 void CHatChannelsPage::KeepFalcoOnBoth() {
   const bool falco1 = hat_grid_->Value(kHat1, kMode) == kFalco;
   const bool falco2 = hat_grid_->Value(kHat2, kMode) == kFalco;
