@@ -24,7 +24,7 @@ struct ConformanceIo {
   std::function<void(std::chrono::milliseconds)> pause;
 };
 
-// The program `kvusb-conformance`: `arguments` are those behind its name, `program_folder` is where
+// The program `kvusb-conformance`: `arguments` are those after its name, `program_folder` is where
 // our own libraries are looked for.
 int ConformanceMain(std::span<const std::string> arguments,
                     const std::filesystem::path& program_folder, const ConformanceIo& io);

@@ -12,11 +12,10 @@
 
 namespace quillon::testing {
 
-// Shows whether something works on what a Linux kernel tells of boards: simulated boards as USB
-// devices with hidraw nodes in an emulated /sys and /dev, with the kernel's events for each that
-// comes or goes. The process runs under umockdev's preloaded library, as quillon_test(... KERNEL)
-// sees to; it and the processes that it starts see these boards, and no others, while the object
-// lives.
+// For the question whether something works on a Linux kernel: simulated boards as USB devices with
+// hidraw nodes in an emulated /sys and /dev, with the kernel's events for each that comes or goes.
+// The process runs under umockdev's preloaded library, as quillon_test(... KERNEL) sees to; it and
+// the processes that it starts see these boards, and no others, while the object lives.
 //
 // A board answers on a thread of the emulation, at once. Everything else is done by the thread that
 // owns the object.

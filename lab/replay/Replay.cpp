@@ -108,7 +108,7 @@ std::int32_t Replay::Close(std::uint32_t count, const DeviceRecord* first) {
   return entry->result;
 }
 
-// A program may detect its first boards before it names a handler.
+// A program may detect its first boards before it sets a handler.
 void Replay::SetChangeHandler(DeviceChangeHandler handler, void* context) {
   handler_ = handler;
   context_ = context;
@@ -123,7 +123,7 @@ void Replay::Advance() {
   ReportRedetection();
 }
 
-// In the form of a real path. Which board it is about nobody can tell from a trace.
+// In the form of a real path. A trace does not tell which board it is about.
 void Replay::ReportRedetection() {
   const TraceEntry* detection = player_.Coming(1);
   if (handler_ == nullptr || !redetection_due_ || detection == nullptr) return;

@@ -35,8 +35,9 @@ struct BusOptions {
 // A record is recognised by a mark, the board's id and a number in library_a; the number changes
 // when the board is closed, unplugged or restarted, so a record from before is dead.
 //
-// A board that is told to restart leaves the bus and comes back when its answer has been read, both
-// announced at once; for `reboot_ms` it is neither detected nor does it answer.
+// A board that is told to restart leaves the bus and comes back when its answer has been read. Both
+// events are sent at once; for `reboot_ms` after that the board is not detected and does not
+// answer.
 class Bus {
  public:
   explicit Bus(Rig rig, BusOptions options = {});

@@ -19,7 +19,7 @@ enum class BoardFamily {
   kWithoutPages,   // a known board that has no pages, not even the home page
 };
 
-// The tabs [first, last] behind "Device Configuration", counted from 1. first > last: none.
+// The tabs [first, last] after "Device Configuration", counted from 1. first > last: none.
 struct TabRange {
   int first = 1, last = 0;
 };

@@ -11,7 +11,7 @@ namespace quillon {
 
 // Why a file could not be read or written.
 struct FileProblem {
-  // What a sentence says behind the file's name: "cannot be opened: Permission denied".
+  // The end of a sentence that begins with the file's name: "cannot be opened: Permission denied".
   std::string predicate;
   // The system's error code; none when the file itself is the problem, as when it is a folder or
   // too long.

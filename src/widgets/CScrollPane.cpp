@@ -58,7 +58,7 @@ bool CScrollPane::eventFilter(QObject* watched, QEvent* event) {
   if (watched != widget()) return QScrollArea::eventFilter(watched, event);
   const bool shown = event->type() == QEvent::ShowToParent;
   if (shown || event->type() == QEvent::HideToParent) setVisible(shown);
-  // A text that can be selected takes the keys that scroll, and moves a cursor that nobody sees.
+  // A text that can be selected would take the keys that scroll, to move an invisible cursor.
   if (event->type() == QEvent::KeyPress && most_lines_ > 0) {
     auto* const key = static_cast<QKeyEvent*>(event);
     const bool scrolls = key->key() == Qt::Key_Up || key->key() == Qt::Key_Down;

@@ -38,12 +38,12 @@ bool IsErase(const std::uint8_t* packet) {
          (packet[kCommandAt] == kNodeCommand && packet[kFunctionAt] == kErase);
 }
 
-// An answer from behind a node board names the node's function.
+// The answer of a node, through its board, begins with the node's function.
 std::uint8_t EchoOf(const std::uint8_t* packet) {
   return packet[packet[kCommandAt] == kNodeCommand ? kFunctionAt : kCommandAt];
 }
 
-// What is behind the text is zeros.
+// The rest of the field after the text is zeros.
 void FillText(std::span<char> field, std::string_view text) {
   std::ranges::fill(field, '\0');
   CopyText(text, field.data(), static_cast<std::uint32_t>(field.size()));

@@ -21,7 +21,7 @@
 //   4.182841 read 0 -> 0 : 11 01 02 *
 //
 // A line begins with the seconds since the trace began; they are for the human reader and may be
-// left out. The number behind the call's name is the device type (detect), the board's index in the
+// left out. The number after the call's name is the device type (detect), the board's index in the
 // table (write, read) or the count (close); the result stands after the arrow. After `boards N`
 // come N board lines. Packets are hexadecimal bytes, 65 of them; `*` stands for zeros to the end. A
 // read that failed carries no bytes. In quoted texts a byte that is not printable ASCII, a quote or

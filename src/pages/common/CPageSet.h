@@ -43,8 +43,8 @@ class CPageSet : public QTabWidget {
   // state.
   void EnablePages(bool flash_mode_active, bool firmware_suits);
 
-  // A page, built if it has not been; null for a tab whose page does not exist yet. `index` counts
-  // tabs from 0.
+  // A page, which is built if this is the first call for it. Null for a tab without a page. `index`
+  // counts tabs from 0.
   CSettingsPage* Page(int index);
 
  Q_SIGNALS:

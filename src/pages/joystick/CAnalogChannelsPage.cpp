@@ -37,8 +37,8 @@ constexpr std::uint32_t kSixteenBits = 15;
 constexpr std::uint32_t kLargestFilter = 10;
 constexpr std::uint32_t kDefaultFilter = 5;
 
-// The columns that both kinds of channel have. A tip is that of the whole column, so it tells of
-// all channels that the family has.
+// The columns that both kinds of channel have. A tooltip belongs to the whole column, so it speaks
+// of all channels that the family has.
 std::vector<GridColumn> ChannelColumns(AnalogInputs inputs, Field on, Field invert) {
   const bool encoders = inputs == AnalogInputs::kWithEncoders;
   std::vector<GridColumn> columns{
