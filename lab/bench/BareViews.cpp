@@ -16,7 +16,7 @@ void BareTreeModel::Rebuild(std::size_t boards, std::size_t nodes_per_board,
   beginResetModel();
   const std::size_t nodes = boards * nodes_per_board;
   items_.clear();
-  // Items point at each other: all the room comes first.
+  // Items point at each other, so all the memory is reserved first.
   items_.reserve(3 + boards + nodes + nodes * ports_per_node);
   items_.push_back({nullptr, nullptr, 0, 0});
   items_.push_back({nullptr, nullptr, 0, 1});

@@ -20,7 +20,7 @@ double Milliseconds(clockid_t clock) {
   return static_cast<double>(time.tv_sec) * 1e3 + static_cast<double>(time.tv_nsec) / 1e6;
 }
 
-// The number behind `name` in a status file; 0 when it is not there.
+// The number after `name` in a status file; 0 when it is not there.
 long StatusEntry(const std::filesystem::path& file, const std::string& name) {
   std::ifstream status(file);
   std::string line;

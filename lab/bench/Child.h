@@ -18,7 +18,7 @@ struct Activity {
   long ticks = 0;      // processor time in units of the kernel's clock, user and system
 };
 
-// A program under measurement, from its start until the object goes, which ends it.
+// A program under measurement. The constructor starts it, the destructor ends it.
 class Child {
  public:
   explicit Child(const std::string& program);
@@ -29,7 +29,7 @@ class Child {
   double StartedAt() const { return started_at_; }
   // Processor time of all its threads in ms, as exact as the kernel keeps it.
   double ProcessorTime() const;
-  // Waits until it has not computed for `quiet` ms, and returns when it last did.
+  // Waits until it has used no processor time for `quiet` ms, and returns when it last did.
   double WaitUntilQuiet(double quiet) const;
 
   // Peak resident memory in KiB.

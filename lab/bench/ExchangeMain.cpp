@@ -1,6 +1,6 @@
 // SPDX-License-Identifier: MIT
 //
-// What the program adds to an exchange: the four functions of a library that answers at once.
+// Measures what the program adds to an exchange, over a library that answers at once.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>

@@ -13,7 +13,7 @@ using Samples = std::vector<double>;
 double Median(Samples samples);
 double Least(const Samples& samples);
 
-// Processor time of this process, in ms. Others who compute beside it do not count.
+// Processor time of this process, in ms. Other processes do not count.
 double ProcessorMilliseconds();
 
 // Runs both sides in turn, `rounds` times after one round that does not count, and takes the
@@ -25,8 +25,8 @@ struct Pair {
 Pair MeasureInTurn(int rounds, const std::function<void()>& ours,
                    const std::function<void()>& floor);
 
-// Prints one line: both medians, their ratio and that of the least values, and the goal, which the
-// ratio of the medians meets or misses. 0: there is no goal.
+// Prints one line: both medians, their ratio, the ratio of the least values, and whether the ratio
+// of the medians meets the goal. A goal of 0 means that there is none.
 void PrintRatio(const std::string& what, const char* unit, const Pair& pair, double goal);
 
 }  // namespace quillon::bench

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// A HID library with one board that answers at once: every byte of an answer is the one that stands
-// first in its record.
+// A HID library with one board that answers at once: every byte of an answer is the first byte of
+// its record.
 #include <algorithm>
 #include <cstdint>
 

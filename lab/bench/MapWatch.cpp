@@ -41,7 +41,7 @@ MapWatch::MapWatch() : connection_(xcb_connect(nullptr, nullptr)) {
 bool MapWatch::IsConnected() const { return xcb_connection_has_error(connection_.get()) == 0; }
 
 void MapWatch::Drain() {
-  // The answer to any request comes behind all events so far.
+  // The answer to any request comes after all events so far.
   std::free(xcb_get_input_focus_reply(connection_.get(), xcb_get_input_focus(connection_.get()),
                                       nullptr));
   while (Event(xcb_poll_for_event(connection_.get())) != nullptr) {

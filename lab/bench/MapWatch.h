@@ -7,8 +7,8 @@ struct xcb_connection_t;
 
 namespace quillon::bench {
 
-// Hears from the X server when a window of a program is mapped. Only sound on a server of its own
-// without a window manager, where a program's windows are the children of the root window.
+// Hears from the X server when a window of a program is mapped. Works only on a server of its own
+// without a window manager, where a program's windows are children of the root window.
 class MapWatch {
  public:
   MapWatch();

@@ -5,8 +5,8 @@
 
 namespace quillon::bench {
 
-// Paints a view at once and counts that it happened: a window that is not exposed yet takes the
-// request and paints nothing, which makes it look fast.
+// Paints a view at once and checks that it did happen: a window that is not exposed yet takes the
+// request and paints nothing, which would look fast.
 class PaintedView : public QObject {
   Q_OBJECT
 

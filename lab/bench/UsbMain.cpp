@@ -4,7 +4,7 @@
 // detection among many boards. Has to run under umockdev-wrapper.
 //
 // quillon-bench-usb --cycles N LIBRARY: plugs and unplugs a board of the kernel that
-// quillon-emulated-boards gives it, and tells how this process grew by that.
+// quillon-emulated-boards gives it, and prints how much this process grew.
 #include <fcntl.h>
 #include <hidapi.h>
 #include <poll.h>

@@ -15,7 +15,7 @@
 
 namespace quillon::sim {
 
-// All of a board that outlives the loss of its power.
+// All that a board keeps without power.
 struct BoardState {
   bool flash_mode = false;
   std::string serial;

@@ -17,8 +17,9 @@ struct AxisRange {
 using AxisRanges = std::array<AxisRange, 8>;
 
 // The calibration of a board's axes. One axis at a time is open; opening another one, or a restart,
-// drops what was measured. While an axis is open its control moves: the first reading gives what is
-// stored, each further one a wider range and another center, the same way every time.
+// drops what was measured. While an axis is open, its control moves: the first reading gives what
+// is stored, and each further one gives a wider range and another center, in the same way every
+// time.
 //
 //   0x30  opens the axis in byte 6, or reads it again: min, center, max, little-endian, from byte 1
 //   0x31  stores what the last reading gave; refused when the axis is not open

@@ -36,7 +36,7 @@ class Faults {
  public:
   void Add(const Fault& fault) { armed_.push_back({fault}); }
 
-  // Counts the request and tells the fault that befalls it, if any; of several the oldest.
+  // Counts the request and returns the fault that it meets, if any; of several the oldest.
   std::optional<Fault> Match(Request request);
 
   // The same for a closing.

@@ -20,9 +20,9 @@ struct HidInterface {
   std::vector<std::uint8_t> report_descriptor;  // USB HID 1.11, 6.2.2
 };
 
-// The interfaces of a board in its present mode, by their USB interface number. Controllers of axes
-// that run their firmware are joysticks first and foremost: their configuration comes second. All
-// other boards have the configuration interface alone.
+// The interfaces of a board in its present mode, by their USB interface number. A board with axes
+// that runs its firmware has the interface for games first and the configuration interface second.
+// All other boards have the configuration interface alone.
 std::vector<HidInterface> HidInterfacesOf(const Board& board);
 
 }  // namespace quillon::sim

@@ -20,7 +20,7 @@ std::optional<std::uint32_t> Digits(std::string_view text, int base) {
 }  // namespace
 
 nlohmann::json ParseJson(std::string_view text) {
-  // What is shown of a wrong value is printed by recursion, so a file must not say how deep.
+  // A wrong value is printed by recursion, so a file must not decide how deep that goes.
   const auto limit_depth = [](int depth, nlohmann::json::parse_event_t, const nlohmann::json&) {
     if (depth > kDeepest) throw FormatError("The text is nested too deeply.");
     return true;

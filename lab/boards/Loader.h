@@ -9,8 +9,8 @@
 
 namespace quillon::sim {
 
-// The application flash of a board or a node, up to the last byte written; what lies above, and
-// what was left out between, reads 0xFF.
+// The application flash of a board or a node, up to the last byte written. What lies above it, and
+// what was left out before it, reads 0xFF.
 struct FlashImage {
   std::vector<std::uint8_t> bytes;
   bool valid = false;

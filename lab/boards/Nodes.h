@@ -45,8 +45,7 @@ using Nodes = std::array<Node, kNodeCount>;
 //   function           mode    does
 //   8 erase            Flash   forgets the firmware and its version; takes the erase time
 //   0 record           Flash   length and address in bytes 1 to 3, data from byte 9. CMD_FAIL
-//   before
-//                              an erase, CRC_FAIL above the 56 bytes that reach the node,
+//                              before an erase, CRC_FAIL above the 56 bytes that reach the node,
 //                              FLASH_FAIL beyond the flash
 //   1 finish           Flash   makes bytes 2 and 3 (low byte first) the version; CMD_FAIL before an
 //                              erase, CONFIG_FAIL without a record or with version 0

@@ -82,8 +82,7 @@ struct Rig {
 //     "serial_hex": "FF...",
 //     "faults": [{                what goes wrong, see Faults.h
 //       "kind": "read_fails",     write_fails read_fails stall wrong_echo short_answer status
-//       vanish
-//                                 close_fails
+//                                 vanish close_fails
 //       "command": "0x11",        without it any command
 //       "function": "0x25",       node commands: without it any function
 //       "node": 1,                node commands: without it any node

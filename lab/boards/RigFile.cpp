@@ -6,7 +6,7 @@
 namespace quillon::sim {
 namespace {
 
-// As many boards as a bus holds have 4 KiB each, which is four times what one that says all takes.
+// Room for as many boards as a bus holds, 4 KiB each: four times what a board with every key takes.
 constexpr std::size_t kMostBytes = std::size_t{1} << 20;
 
 }  // namespace

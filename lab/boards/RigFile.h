@@ -9,7 +9,7 @@
 
 namespace quillon::sim {
 
-// The rig of a file, or a sentence that names the file and says why it is of no use.
+// The rig of a file, or a sentence that names the file and says why it cannot be used.
 std::variant<Rig, std::string> ReadRigFile(const std::filesystem::path& file);
 
 }  // namespace quillon::sim

@@ -17,8 +17,8 @@ namespace quillon::sim {
 //   flash {valid, bytes}, blocks {name: bytes}, calibration [[min, center, max] x 8],
 //   nodes [{active, addressed, loader, flash_version, flash, memory} x 12]
 //
-// with bytes in hexadecimal. A flash that is being written is kept at its erase and at its finish
-// only: what is in between is not valid, and lost with the power.
+// with bytes in hexadecimal. A flash update is saved at its erase and at its finish only: what is
+// written in between is not valid, and is lost with the power.
 std::string FormatState(const BoardSpec& spec, const BoardState& state);
 
 // Reads such a text for the board, or says what is wrong with it.
@@ -30,7 +30,7 @@ struct LoadedState {
 };
 
 // The state kept in `folder`/id.json, if any. A file that cannot be read or used is renamed to
-// id.json.broken, and the problem says so. What a save that was killed left behind is removed.
+// id.json.broken, and the problem says so. Also removes what a save that was killed left behind.
 LoadedState LoadState(const std::filesystem::path& folder, const BoardSpec& spec);
 
 // Keeps the state, whole or not at all, in a file for its owner alone: it holds a serial number and

@@ -15,9 +15,10 @@
 
 namespace quillon::sim {
 
-// A board on a cable: takes reports and says what comes back, with all that the rig lets go wrong,
-// and keeps its state in a folder. Whatever plugs boards in (the HID library of simulated boards,
-// an emulated kernel, USB/IP) holds one of these for each and does the rest, the waiting too.
+// A board on a cable: takes reports, says what comes back, with the faults that the rig lists, and
+// keeps its state in a folder. Whatever plugs boards in (the HID library of simulated boards, an
+// emulated kernel, USB/IP) holds one of these for each board and does the rest, including the
+// waiting.
 class WiredBoard {
  public:
   enum class Delivery : std::uint8_t {
@@ -30,7 +31,7 @@ class WiredBoard {
   struct Outcome {
     Delivery delivery = Delivery::kAnswer;
     Answer answer{};
-    std::size_t bytes = std::tuple_size_v<Answer>;  // of the answer, that arrive
+    std::size_t bytes = std::tuple_size_v<Answer>;  // how many of the answer arrive
     std::chrono::milliseconds busy{0};              // the answer takes this much longer than usual
     bool restart = false;  // Restart() is due once the answer is out, or lost
   };

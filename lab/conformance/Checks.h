@@ -10,7 +10,7 @@
 #include "conformance/Subject.h"
 
 // What kvusb.h promises, promise by promise. A check begins after a fresh detection and may leave
-// the boards closed. None of them changes anything on a board, but for those of DepartureChecks.h.
+// the boards closed. None of them changes anything on a board, except those of DepartureChecks.h.
 namespace quillon::conformance {
 
 struct Check {
@@ -30,9 +30,10 @@ std::vector<Check> MisuseChecks();
 std::vector<Check> ClosingChecks(Times& times);
 // The optional functions.
 std::vector<Check> ProblemChecks();
-// `boards_left` says that boards were made to leave, of which events have to tell.
+// `boards_left` says that boards were made to leave, so events must have told of it.
 Check EventCheck(bool boards_left);
-// Looks at all calls before it; in every other check an exception is a failure of the function.
+// Looks at all calls before it. In every other check an exception counts as a failure of the
+// function.
 Check ExceptionCheck();
 
 // Sentences that many checks need.

@@ -60,7 +60,7 @@ std::ptrdiff_t OpenDescriptors() {
   return none ? -1 : count;
 }
 
-// A library may open a board for its first exchange only; a kernel may take its time over that.
+// A library may open a board only at its first exchange, and a kernel may take its time over that.
 void OpenOne(Subject& subject, std::size_t turn, Findings& findings) {
   if (subject.Boards().empty()) return;
   const FoundBoard& board = subject.Boards()[turn % subject.Boards().size()];

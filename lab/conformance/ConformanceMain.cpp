@@ -33,8 +33,8 @@ void ListBoards(Subject& subject, std::ostream& out) {
   }
 }
 
-// The boards that the first detection found, lest a check has nothing to do because the boards were
-// lost on the way there.
+// The keys of the boards that the first detection found. If some are lost later, a check must not
+// pass because it has nothing left to do.
 using Keys = std::vector<std::string>;
 
 void Run(const std::vector<Check>& checks, const Keys& boards, Subject& subject, Report& report) {

@@ -20,11 +20,11 @@ struct ConformanceIo {
   std::istream& in;  // the person at the boards
   std::ostream& out;
   std::ostream& err;
-  // Lets the time pass in which boards come back; tests do not wait.
+  // Waits for boards to come back; tests do not wait.
   std::function<void(std::chrono::milliseconds)> pause;
 };
 
-// The program `kvusb-conformance`: `arguments` are those behind its name, `program_folder` is where
+// The program `kvusb-conformance`: `arguments` are those after its name, `program_folder` is where
 // our own libraries are looked for.
 int ConformanceMain(std::span<const std::string> arguments,
                     const std::filesystem::path& program_folder, const ConformanceIo& io);

@@ -39,7 +39,8 @@ bool Await(std::chrono::milliseconds limit, const Pause& pause,
   return true;
 }
 
-// Just these boards, and they answer: a system may list a board before it lets a program use it.
+// True when exactly these boards are listed and answer: a system may list a board before it lets a
+// program use it.
 bool Finds(Subject& subject, const Keys& keys) {
   subject.Refresh();
   if (subject.Keys() != keys) return false;
@@ -99,7 +100,7 @@ void OneVanishes(const VanishOrder& order, const Pause& pause, Subject& subject,
     findings.Expect(false, "There is no board " + HexWord(order.product, 4) + ".");
     return;
   }
-  const FoundBoard board = *found;  // which a detection takes away
+  const FoundBoard board = *found;  // a copy: a detection replaces the list
   const Keys left = Without(subject.Keys(), board.key);
   const Exchange exchange = subject.Ask(board, Command(order.command));
   findings.Expect(!exchange.answered, board.name + ": it answers the command that it leaves at.");

@@ -9,7 +9,8 @@
 
 namespace quillon::conformance {
 
-// Boards that leave the bus and, some, come back; those checks that the options ask for.
+// Checks with boards that leave the bus, some of which come back. Only the checks that the options
+// ask for.
 std::vector<Check> DepartureChecks(const Options& options, const ConformanceIo& io);
 
 }  // namespace quillon::conformance

@@ -10,7 +10,8 @@
 namespace quillon::conformance {
 namespace {
 
-// These may wait for as long as a library waits, so one board of each type has to do.
+// Each of these may take as long as a library waits for an answer, so they use only one board of
+// each type.
 std::vector<FoundBoard> OneOfEachType(Subject& subject) {
   std::vector<FoundBoard> out;
   std::set<std::uint32_t> types;

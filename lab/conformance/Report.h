@@ -29,8 +29,8 @@ class Findings {
   std::string reason_ = "there is no board for it";
 };
 
-// The page for a person. The name of a check stands there before it runs, so that a library that
-// crashes or hangs is caught in the act.
+// The report that a person reads. It names a check before the check runs, so that it shows where a
+// library crashes or hangs.
 class Report {
  public:
   explicit Report(std::ostream& out) : out_(out) {}

@@ -19,9 +19,9 @@ namespace quillon::conformance {
 
 using Clock = std::chrono::steady_clock;
 
-// For which a library may wait for an answer (kvusb.h) and some time for a busy machine.
+// How long a library may wait for an answer (kvusb.h), and some time more for a busy machine.
 inline constexpr Clock::duration kAnswerLimit = std::chrono::milliseconds(3000);
-// For a call that has nothing to wait for.
+// How long a call may take that has nothing to wait for.
 inline constexpr Clock::duration kPromptLimit = std::chrono::milliseconds(1000);
 
 // A board that a detection listed.
@@ -50,7 +50,7 @@ struct Exchange {
   bool IsInTime() const { return write_time < kAnswerLimit && read_time < kAnswerLimit; }
 };
 
-// What a detection did that it must not, by promise, and how long it took.
+// What a detection did wrong, sorted by promise, and how long it took.
 struct DetectionFaults {
   std::vector<std::string> counts, guard, program_bytes;
   Clock::duration took{};
@@ -62,8 +62,8 @@ struct ChangeEvent {
 };
 
 // The library under examination, with the table of the boards that it found last. Distrusts it:
-// what it writes elsewhere than in its records lands in a margin, and a board that it counts but
-// does not write is not listed.
+// what it writes outside its records lands in a margin, and a board that it counts but does not
+// write is not listed.
 class Subject {
  public:
   // The library, or a sentence that says why it is of no use.
@@ -77,8 +77,8 @@ class Subject {
   bool HasDescribe() const { return describe_ != nullptr; }
   bool HasSetHandler() const { return set_handler_ != nullptr; }
 
-  // The functions that let an exception out by now, against their promise, and the first one's
-  // text. The other methods take an exception for a failure.
+  // The functions that have thrown so far, against their promise, each with the text of its first
+  // exception. The other methods take an exception for a failure.
   using Thrown = std::map<std::string, std::string>;
   const Thrown& Exceptions() const { return *thrown_; }
 
@@ -92,8 +92,8 @@ class Subject {
   std::vector<FoundBoard>& Boards() { return boards_; }
   std::vector<std::string> Keys() const;  // sorted
 
-  // Writes and, whatever came of that, reads, as the program does. Byte 64 is another one for the
-  // reading than for the writing, so that a library which copies it shows.
+  // Writes and then reads, even if the write failed, as the program does. Byte 64 is changed in
+  // between, so that a library which copies it is found out.
   Exchange Ask(const FoundBoard& board, const HidPacket& question);
   std::int32_t Write(const FoundBoard& board, HidPacket& packet, Clock::duration& took);
   bool Read(const FoundBoard& board, HidPacket& packet, Clock::duration& took);
@@ -102,7 +102,7 @@ class Subject {
   std::vector<ChangeEvent> Events();
   std::int32_t ListenForEvents(bool listen);
 
-  // DescribeProblem as it is, where there is one: HidLibrary looks after the text.
+  // Calls DescribeProblem directly, where there is one: HidLibrary would tidy its text.
   std::int32_t DescribeInto(const DeviceRecord* record, char* text, std::uint32_t size) const;
 
  private:

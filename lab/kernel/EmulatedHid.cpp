@@ -118,8 +118,8 @@ EmulatedHid::EmulatedHid(const Testbed& testbed, const std::string& usb, const U
   if (pty_ < 0) throw std::runtime_error("umockdev has no terminal for " + device_);
 }
 
-// A client that reacts to the first event must not find the interface any more, and a name under
-// /sys can only come again when all below it is gone.
+// A client that reacts to the first event must not find the interface any more. And a name under
+// /sys can come again only when all below it is gone.
 EmulatedHid::~EmulatedHid() {
   gchar* const root_text = umockdev_testbed_get_root_dir(testbed_.self);
   const std::filesystem::path root = root_text;

@@ -59,8 +59,8 @@ class EmulatedHid {
   void HangUp();
 
  private:
-  // What umockdev's thread gets at: a client may have its file open for longer than the interface
-  // is there.
+  // What umockdev's thread uses. It is apart from the object because a client may keep its file
+  // open after the interface has gone.
   struct Link {
     std::mutex mutex;
     EmulatedHid* self;

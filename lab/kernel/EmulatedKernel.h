@@ -12,7 +12,7 @@
 
 namespace quillon::testing {
 
-// Answers the question "does it work on what a kernel shows?": simulated boards as USB devices with
+// For the question whether something works on a Linux kernel: simulated boards as USB devices with
 // hidraw nodes in an emulated /sys and /dev, with the kernel's events for each that comes or goes.
 // The process runs under umockdev's preloaded library, as quillon_test(... KERNEL) sees to; it and
 // the processes that it starts see these boards, and no others, while the object lives.

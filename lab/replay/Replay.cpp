@@ -108,7 +108,7 @@ std::int32_t Replay::CloseDevices(std::span<DeviceRecord> records) {
   return entry->result;
 }
 
-// A program may detect its first boards before it names a handler.
+// A program may detect its first boards before it sets a handler.
 bool Replay::SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) {
   handler_ = handler;
   context_ = context;
@@ -124,7 +124,7 @@ void Replay::Advance() {
   ReportRedetection();
 }
 
-// In the form of a real path. Which board it is about nobody can tell from a trace.
+// In the form of a real path. A trace does not tell which board it is about.
 void Replay::ReportRedetection() {
   const TraceEntry* detection = player_.Coming(1);
   if (handler_ == nullptr || !redetection_due_ || detection == nullptr) return;

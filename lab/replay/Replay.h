@@ -14,7 +14,7 @@ namespace quillon {
 // A session recorded with QUILLON_TRACE. After the first call that differs from the session, every
 // call fails, but for closing: there is nothing left to close.
 //
-// Events are not in a trace, but what a program does upon them is: it closes its boards and looks
+// A trace has no events, but it has what the program did at one: it closed its boards and looked
 // for them again. When that comes next, an arrival is reported from inside the call before, so that
 // the program does again what it did then.
 class Replay final : public HidLibrary {

@@ -12,12 +12,12 @@ class QMenu;
 namespace quillon {
 
 // Pictures of all that the window can show: every board of the usual rig with every enabled tab,
-// retrieved where there is something to retrieve, and the states beside them. Files are named
+// retrieved where there is something to retrieve, and other states of the window. Files are named
 // NN-subject<suffix>.png; NN is the board's place in the table, counted from 1, or 00 for what
 // belongs to no board.
 class Screenshots {
  public:
-  // `own` takes the files of the rigs.
+  // `own` is the folder for the files of the rigs.
   Screenshots(const QDir& folder, const QString& suffix, const QDir& own);
 
   // Throws std::runtime_error when something cannot be shown.

@@ -22,7 +22,7 @@ constexpr microseconds kReadLimit = std::chrono::seconds(2), kEraseLimit = std::
 constexpr std::uint8_t kErase = 8, kNodeCommand = 0x1C;
 constexpr std::size_t kFunctionAt = 6;
 
-// The private bytes of a record: mark, number, id with zeros behind it.
+// The private bytes of a record: mark, number, and the id, padded with zeros.
 constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'S', 'I', 'M'};
 constexpr std::size_t kNumberAt = kMark.size(), kIdAt = kNumberAt + sizeof(std::uint32_t);
 constexpr std::size_t kIdBytes = sizeof(DeviceRecord::library_a) - kIdAt;

@@ -21,8 +21,8 @@ namespace quillon::sim {
 struct BusOptions {
   // Where the boards keep their state; without it they forget all when the bus goes.
   std::optional<std::filesystem::path> state_folder = std::nullopt;
-  // Of one exchange, half of it for the write. With 0 nothing takes time: neither a stalled answer,
-  // nor an erase, nor a restart.
+  // How long one exchange takes; half of it is for the write. With 0 nothing takes time: neither a
+  // stalled answer, nor an erase, nor a restart.
   std::chrono::microseconds latency{2000};
   // The clock and the wait. Tests give their own; without them the machine's.
   std::function<std::chrono::microseconds()> now = {};
@@ -36,8 +36,9 @@ struct BusOptions {
 // A record is recognised by a mark, the board's id and a number in library_a; the number changes
 // when the board is closed, unplugged or restarted, so a record from before is dead.
 //
-// A board that is told to restart leaves the bus and comes back when its answer has been read, both
-// announced at once; for `reboot_ms` it is neither detected nor does it answer.
+// A board that is told to restart leaves the bus and comes back when its answer has been read. Both
+// events are sent at once; for `reboot_ms` after that the board is not detected and does not
+// answer.
 class Bus final : public HidLibrary {
  public:
   explicit Bus(Rig rig, BusOptions options = {});
@@ -51,7 +52,7 @@ class Bus final : public HidLibrary {
   bool SetDeviceChangeHandler(DeviceChangeHandler handler, void* context) override;
   Problem DescribeProblem(const DeviceRecord* record) override;
 
-  // For tests. An id that no board has: null, or nothing is done.
+  // For tests. With an id that no board has, Find() returns null and the others do nothing.
   Board* Find(std::string_view id);
   void Plug(std::string_view id);
   void Unplug(std::string_view id);

@@ -9,11 +9,11 @@ class QWidget;
 
 namespace quillon::stage {
 
-// Attends to what opens over the window and lets nobody go on before it is answered: message boxes,
-// dialogs and menus. Hands each one over once it stands on the screen.
+// Answers what opens over the window and waits for the user: message boxes, modal dialogs and
+// menus. Hands each one to a function once it is on the screen.
 class Attendant : public QObject {
  public:
-  // Has to close what it is given, at the latest when it throws: then it is closed for it.
+  // Has to close what it is given. If it throws, that is closed for it.
   using Act = std::function<void(QWidget& opened)>;
 
   explicit Attendant(Act act);

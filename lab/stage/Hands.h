@@ -20,7 +20,7 @@ class CGridCtrl;
 // All throw std::runtime_error when there is nothing of that name, or when it cannot be clicked.
 namespace stage {
 
-// The one visible control in `place` with this accessible name, or text with this description.
+// The visible control in `place` that has this accessible name or description.
 template <typename Control>
 Control& Named(const QWidget& place, const QString& name) {
   for (auto* const control : place.findChildren<Control*>()) {
@@ -50,7 +50,7 @@ void ClickChoice(CGridCtrl& grid, const QString& choice);
 // The entry of this text.
 QAction& Entry(const QMenu& menu, const QString& text);
 void ClickEntry(QMenu& menu, const QString& text);
-// Yes or else OK; returns what the button says.
+// Clicks Yes, or else OK; returns the text of the button.
 QString Consent(QMessageBox& box);
 
 }  // namespace stage

@@ -18,8 +18,8 @@ enum class Settling { kAsUsual, kNone };
 class Program {
  public:
   // Returns when the window shows the boards that were found; throws std::runtime_error when the
-  // library cannot be used or no window comes. The system refuses the boards of `refusals`, and
-  // offers `access` against it.
+  // library cannot be used or no window comes. To the program it looks as if the system refused the
+  // boards of `refusals` and offered `access` as help.
   explicit Program(Settling settling, Refusals refusals = {}, AccessHelp access = {});
   ~Program();
   Program(const Program&) = delete;

@@ -11,8 +11,8 @@
 namespace quillon::usbip {
 
 // USB/IP, as the Linux kernel speaks it once a device is attached (Documentation/usb/usbip_protocol
-// of the kernel): requests of 48 bytes, in network byte order, each with what an OUT transfer
-// sends.
+// of the kernel): requests of 48 bytes, in network byte order, each followed by the data of an OUT
+// transfer.
 //
 //   0        4        8          12         16        20 .. 47
 //  +--------+--------+----------+----------+---------+-----------------------------------------+
@@ -23,7 +23,7 @@ namespace quillon::usbip {
 //   answers   20 status, 24 length (of a transfer)
 inline constexpr std::size_t kHeaderBytes = 48;
 
-// No transfer of a HID board comes near; a request that announces more is no request.
+// No transfer of a HID board comes near this. A request that announces more makes no sense.
 inline constexpr std::uint32_t kMostTransferBytes = 0x10000;
 
 // Statuses of transfers: the kernel's error numbers. kNoDevice is what a host controller reports

@@ -18,7 +18,7 @@ namespace {
 // Bus and device number that a device had where it came from; the kernel only shows them.
 constexpr unsigned kDeviceId = 0x10002;
 constexpr unsigned kFullSpeed = 2;
-// A file of the kernel's has a page at most; the largest pages have this.
+// A file in sysfs is one page long at most; this is the size of the largest pages.
 constexpr std::size_t kMostStatusBytes = 64 * 1024;
 
 std::string Reason(int error) { return std::string(std::strerror(error)) + "."; }
@@ -62,7 +62,7 @@ std::variant<Vhci::Attached, std::string> Vhci::Attach() const {
   if (socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends.data()) != 0)
     return "There is no socket for the board: " + Reason(errno);
   FileDescriptor ours(ends[0]);
-  const FileDescriptor kernels(ends[1]);  // which holds on to it by itself
+  const FileDescriptor kernels(ends[1]);  // closed at the end; the kernel holds it by itself
   for (const unsigned port : FreePortsOfAll()) {
     const std::string line = std::to_string(port) + " " + std::to_string(kernels.Number()) + " " +
                              std::to_string(kDeviceId) + " " + std::to_string(kFullSpeed);

@@ -12,7 +12,7 @@ namespace quillon::usbip {
 
 // The virtual USB host controllers of the Linux kernel (module vhci_hcd). The kernel takes the
 // conversation with a device from a socket that is written, by its number, to a file in sysfs. The
-// device is on the bus until the other end of the socket is closed, however that comes about.
+// device is on the bus until the other end of the socket is closed, in whatever way.
 class Vhci {
  public:
   struct Attached {

@@ -11,7 +11,7 @@ namespace {
 using Delivery = sim::WiredBoard::Delivery;
 
 constexpr std::size_t kReportBytes = 64;
-constexpr std::size_t kMostAnswers = 64;  // that nobody fetches
+constexpr std::size_t kMostAnswers = 64;  // kept for a host that fetches none
 
 // How long a board that restarts waits for a host that does not fetch its answer.
 constexpr std::chrono::milliseconds kPatience{100};

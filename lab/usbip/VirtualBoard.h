@@ -16,9 +16,9 @@
 
 namespace quillon::usbip {
 
-// A simulated board as a USB device: takes the bytes of a USB/IP conversation and gives back
-// others. It has no clock and no socket; whoever holds it says what time it is, moves the bytes,
-// and takes the device off the bus and puts it there as OnBus() says. Each time on the bus is a
+// A simulated board as a USB device: takes the host's bytes of a USB/IP conversation and gives back
+// the answers. It has no clock and no socket; its owner says what time it is, moves the bytes, and
+// puts the device on the bus or takes it off as OnBus() says. Each time on the bus is a
 // conversation of its own.
 //
 // A board that restarts stays for a moment after its answer, so that the host has it before the
@@ -37,14 +37,15 @@ class VirtualBoard {
   // Bytes from the host. A conversation that makes no sense ends: the board unplugs itself.
   void Receive(std::span<const std::uint8_t> bytes, Time now);
 
-  // Does what is due: answers, leaves or comes back. Both of the last two in one call would look
-  // as if nothing had happened, so it takes one such step at a time.
+  // Does what is due: answers, leaves or comes back. Leaving and coming back in one call would look
+  // as if nothing had happened, so one call does only one of the two.
   void Advance(Time now);
 
-  // When there is something to do next, if ever without a word from the host.
+  // When Advance() has something to do next. Nothing if only the host can start something.
   std::optional<Time> NextStep() const;
 
-  // What is to be sent to the host, also before it is told that the board is off the bus.
+  // Takes the bytes that are to be sent to the host. They have to be sent before the board is taken
+  // off the bus, too.
   Bytes TakeOutput() { return std::exchange(output_, {}); }
 
   // Somebody took the board off the bus; it does not come back.

@@ -8,7 +8,7 @@
 namespace quillon {
 namespace {
 
-// As one word of a shell, whatever is in it.
+// The text quoted as one word of a shell.
 std::string Quoted(std::string_view text) {
   std::string word = "'";
   for (const char c : text) {
@@ -21,8 +21,8 @@ std::string Quoted(std::string_view text) {
   return word + "'";
 }
 
-// The words from which `printf '%s\n'` makes the rule: a line break has no place in a command of
-// one line.
+// The arguments from which `printf '%s\n'` makes the rule, as a command of one line cannot hold a
+// line break.
 std::string QuotedLines(std::string_view text) {
   std::string words;
   while (!text.empty()) {
@@ -33,8 +33,8 @@ std::string QuotedLines(std::string_view text) {
   return words;
 }
 
-// The rule appears whole or not at all, and in place of a link rather than behind it. A file that
-// stands there may be an administrator's own work and is kept, under a name that udev passes over.
+// The rule is moved into place whole, and replaces a link instead of following it. A file that
+// stands there may be an administrator's own work, so it is kept under a name that udev ignores.
 // The uaccess tag is acted on for "change", too. Waiting for udev may fail without harm.
 std::string Script() {
   const std::string folder(kRuleFolder);

@@ -30,7 +30,7 @@ unsigned VersionOf(std::string_view text) {
   return error == std::errc() ? version : 0;
 }
 
-// As udev sees it: at whatever end of links.
+// As udev sees it: links are followed.
 bool IsMask(const fs::path& file) {
   std::error_code failed;
   if (fs::is_character_file(file, failed)) return true;

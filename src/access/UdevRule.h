@@ -10,7 +10,8 @@
 namespace quillon {
 
 inline constexpr std::string_view kRuleFile = "70-quillon.rules";
-// Where an administrator's rules are; what stands there hides rules of the same name elsewhere.
+// The folder for an administrator's rules. A file here hides files of the same name in udev's other
+// folders.
 inline constexpr std::string_view kRuleFolder = "/etc/udev/rules.d";
 
 // The whole rule file. Its first line ends with a version, which goes up with every change.
@@ -28,8 +29,8 @@ struct FoundRule {
   std::filesystem::path file{};  // the one that counts; empty when missing
 };
 
-// Looks for the rule where udev does: of the files with its name, the first in udev's order of
-// folders is the only one that counts. `root` stands for "/".
+// Looks for the rule in udev's folders, in udev's order. Only the first file of this name counts.
+// `root` stands for "/".
 FoundRule FindRule(const std::filesystem::path& root = "/");
 
 }  // namespace quillon

@@ -8,8 +8,8 @@
 
 namespace quillon {
 
-// Where this library's boards come and go: its own events if it has the optional function for
-// them, else the system's. The library outlives the notifier.
+// The source of hot-plug events for this library's boards: the library's own events if it has the
+// optional function for them, else the system's. The library outlives the notifier.
 std::unique_ptr<DeviceNotifier> MakeBoardNotifier(HidLibrary& library);
 
 }  // namespace quillon

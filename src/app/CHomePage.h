@@ -7,7 +7,7 @@ class QLabel;
 
 namespace quillon {
 
-// What the right side shows when no board's pages are: one tab "Quillon".
+// The right side of the window while no board's pages are shown: one tab "Quillon".
 class CHomePage : public QTabWidget {
   Q_OBJECT
 

@@ -63,8 +63,8 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
   tree_->SetToolReady(DeviceTool::kRestartFlash, true);
   tree_->SetToolReady(DeviceTool::kRestartDevice, true);
-  // A timer, because there is only one of it however many events come, and because the event loop
-  // serves input before it. Posted events would all run before the next click.
+  // A timer, because it fires once however many events come, and because the event loop handles
+  // input before it. Posted events would all run before the next click.
   waiting_.setSingleShot(true);
   connect(&waiting_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
   services_.link.gate.SetAction([this] { waiting_.start(); });
@@ -74,7 +74,7 @@ CMainDialog::CMainDialog(const MainServices& services)
 void CMainDialog::SetSizes(QSplitter& splitter) {
   // On a small screen with some room left for the frame.
   const QSize room = screen()->availableSize() * 0.95;
-  // Told, or what a page needs would widen the window when the page is first shown.
+  // Set explicitly, or a page that needs more would widen the window when it is first shown.
   const QSize least = kLeastSize.boundedTo(room);
   setMinimumSize(least);
   const QMargins margins = centralWidget()->layout()->contentsMargins();
@@ -100,7 +100,7 @@ void CMainDialog::CreateMenu() {
   FillMainMenu(*menuBar(), handlers, services_.profile.AutoUpdate() != 0);
 }
 
-// Any number but 0 means yes, and the one that stood there comes back.
+// Any number but 0 means yes. Switching the option on again restores the number that was there.
 void CMainDialog::SetAutoUpdate(bool on) {
   if (const int former = services_.profile.AutoUpdate(); former != 0) yes_ = former;
   options_.auto_update = on ? yes_ : 0;
@@ -154,7 +154,7 @@ void CMainDialog::RunWaitingDetection() {
   if (services_.link.gate.IsOpen()) {
     Redetect();
   } else {
-    // Somebody has entered since; then it waits for them in turn.
+    // Something has entered the gate since; then the detection waits for that too.
     services_.link.gate.Request();
   }
 }
@@ -168,14 +168,14 @@ void CMainDialog::Redetect() {
   tree_->Rebuild();
   home_->ShowSearch();
   repaint();
-  // A view notes that its model is another one, and paints that only when the event loop turns.
+  // A view notes that its model has changed, and paints it only when the event loop turns.
   tree_->viewport()->repaint();
   services_.settle();
   DetectAllTypes();
   services_.notifier.Deliver();
   for (const auto& [family, set] : page_sets_) set->ResetIndicators();
   tree_->Rebuild();
-  // Pages that were hidden meanwhile have lost it, and with it whoever works by keyboard.
+  // A page that was hidden meanwhile has lost the focus, which users of the keyboard need.
   QWidget* const next = focus && focus->isVisible() && focus->isEnabled() ? focus : tree_;
   next->setFocus();
 }
@@ -209,7 +209,7 @@ void CMainDialog::CloseAllBoards() {
                             QStringLiteral("Close Device Failed"), UserPrompts::Icon::kExclamation);
 }
 
-// What a library wrote where no board is listed says nothing.
+// A record of an empty table says nothing, whatever a library wrote there.
 const Product& CMainDialog::CurrentProduct() const {
   const DeviceTable& table = services_.link.table;
   return ProductOf(table.IsEmpty() ? 0 : table.CurrentRecord().product_id);
@@ -218,7 +218,8 @@ const Product& CMainDialog::CurrentProduct() const {
 void CMainDialog::SelectFamilyPages() {
   const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
-  // A Yes that then loads nothing would be a lie; a family's second product keeps its own rule.
+  // Without settings pages a Yes would load nothing, so the entry is disabled. Intended: a family's
+  // second product keeps the entry, though its defaults are not loaded from here.
   tree_->SetToolReady(DeviceTool::kLoadDefaults,
                       set == page_sets_.end() || set->second->HasSettingsPages());
   if (set != page_sets_.end()) {
@@ -265,8 +266,8 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   tree_->Rebuild();
 }
 
-// A port in the tree leaves the current board as it is; what is done to the port's board has to
-// choose it first. Only ports stand three levels deep.
+// Choosing a port in the tree does not change the current board, so a command for the port's board
+// has to make that board current first. Only ports stand three levels deep.
 void CMainDialog::ChooseBoardOfPort() {
   const QVariant board =
       tree_->currentIndex().parent().parent().data(DeviceTreeModel::kItemDataRole);

@@ -25,19 +25,19 @@ class CPageSet;
 class CProblemLine;
 class Profile;
 
-// What the main window stands on. All of it outlives the window.
+// What the main window is given. All of it outlives the window.
 struct MainServices {
   BoardLink& link;
   UserPrompts& prompts;
   DeviceNotifier& notifier;
   Profile& profile;
-  // Waits for boards that have just come to be ready to be found.
+  // Waits until boards that have just been plugged in can be found.
   std::function<void()> settle;
-  // Helps with boards that may not be opened; none unless given.
+  // Help with boards that this user may not open. Without it none is offered.
   AccessHelp access{};
 };
 
-// The options as they are; the defaults until the start has read them.
+// The options. They have their defaults until the start has read them.
 struct StartOptions {
   int auto_connect = 1;
   int auto_update = 1;
@@ -54,19 +54,20 @@ class CMainDialog : public QMainWindow {
   ~CMainDialog() override;
 
   // The first detection, the registration for hot-plug events, the options. Runs by itself once the
-  // window has been painted, so that the user sees a window during the wait. Does it once.
+  // window has been painted, so that the user sees a window during the wait. Only the first call
+  // does anything.
   void Initialise();
 
   // Closes all boards and finds them anew; board 0 is current then. Does nothing while something
   // else holds the gate.
   void Redetect();
 
-  // Tells anew what keeps boards from working, as the last detection found it and as the library
-  // says it now. Talks to no board.
+  // Shows again what keeps boards from working: what the last detection found, and what the library
+  // says now. Talks to no board.
   void ShowProblems();
 
-  // A hot-plug event; those of our boards lead to a detection as soon as the gate is open. However
-  // many come, one detection waits at most, and input is served before it.
+  // Takes a hot-plug event. One that is about our boards leads to a detection as soon as the gate
+  // is open. However many come, at most one detection waits, and the user's input goes first.
   void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
 
   // The pages shown for the current board; null while the home page or nothing is.

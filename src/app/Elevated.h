@@ -27,9 +27,9 @@ struct ElevatedResult {
 struct AccessHelp {
   std::function<FoundRule()> find_rule;
 
-  // Runs pkexec with these arguments, one run at a time, and tells `done` how it ended: later, or
-  // at once when it cannot be started. A run that outlives the last copy of the function is broken
-  // off, or left to itself once that is not possible any more; then `done` is not called.
+  // Runs pkexec with these arguments, one run at a time, and calls `done` when it has ended, or at
+  // once when it cannot be started. When the last copy of this function is destroyed, a run that is
+  // under way is stopped, or left alone if it can no longer be stopped. `done` is not called then.
   std::function<void(const QStringList& arguments, std::function<void(const ElevatedResult&)> done)>
       run;
 };

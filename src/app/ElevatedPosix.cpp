@@ -29,8 +29,8 @@ class Pkexec {
   Pkexec(const Pkexec&) = delete;
   Pkexec& operator=(const Pkexec&) = delete;
 
-  // While the password is asked for, this ends it. Once it was given the process is root's, works
-  // on and may take a minute, which nobody is kept waiting for: neither here nor in ~QProcess.
+  // While pkexec asks for the password, this ends it. After that the process belongs to root, goes
+  // on and may take a minute. Nothing waits for it, neither here nor ~QProcess.
   ~Pkexec() {
     if (process_->state() == QProcess::NotRunning) return;
     process_->disconnect();

@@ -14,7 +14,7 @@ bool LibraryNotifier::Start(Handler handler) {
   return true;
 }
 
-// Called from the event loop, which cannot take an exception.
+// Called from the event loop, which must not see an exception.
 void LibraryNotifier::Deliver() try {
   std::optional<Event> event;
   {

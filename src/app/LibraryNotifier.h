@@ -15,9 +15,9 @@ namespace quillon {
 // Hot-plug events from the HID library itself, if it has the optional function for them. A library
 // without it has no events to give; that is no failure.
 //
-// Of the changes of our boards that wait for the event loop only the first is handed on, as the
-// others would lead to the same detection. So a library that calls without pause costs neither
-// memory nor the user's clicks.
+// While a change of our boards waits for the event loop, further ones are dropped: they would lead
+// to the same detection. So a library that calls without pause neither fills the memory nor holds
+// up the user's clicks.
 class LibraryNotifier : public QObject, public DeviceNotifier {
   Q_OBJECT
 

@@ -19,7 +19,7 @@ struct MainMenuHandlers {
 // Lays out the main menu; an action's data() is its command id.
 void FillMainMenu(QMenuBar& bar, const MainMenuHandlers& handlers, bool auto_update);
 
-// Disables every menu and every entry; gives back those that were enabled.
+// Disables every menu and every entry; returns those that were enabled.
 QList<QAction*> GrayMainMenu(const QMenuBar& bar);
 
 }  // namespace quillon

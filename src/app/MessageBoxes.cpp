@@ -31,7 +31,7 @@ QMessageBox::StandardButton Show(QWidget* parent, QString text, const QString& c
   // A label would break the line twice at "\r\n".
   text.replace(QStringLiteral("\r\n"), QStringLiteral("\n"));
   QMessageBox box(icon, caption, text, buttons, parent);
-  // Texts of boards and files are in it, and are no markup.
+  // It holds texts of boards and files, which are not markup.
   box.setTextFormat(Qt::PlainText);
   box.setTextInteractionFlags(Qt::TextSelectableByMouse);
   if (buttons.testFlag(QMessageBox::No)) box.setEscapeButton(QMessageBox::No);

@@ -16,8 +16,8 @@ class MessageBoxes : public UserPrompts {
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
   bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
 
-  // Begins in the folder that QUILLON_FIRMWARE_DIR names, else in the user's documents, and does
-  // not remember where it was.
+  // Opens in the folder that QUILLON_FIRMWARE_DIR names, else in the user's documents. Does not
+  // remember the folder that was used last.
   std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
                                   const QString& default_suffix, const QString& filter) override;
 

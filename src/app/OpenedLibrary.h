@@ -15,8 +15,9 @@ namespace quillon {
 // (ChooseLibrary() says how), and QUILLON_TRACE the file that every call is written to.
 class OpenedLibrary {
  public:
-  // `program_folder` is where our own libraries are looked for. Has writes fail from now on that
-  // would end the process, because an update of a board must not end with the reader of a trace.
+  // `program_folder` is where our own libraries are looked for. From now on a write to a pipe that
+  // nobody reads, or beyond a limit on file sizes, fails instead of ending the process: when the
+  // reader of a trace quits, an update of a board must go on.
   explicit OpenedLibrary(const QString& program_folder);
 
   // Always usable; without a library there are just no boards.

@@ -11,8 +11,8 @@ namespace {
 
 constexpr std::size_t kLargest = 1U << 20U;
 
-// QSettings reads the files of the system and of the organisation too, for what the user's own does
-// not say, and takes a relative XDG_CONFIG_HOME as one in the user's home.
+// QSettings also reads the files of the system and of the organisation, for keys that the user's
+// own file lacks. It takes a relative XDG_CONFIG_HOME as one in the user's home.
 QStringList FilesReadBySettings() {
   QStringList folders = QStandardPaths::standardLocations(QStandardPaths::GenericConfigLocation);
   const QString own = qEnvironmentVariable("XDG_CONFIG_HOME");

@@ -9,13 +9,13 @@ namespace quillon {
 
 // The application profile: the two options of the section "Options", and nothing else. Kept where
 // QSettings keeps a user's settings (XDG_CONFIG_HOME on Linux, the registry on Windows). A value
-// that is no number counts as missing, as does a profile that cannot be read.
+// that is not a number counts as missing, and so does a profile that cannot be read.
 class Profile {
  public:
   Profile();
 
-  // A sentence on the file that stands in the profile's place and can be none, as a pipe or a
-  // folder; then the options have their defaults and nothing is written. Empty when all is well.
+  // Empty when all is well. A sentence when something that cannot be a profile, such as a pipe or a
+  // folder, stands in its place: then the options have their defaults and nothing is written.
   const QString& Problem() const { return problem_; }
 
   // Read at the start and kept; nothing depends on it.

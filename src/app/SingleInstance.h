@@ -8,13 +8,13 @@
 namespace quillon {
 
 // Marks that the program runs, once for each user, for as long as the object lives. On Windows a
-// named mutex; elsewhere a lock on a file, which the kernel lets go when the process ends, however
-// it ends.
+// named mutex; elsewhere a lock on a file, which the kernel releases when the process ends, in
+// whatever way.
 //
 // The file is in a folder that belongs to the user alone: /tmp/quillon-<user id>, because every
-// start finds that one, whatever its environment says. Where somebody else has taken the name, or
-// what is there is a link or open to others, the file is in "quillon" in XDG_RUNTIME_DIR, else in
-// the state folder (XDG_STATE_HOME, ~/.local/state).
+// start finds that one, whatever its environment says. If it belongs to somebody else, is a link,
+// or is open to others, the file is in "quillon" in XDG_RUNTIME_DIR, else in the state folder
+// (XDG_STATE_HOME, ~/.local/state).
 class SingleInstance {
  public:
   // `temporary` stands for /tmp. Windows does not need it.

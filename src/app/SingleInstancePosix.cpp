@@ -26,7 +26,7 @@ std::optional<fs::path> FolderIn(const char* variable) {
 
 std::vector<fs::path> Folders(const fs::path& temporary) {
   std::vector<fs::path> folders{temporary / ("quillon-" + std::to_string(geteuid()))};
-  // Not ours to make: where the system has made none, there is no session.
+  // This folder is not ours to make: where the system has made none, there is no session.
   const auto runtime = FolderIn("XDG_RUNTIME_DIR");
   std::error_code ignored;
   if (runtime && fs::is_directory(*runtime, ignored)) folders.push_back(*runtime / "quillon");
@@ -36,8 +36,8 @@ std::vector<fs::path> Folders(const fs::path& temporary) {
   return folders;
 }
 
-// Opens what is of this kind, belongs to the user and may be written to by nobody else; else -1
-// and errno. At a pipe it does not wait.
+// Opens a file or folder if it is of this kind, belongs to the user, and nobody else may write to
+// it; else returns -1 and sets errno. Does not wait at a pipe.
 int OpenOwn(int folder, const char* name, int flags, mode_t kind) {
   const int opened =
       openat(folder, name, flags | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY, 0600);

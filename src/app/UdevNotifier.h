@@ -15,7 +15,7 @@ struct udev_monitor;
 namespace quillon {
 
 // Hot-plug events of the system, from udev: the kernel's own, after udev has given the nodes their
-// rights. Listens from its construction on; what comes before Start() is told after it.
+// rights. Listens from its construction on; events that come before Start() are handed on after it.
 class UdevNotifier : public QObject, public DeviceNotifier {
   Q_OBJECT
 

@@ -10,10 +10,11 @@
 namespace quillon {
 
 // Hot-plug events of the system, from the messages that Windows sends to the main window about USB
-// devices. They come on its thread, whenever a message loop runs, be it a message box's: the
-// handler must only note them.
+// devices. They come on the window's thread whenever a message loop runs, even a message box's, so
+// the handler must only take note of them.
 //
-// Only listens: every message goes on to Qt and to Windows' own answer, which refuses nothing.
+// Only listens: every message goes on to Qt and to Windows' default handling, which refuses
+// nothing.
 class WindowsNotifier : public DeviceNotifier, private QAbstractNativeEventFilter {
  public:
   WindowsNotifier() = default;
@@ -21,7 +22,7 @@ class WindowsNotifier : public DeviceNotifier, private QAbstractNativeEventFilte
   WindowsNotifier& operator=(const WindowsNotifier&) = delete;
   ~WindowsNotifier() override;
 
-  // Registers the main window, so there has to be one by now.
+  // Registers the main window, which must exist by then.
   bool Start(Handler handler) override;
 
  private:

@@ -29,7 +29,7 @@ constexpr std::string_view kHelp =
 Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line makes no sense.
 )";
 
-// Far more than any file that is accepted needs, so that what lies behind its end is looked at too.
+// Far more than any accepted file needs, so that bytes after its end are seen too.
 constexpr std::size_t kMostFileBytes = std::size_t{4} << 20;
 
 int ComplainOfUsage(std::ostream& err, const std::string& sentence) {

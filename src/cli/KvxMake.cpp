@@ -58,7 +58,7 @@ std::variant<Options, std::string> ParseOptions(std::span<const std::string> arg
   return options;
 }
 
-// What the options say of the word at offset 2, which only the node I/O system's files have.
+// What the options say about the word at offset 2, which only the node I/O system's files have.
 std::optional<std::string> SetNodeVersion(const Options& options, MakeRequest& request) {
   const bool has_nodes = FamilyOf(request.device_id) == BoardFamily::kNodeSystem;
   if (has_nodes != (options.core || options.node_version)) {
@@ -90,7 +90,7 @@ FlashPieces ReadPieces(const std::string& path) {
   return PiecesOfBinary(bytes);
 }
 
-// Also where one is a link to the other.
+// True also where one is a link to the other.
 bool AreOneFile(const std::string& one, const std::string& other) {
   std::error_code missing;
   return std::filesystem::equivalent(one, other, missing);

@@ -20,8 +20,8 @@ struct MakeRequest {
 // The request that the arguments behind `make` are, or a sentence on what is wrong with them.
 std::variant<MakeRequest, std::string> ParseMakeRequest(std::span<const std::string> arguments);
 
-// Makes the file and tells of it in `out`. What keeps it from being made comes back as a sentence;
-// then a file that was there before still is, as it was. The image is never overwritten.
+// Makes the file and describes it in `out`. If that fails, returns a sentence that says why; a file
+// that was there before is unchanged then. The image is never overwritten.
 std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream& out);
 
 }  // namespace quillon

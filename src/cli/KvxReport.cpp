@@ -93,8 +93,8 @@ void AddFaultsOf(const KvxRecord& record, const std::string& name, bool for_node
   }
 }
 
-// A file has no checksum: that its records end in the end record, and nothing follows, is all that
-// tells a whole file from a part of one.
+// A file has no checksum. Only the end record, with nothing after it, tells a whole file from a
+// part of one.
 void AddFaultsOfEnd(const KvxImage& image, std::size_t file_size,
                     std::vector<std::string>& faults) {
   const std::size_t end = WriteKvx(image).size();

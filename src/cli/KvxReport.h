@@ -14,9 +14,8 @@ namespace quillon {
 // address ranges and the gaps between them.
 std::string DescribeKvxImage(const KvxImage& image);
 
-// Sentences on what keeps the image, read from a file of `file_size` bytes, from being one to hand
-// out. The window loads such a file all the same; a board would refuse it, or end up with half of
-// its firmware.
+// What is wrong with an image that was read from a file of `file_size` bytes, as sentences: reasons
+// not to hand the file out. The window loads such a file all the same and sends it as it is.
 std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size);
 
 // A sentence on what keeps a file from being read or written, without its name.

@@ -7,7 +7,7 @@
 namespace quillon {
 namespace {
 
-// Not cleaned as for showing, which makes different bytes the same text.
+// The raw bytes: cleaned for showing, different bytes could become the same text.
 std::string Raw(std::span<const char> field) {
   return {field.begin(), std::find(field.begin(), field.end(), '\0')};
 }

@@ -8,12 +8,12 @@
 
 namespace quillon {
 
-// Which board of a table is meant, in a form that outlives the table: a detection makes it anew,
-// with new numbers of the library in the records.
+// Identifies a board across detections, each of which fills the table anew, with new numbers of the
+// library in the records.
 //
-// A board is known again by what it says of itself and the mode it runs in, byte for byte. Boards
-// that say the same are told apart by their order, which is that of their places on the bus. Once
-// one of them comes or goes nothing tells which one that was, so then none of them is known again.
+// A board is recognised by its texts, its product id and the mode it runs in. Boards that are alike
+// in all of these are told apart by their order in the table. When one of those comes or goes,
+// nothing tells which one it was, so none of them is recognised then.
 struct BoardIdentity {
   std::uint32_t type = 0;
   std::uint16_t product_id = 0;
@@ -24,7 +24,7 @@ struct BoardIdentity {
   bool operator==(const BoardIdentity&) const = default;
 };
 
-// The board that is selected; the same as no other where there is none.
+// The board that is selected. Without boards, an identity that no board has.
 BoardIdentity CurrentBoard(const DeviceTable& table);
 
 }  // namespace quillon

@@ -13,7 +13,7 @@ namespace quillon {
 
 // The boards found by the last detection, in the order in which they were found, and which of them
 // is current: the one that all pages talk to. A HID library writes the records itself and is not
-// told how many fit, so behind the last one lies a margin that nobody uses.
+// told how many fit, so the table ends with a margin that is never used for boards.
 class DeviceTable {
  public:
   static constexpr std::uint32_t kRoom = 1024;
@@ -29,7 +29,7 @@ class DeviceTable {
   // An index that no board has is ignored.
   void SetCurrent(std::uint32_t index);
 
-  // `index` is below kRoom; the record of an index past the count is blank or a former board's.
+  // `index` is below kRoom; a record past the count is blank or left over from a former board.
   DeviceRecord& Record(std::uint32_t index) { return records_[index]; }
   const DeviceRecord& Record(std::uint32_t index) const { return records_[index]; }
   DeviceRecord& CurrentRecord() { return records_[current_]; }
@@ -37,7 +37,7 @@ class DeviceTable {
   std::uint32_t Type(std::uint32_t index) const { return types_[index]; }
   std::uint32_t CurrentType() const { return types_[current_]; }
 
-  // What kept a listed board from working when it was detected; no problem at all for most.
+  // What kept a listed board from working when it was detected; KVUSB_PROBLEM_NONE for most.
   const Problem& ProblemOf(std::uint32_t index) const;
   void SetProblem(std::uint32_t index, Problem problem);
 
@@ -49,8 +49,8 @@ class DeviceTable {
   // Forgets all boards.
   void Clear();
 
-  // Takes up to `found` boards of one type from Free() and returns how many fitted. Their version
-  // and firmware flag are the ones of boards that have not answered the identity query.
+  // Takes up to `found` boards of one type from Free() and returns how many fitted. Sets their
+  // queried version and firmware flag to those of a board that has not answered the identity query.
   std::uint32_t Append(std::uint32_t found, std::uint32_t type);
 
  private:

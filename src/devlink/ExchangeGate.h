@@ -9,7 +9,7 @@ namespace quillon {
 
 // Held by whatever runs an exchange or a nested event loop: a retrieve, an update, a firmware run,
 // a message box, a dialog, a context menu. While it is held, nothing else starts an exchange and
-// the table of boards stays as it is; what asks for a new detection waits until the gate opens.
+// the table of boards stays as it is; a request for a new detection waits until the gate opens.
 class ExchangeGate {
  public:
   // Holds the gate until it goes out of scope.
@@ -43,8 +43,8 @@ class ExchangeGate {
   // For what belongs to something that may already hold the gate, as a message box does.
   [[nodiscard]] Hold Enter() { return Hold(*this); }
 
-  // Names what Request() runs. It is called from the end of a hold, deep in somebody's stack, so it
-  // should only put itself on the event queue.
+  // Names what Request() runs. It may run at the end of a hold, deep in somebody's stack, so it
+  // should only put work on the event queue.
   void SetAction(std::function<void()> action) { action_ = std::move(action); }
 
   // Runs the action: now if the gate is open, else once when it opens, however often it was asked.

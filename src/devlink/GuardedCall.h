@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-// Told of an exception that a HID library let out of a function, against its promise in kvusb.h.
+// Called when a function of a HID library throws, which kvusb.h forbids.
 using ThrowHandler = std::function<void(const char* function, const std::string& text)>;
 
 // The result of a call into a library, or `failure` where it throws.

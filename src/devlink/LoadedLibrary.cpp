@@ -67,7 +67,7 @@ class LoadedLibrary : public HidLibrary {
   }
   Problem DescribeProblem(const DeviceRecord* record) override {
     Problem problem = Described(record);
-    // What no library says of itself.
+    // A problem that the library cannot know: it threw.
     if (record == nullptr && !exception_.empty()) return {KVUSB_PROBLEM_OTHER, exception_};
     return problem;
   }

@@ -19,12 +19,12 @@ enum class BoardFamily {
   kWithoutPages,   // a known board that has no pages, not even the home page
 };
 
-// The tabs [first, last] behind "Device Configuration", counted from 1. first > last: none.
+// The tabs [first, last] after "Device Configuration", counted from 1. first > last: none.
 struct TabRange {
   int first = 1, last = 0;
 };
 
-// The firmware that this version of the program configures, as version words. `node` is 0 where the
+// The firmware that this version of the program works with, as version words. `node` is 0 where the
 // product has no nodes.
 struct RequiredFirmware {
   std::uint16_t application = 0, loader = 0, node = 0;
@@ -37,7 +37,7 @@ struct Product {
   RequiredFirmware required{};
   // The device type (KVUSB_TYPE_...) that the report calls Device Mode.
   std::uint32_t device_mode = 0;
-  // Whether the other type of running firmware restarts as a board in Device Mode does.
+  // Whether a board of the other firmware type (2 or 3) restarts like one in Device Mode.
   bool restarts_alike = false;
   // The tabs that a report enables: in Device Mode with suitable firmware, and in Flash Mode.
   TabRange in_device_mode{}, in_flash_mode{};
@@ -54,7 +54,7 @@ std::span<const Product> Products();
 // The product's row; for an id that is in no row, one of family kNone that requires nothing.
 const Product& ProductOf(std::uint16_t product_id);
 
-// A product of the family; what they do not share is the id and `defaults_from_tree` and
+// Some product of the family. Its products differ only in the id, `defaults_from_tree` and
 // `nodes_in_tree`.
 const Product& AnyProductOf(BoardFamily family);
 

@@ -10,15 +10,16 @@
 
 namespace quillon {
 
-// Writes every call to another library, with its time and result, as kvusb/trace/TraceText.h says.
-// Each call is written on its own, so that a trace is whole up to the very call that went wrong.
-// Where writing fails the trace stops; the calls go on, and DescribeProblem(nullptr) tells of it.
+// Writes every call to another library, with its time and result, in the form that
+// kvusb/trace/TraceText.h describes. Each call is written at once, so that a trace is complete up
+// to the call that went wrong. When writing fails, the trace stops; the calls go on, and
+// DescribeProblem(nullptr) tells of it.
 class TracedLibrary : public ForwardingLibrary {
  public:
-  // Seconds since some moment, never running backwards.
+  // Seconds since some moment; never goes back.
   using Clock = std::function<double()>;
 
-  // Takes a piece of the trace, or says as a sentence what keeps it from that.
+  // Writes a piece of the trace, or returns a sentence that says why it cannot.
   using Write = std::function<std::optional<std::string>(std::string_view)>;
 
   TracedLibrary(HidLibrary& inner, Write write, Clock clock);

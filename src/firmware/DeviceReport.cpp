@@ -23,7 +23,7 @@ DeviceReport ReportOnDevice(const DeviceRecord& record, std::uint32_t type,
                             std::uint32_t device_mode) {
   DeviceReport report;
   report.serial_number = ShownText(record.serial_number);
-  // The product id is dotted like a version on purpose: 0x0910 reads 9.10 on the boards' labels.
+  // The product id is written like a version on purpose: 0x0910 reads 9.10.
   report.text = "Device : " + ShownText(record.product_text) + "\r\n\r\n" +
                 "  Manufacturer : " + TextOrNothing(record.manufacturer) + "\r\n" +
                 "  Product ID : " + VersionText(record.product_id) + "\r\n" +
@@ -35,7 +35,7 @@ DeviceReport ReportOnDevice(const DeviceRecord& record, std::uint32_t type,
   const std::uint32_t required = LookupRequiredVersion(record.product_id) & 0xFFF0;
   const std::uint32_t release =
       ReleaseOf(report.flash_mode_active ? record.queried_version : record.version);
-  // Older and newer releases alike can be looked at, but not configured.
+  // A board with an older or newer release can be looked at, but not configured.
   report.pages_enabled = !report.flash_mode_active && release == required;
 
   if (release < required || !report.firmware_present) {

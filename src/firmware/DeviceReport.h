@@ -8,7 +8,7 @@
 
 namespace quillon {
 
-// How the firmware of a board stands to the one that this program configures, in releases.
+// How a board's firmware compares, by release, with the one that this program works with.
 enum class FirmwareFit {
   kMatches,
   kTooOld,  // or the board says that it holds no valid firmware
@@ -31,7 +31,7 @@ struct DeviceReport {
 DeviceReport ReportOnDevice(const DeviceRecord& record, std::uint32_t type,
                             std::uint32_t device_mode);
 
-// The form that stands in for a report when no board was found.
+// What is shown in place of a report when no board was found.
 std::string EmptyDeviceReport();
 
 }  // namespace quillon

@@ -10,7 +10,7 @@
 
 namespace quillon {
 
-// What a run tells of itself while it goes on, and what it asks.
+// What a run reports while it goes on, and what it asks.
 class FlashObserver {
  public:
   FlashObserver() = default;
@@ -18,14 +18,14 @@ class FlashObserver {
   FlashObserver& operator=(const FlashObserver&) = delete;
   virtual ~FlashObserver() = default;
 
-  // Goes to the end of the log as it is; lines end with \r\n.
+  // Text for the end of the log, to be shown as it is; lines end with \r\n.
   virtual void OnText(std::string_view text) = 0;
   // The records begin: from here on progress counts from 0 to `records`.
   virtual void OnProgressRange(int records) = 0;
   virtual void OnProgress(int position) = 0;
   // Asked before each record.
   virtual bool AbortRequested() = 0;
-  // After each record: the one place in a run where other events get their turn.
+  // Called after each record. The only place in a run where other events are handled.
   virtual void Pump() = 0;
 };
 
@@ -37,14 +37,14 @@ enum class FlashResult {
 };
 
 // Writes an image into a board that runs its loader: erase, the records in the order of the file,
-// finish. All on the caller's thread; library, board, image and observer outlive the run.
+// finish. Runs on the caller's thread; library, board, image and observer outlive the run.
 //
 // A run that fails or is aborted leaves the board in Flash Mode, without valid firmware, and ready
 // to be programmed from the start. An abort takes effect before the next record, so one that comes
 // during the last record is too late.
 //
-// One packet serves the whole run, and a command sets only what it needs: erase and finish carry
-// what the exchange before has left behind their first five bytes.
+// One packet serves the whole run, and each command sets only the bytes that it needs. So the bytes
+// of an erase and of a finish from byte 5 on are left over from the exchange before.
 class FlashUpdate {
  public:
   FlashUpdate(HidLibrary& library, DeviceRecord& board, const KvxImage& image,

@@ -16,7 +16,7 @@ using Bytes = std::vector<std::uint8_t>;
 constexpr std::uint8_t kData = 0, kEnd = 1, kSegment = 2, kStartSegment = 3, kLinear = 4,
                        kStartLinear = 5;
 constexpr std::size_t kFrame = 5;       // length, two of address, type, checksum
-constexpr std::size_t kDataBegins = 4;  // behind length, address and type
+constexpr std::size_t kDataBegins = 4;  // after length, address and type
 
 std::string Hex(std::size_t value) {
   std::array<char, 20> text{};
@@ -31,7 +31,7 @@ std::optional<std::uint8_t> DigitOf(char c) {
   return std::nullopt;
 }
 
-// The bytes behind the colon of a line, or what is wrong with it.
+// The bytes after the colon of a line, or what is wrong with it.
 std::variant<Bytes, std::string> BytesOfLine(std::string_view line) {
   if (line.empty() || line[0] != ':') return "does not begin with a colon.";
   line.remove_prefix(1);
@@ -56,7 +56,7 @@ std::string_view WithoutTrailing(std::string_view text, std::string_view charact
 // Reads line by line into a map of the flash.
 class HexReader {
  public:
-  // A sentence's end on the line, when it is wrong.
+  // What is wrong with the line, as the end of a sentence.
   std::optional<std::string> Take(std::string_view line) {
     if (ended_) return "follows the end record.";
     auto parsed = BytesOfLine(line);

@@ -11,16 +11,16 @@
 
 #include "firmware/KvxImage.h"
 
-// What firmware engineers make KVX files of: what a linker leaves, as Intel HEX or as plain bytes.
+// What KVX files are made from: the output of a linker, as Intel HEX or as plain bytes.
 namespace quillon {
 
-// Addresses of the flash have 16 bits.
+// Flash addresses have 16 bits.
 inline constexpr std::size_t kFlashAddresses = 0x10000;
 
 // Node commands have a longer header, so fewer data bytes of a record reach a node.
 inline constexpr std::size_t kMostNodeRecordBytes = 56;
 
-// Neighbouring bytes of an image.
+// Bytes of an image that follow each other without a gap.
 struct FlashPiece {
   std::size_t address = 0;
   std::vector<std::uint8_t> bytes;
@@ -33,7 +33,7 @@ using FlashPieces = std::variant<std::vector<FlashPiece>, std::string>;
 
 // Strict: every line is a record with a right checksum, the last one is the end of the file, no
 // byte is given twice, and none lies beyond the 16-bit addresses. Knows the record types 00 to 05;
-// start addresses (03 and 05) mean nothing to a board and are passed over. So are blanks at the end
+// start addresses (03 and 05) have no place in a KVX file and are skipped. So are blanks at the end
 // of a line, blank lines, and at the end of the file the ^Z that older tools put there.
 FlashPieces ReadIntelHex(std::string_view text);
 

@@ -25,8 +25,8 @@
 //  +------+--------+---------+---------+------------------+
 //
 // Only the files of the node I/O system have the word at 2: 0 in the firmware of the board itself,
-// the version in the firmware of its nodes. A record of type 1 is that one byte, and the end; a
-// file without it ends where it ends. A file has no checksum.
+// the version in the firmware of its nodes. A record of type 1 is that one byte and ends the file;
+// it may be missing. A file has no checksum.
 //
 //   10 09  00 03 01 00 AA BB CC  01      product 0x0910, three bytes at 0x0100
 namespace quillon {
@@ -86,16 +86,16 @@ struct KvxProblem {
   bool operator==(const KvxProblem&) const = default;
 };
 
-// No file that is accepted needs more bytes than these to be read as a whole.
+// Reading this many bytes is enough for any file that is accepted.
 inline constexpr std::size_t kKvxMostBytes =
     4 + (KvxImage::kMostRecords + 1) * (4 + KvxRecord::kMostBytes);
 
-// The product that a file is for; nothing in a file of fewer than two bytes. A file for another
-// product is told by this alone, before anything else in it is looked at.
+// The product that a file is for; nothing in a file of fewer than two bytes. This alone decides
+// whether a file is for another product; nothing else in it is looked at before.
 std::optional<std::uint16_t> ReadKvxDeviceId(std::span<const std::uint8_t> file);
 
-// The kind that the device id and the word behind it tell. A file too short to tell is kPlain, or
-// kCore where the word is missing.
+// The kind of a file, by its device id and the word after it. A file too short to tell is kPlain,
+// or kCore if only the word is missing.
 KvxFileKind KvxKindOf(std::span<const std::uint8_t> file);
 
 std::variant<KvxImage, KvxProblem> ReadKvxImage(std::span<const std::uint8_t> file,
@@ -104,7 +104,7 @@ std::variant<KvxImage, KvxProblem> ReadKvxImage(std::span<const std::uint8_t> fi
 // A sentence on the problem, without the file's name.
 std::string DescribeKvxProblem(const KvxProblem& problem);
 
-// The file of an image. Its records are none of type 1.
+// The bytes of an image's file. No record of the image may have type 1.
 std::vector<std::uint8_t> WriteKvx(const KvxImage& image);
 
 }  // namespace quillon

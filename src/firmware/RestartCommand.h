@@ -17,8 +17,8 @@ enum class RestartButton { kFlash, kDevice, kExecute, kReboot };
 // The command that a button sends to a board of type `type` (its mode, see kvusb.h).
 std::uint8_t RestartCommand(RestartButton button, std::uint32_t type, const Product& product);
 
-// Tells the board to restart. There is nothing to learn from the answer: a board that heard the
-// command goes, and its notifications tell how it comes back.
+// Tells the board to restart. The answer is ignored: hot-plug events tell when the board has left
+// the bus and come back.
 void SendRestart(HidLibrary& library, DeviceRecord& board, std::uint8_t command);
 
 }  // namespace quillon

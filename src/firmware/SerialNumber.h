@@ -19,9 +19,9 @@ enum class SerialResult {
   kRefused,  // the board answered something else
 };
 
-// Gives the board the first three characters as its serial number. A failed exchange is kSet on
-// purpose: the board may have taken the number though its answer was lost, and the report after its
-// next start shows the truth.
+// Gives the board the first three characters as its serial number. A failed exchange counts as kSet
+// on purpose: the board may have taken the number though its answer was lost, and the report after
+// its next start shows the truth.
 SerialResult SetSerial(HidLibrary& library, DeviceRecord& board, std::string_view text);
 
 }  // namespace quillon

@@ -6,7 +6,8 @@
 
 namespace quillon {
 
-// A firmware version: a 16-bit word of four 4-bit digits. 0x0282 is shown as 2.82, 0x1234 as 12.34.
+// A firmware version: a 16-bit word of four 4-bit digits, d3 to d0. 0x0282 is shown as 2.82, 0x1234
+// as 12.34.
 using VersionWord = std::uint16_t;
 
 // The three numbers that are shown: d3 * 10 + d2, d1 and d0.

@@ -39,12 +39,13 @@ std::optional<BoardEvent> BoardEvents::Take(const KernelEvent& event) {
                                        : board.first == event.folder;
   });
   if (gone == boards_.end()) return std::nullopt;
-  // A board's nodes go before it, so this one came after a removal that is told late.
+  // A board's nodes go before the board does, so this node belongs to a board that came after the
+  // removal, which is reported late.
   if (event.subsystem != "hidraw" && read_(gone->second.node)) return std::nullopt;
   return Go(gone);
 }
 
-// A board that is known comes again only if it left unseen.
+// A board that is listed can come again only if its removal was missed.
 std::optional<BoardEvent> BoardEvents::Come(const HidrawNode& node) {
   const auto known = boards_.find(node.board);
   if (known != boards_.end() && (known->second.node == node.folder || read_(known->second.node)))

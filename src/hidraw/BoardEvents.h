@@ -25,25 +25,25 @@ struct BoardEvent {
   std::string path;
 };
 
-// Makes one event for each physical board of the many that the kernel has for it: the USB device,
-// its interfaces, and for each HID interface two devices more.
+// Makes one event for each physical board out of the many that the kernel sends for it: for the USB
+// device, for its interfaces, and for two more devices of each HID interface.
 //
 // A board has come when the node of its configuration interface is there, which is when it can be
-// opened; its other interfaces say nothing. It has gone when that node or the whole USB device
-// went, whichever is told first. So the boards that are there have to be known, and a wait for what
-// may still follow is never needed.
+// opened; its other interfaces say nothing. It has gone when that node or the whole USB device has
+// gone, whichever event comes first. So the object keeps a list of the boards that are there, and
+// never has to wait for events that may still follow.
 class BoardEvents {
  public:
   using Reader = std::function<std::optional<HidrawNode>(const std::string& folder)>;
 
-  // `nodes` are there already. `read` looks at a node's folder.
+  // `nodes` are those that are there already. `read` reads a node's folder.
   explicit BoardEvents(
       const std::vector<HidrawNode>& nodes,
       Reader read = [](const std::string& folder) { return ReadHidrawNode(folder); });
 
   std::optional<BoardEvent> Take(const KernelEvent& event);
 
-  // For when events were lost: what must have happened if these nodes are there now.
+  // For when events were lost: the events that must have happened if these nodes are there now.
   std::vector<BoardEvent> Compare(const std::vector<HidrawNode>& nodes);
 
  private:

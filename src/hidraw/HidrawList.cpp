@@ -23,13 +23,13 @@ std::optional<Number> ParseNumber(std::string_view text, int base) {
   return value;
 }
 
-// The kernel gives no longer report descriptor, and an attribute is far shorter.
+// The longest report descriptor that the kernel gives; an attribute is far shorter.
 constexpr std::size_t kMostBytes = 4096;
 
 // Reads the files of one node. What is not there or not for this user is empty.
 class NodeReader {
  public:
-  // The board was leaving meanwhile, and half of it is worth nothing.
+  // The board left while it was read, and half of what it says is worth nothing.
   bool IsGone() const { return gone_; }
 
   std::string Content(const fs::path& file) {

@@ -8,8 +8,8 @@
 #include <system_error>
 #include <vector>
 
-// What the Linux kernel lets everyone read of the vendor's boards, in /sys: it says which boards
-// there are, and of which type, before one is opened and even where none may be.
+// What everybody may read in /sys about the vendor's boards: which boards there are, and of which
+// type. No board has to be opened for that, so it works even where the user may open none.
 //
 //   /sys/class/hidraw/hidraw3 -> .../usb1/1-2/1-2:1.1/0003:4C7E:0910.0007/hidraw/hidraw3
 //                                         the board |  HID device: bus, vendor, product, number
@@ -41,8 +41,8 @@ struct HidrawNode {
 std::optional<HidrawNode> ReadHidrawNode(const std::filesystem::path& folder);
 
 // All nodes of our boards, by their number. HID interfaces of other makers cost one readlink each,
-// and so do the nodes that are among `known` already: what is read of a node holds for its life.
-// `error` tells why the kernel's list cannot be read.
+// and so do the nodes that are in `known` already: what was read about a node stays true as long as
+// it is there. `error` tells why the kernel's list cannot be read.
 std::vector<HidrawNode> ListHidrawNodes(std::error_code& error,
                                         const std::vector<HidrawNode>& known = {},
                                         const std::filesystem::path& sys = "/sys");

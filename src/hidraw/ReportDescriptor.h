@@ -16,7 +16,7 @@ struct CollectionUsage {
 };
 
 // The usages of a report descriptor's top-level collections, in order; {page, 0} for one that names
-// none. Reads as far as the descriptor makes sense: one that is cut or garbage may end early.
+// none. Reads as far as the descriptor makes sense, so one that is cut or garbled may give fewer.
 std::vector<CollectionUsage> TopLevelCollections(std::span<const std::uint8_t> descriptor);
 
 }  // namespace quillon

@@ -8,8 +8,8 @@
 
 namespace quillon {
 
-// The text with a zero behind it in a caller's `size` bytes, cut where it has to be, but never
-// inside a UTF-8 character.
+// Copies the text and a zero byte to a caller's `size` bytes. A text that is too long is cut, but
+// never inside a UTF-8 character.
 inline void CopyText(std::string_view text, char* to, std::uint32_t size) {
   if (to == nullptr || size == 0) return;
   std::size_t length = std::min<std::size_t>(text.size(), size - 1);

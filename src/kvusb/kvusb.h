@@ -11,7 +11,7 @@
  * Threads: all calls come from one thread, one at a time.
  *
  * Exceptions: none crosses the interface, in either direction. A library must not throw: its caller
- * may be C. Quillon takes an exception for the function's failure and tells its text.
+ * may be C. Quillon takes an exception for a failure of the function and shows its text.
  *
  * Blocking: DetectHID and CloseDevices return in milliseconds. WriteData blocks until the board has
  * taken the report (about 1 ms; the first one to a board may have to open it, which takes up to a
@@ -111,7 +111,7 @@ typedef int32_t(KVUSB_CALL* ReadDataFunction)(DeviceRecord* record, uint8_t* pac
  * Returns 0 when closing failed. */
 typedef int32_t(KVUSB_CALL* CloseDevicesFunction)(uint32_t count, DeviceRecord* first);
 
-/* Two further functions are optional. The program looks each up by name and does without it. */
+/* Two further functions are optional. The program looks each up by name and works without it. */
 
 /* Events of a DeviceChangeHandler, numbered as the Windows messages for them are. */
 enum { KVUSB_EVENT_ARRIVAL = 0x8000, KVUSB_EVENT_REMOVAL = 0x8004 };

@@ -6,7 +6,7 @@
 // The two blocks behind the "Digital Channels" page of the scan matrix controller. Both are ranges
 // of the board's table and travel in chunks. `_` marks bits that are kept as retrieved.
 //
-// Input block: 64 bytes, one for each input. Invert and master stand the other way round than in
+// Input block: 64 bytes, one for each input. Invert and master have swapped places compared with
 // the joystick controllers' digital block, and the codes of the modes are this board's own.
 //
 //          bit 7     6     5     4     3      2        1       0

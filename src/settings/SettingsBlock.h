@@ -8,8 +8,8 @@
 
 namespace quillon {
 
-// A settings block as a board stores it: `Records` records of `Bytes` bytes each. Kept as one
-// 32-bit word a record; a field's bits change and all others stay, so whatever a page does not edit
+// A settings block as a board stores it: `Records` records of `Bytes` bytes each. Each record is
+// kept as one 32-bit word. Setting a field changes its bits only, so whatever a page does not edit
 // goes back exactly as it was retrieved.
 template <std::size_t Records, std::size_t Bytes>
 class SettingsBlock {
@@ -30,7 +30,7 @@ class SettingsBlock {
   // The records as words, for whatever works on any block.
   std::span<std::uint32_t> Words() { return words_; }
 
-  // Takes the block from its wire bytes, and gives it as such.
+  // Read() takes the block from its wire bytes, Write() gives them back.
   void Read(std::span<const std::uint8_t, kSize> wire) {
     for (std::size_t record = 0; record < Records; ++record) {
       words_[record] = 0;

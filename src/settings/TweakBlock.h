@@ -25,7 +25,7 @@ namespace tweak {
 inline constexpr std::uint8_t kRead = 0x22;
 inline constexpr std::uint8_t kWrite = 0x23;
 
-// A board may say in kCalibrate that an axis is being calibrated; it is never told so.
+// kCalibrate is shown as the board reports it, and always sent as 0.
 inline constexpr Field kActive{0, 0, 1}, kCalibrate{0, 1, 1}, kCombine{0, 2, 3};
 inline constexpr Field kTrimMin{1, 0, 8}, kDeadzone{2, 0, 8}, kTrimMax{3, 0, 8};
 

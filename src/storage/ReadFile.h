@@ -11,17 +11,18 @@ namespace quillon {
 
 // Why a file could not be read or written.
 struct FileProblem {
-  // What a sentence says behind the file's name: "cannot be opened: Permission denied".
+  // The end of a sentence that begins with the file's name: "cannot be opened: Permission denied".
   std::string predicate;
-  // The system's own reason; none where the file itself is not as it should be.
+  // The system's error code; none when the file itself is the problem, as when it is a folder or
+  // too long.
   std::error_code code;
 
   bool IsMissing() const { return code == std::errc::no_such_file_or_directory; }
 };
 
-// All bytes of a file, of which there may be `most`, or why they cannot be had. Never throws for
-// what it finds, and never blocks: only a regular file (an attribute in /sys is one) is read, at
-// whatever end of links. A folder, a pipe, a device and a longer file are problems.
+// All bytes of a file of at most `most` bytes, or why they cannot be read. Never throws for what it
+// finds, and never blocks: it follows links and reads only a regular file (an attribute in /sys is
+// one). A folder, a pipe, a device or a longer file is a problem.
 std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
                                                 std::size_t most);
 

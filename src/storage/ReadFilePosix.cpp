@@ -44,7 +44,7 @@ std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
 
 std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
                                                 std::size_t most) {
-  // Without waiting, because the open of a pipe would last until somebody writes to it.
+  // Without waiting, because opening a pipe would last until somebody writes to it.
   const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (opened < 0) return Failed("cannot be opened");
   auto content = ReadOpened(opened, most);

@@ -15,14 +15,14 @@ enum class FileReaders {
   kOwner,      // mode 0600: what holds serial numbers or firmware
 };
 
-// Makes the file hold these bytes, whole or not at all: they are written to a temporary file beside
-// it, on the disk before that takes the name. At whatever end of links; what is no regular file
-// (/dev/stdout) is written to as it is. Returns nothing, or what went wrong; then an old file is
-// still there and the temporary one is not.
+// Makes the file hold all of these bytes, or leaves it as it was: they are written to a temporary
+// file beside it, which takes the file's name once it is on the disk. Follows links. Something that
+// is not a regular file (/dev/stdout) is written to directly. Returns nothing, or what went wrong;
+// then an old file is still there and the temporary one is removed.
 std::optional<FileProblem> ReplaceFile(const std::filesystem::path& file, std::string_view bytes,
                                        FileReaders readers);
 
-// Removes the temporary files that processes which have ended left beside `file`.
+// Removes temporary files beside `file` whose processes have ended without removing them.
 void RemoveLeftovers(const std::filesystem::path& file);
 
 }  // namespace quillon

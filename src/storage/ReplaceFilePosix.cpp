@@ -32,7 +32,7 @@ std::optional<FileProblem> WriteAll(int file, std::string_view bytes) {
   return std::nullopt;
 }
 
-// Not waiting, because a pipe that nobody reads would wait for ever.
+// Without waiting, because a pipe that nobody reads would block for ever.
 std::optional<FileProblem> WriteInto(const fs::path& file, std::string_view bytes) {
   const int opened = open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (opened < 0) return Failed("cannot be opened");

@@ -69,8 +69,8 @@ std::vector<NodeList> CDeviceTreeCtrl::ReadNodes() {
     if (!ProductOf(table.Record(i).product_id).nodes_in_tree) continue;
     table.SetCurrent(i);
     if (read_nodes_) nodes[i] = read_nodes_();
-    // Intended: not the former current board. Users know that a rebuild goes back to the first
-    // board when a node I/O system stands before the one that they had selected.
+    // Intended: not the former current board. A rebuild goes back to the first board when a node
+    // I/O system stands in the table before the one that was selected.
     table.SetCurrent(0);
   }
   table.SetCurrent(selected.value_or(0));
@@ -91,7 +91,7 @@ void CDeviceTreeCtrl::selectionChanged(const QItemSelection& selected,
   if (link_.gate.IsOpen()) {
     Choose(selected.indexes().first());
   } else {
-    // Not here: the view is still busy moving to the item.
+    // Later, because the view is still busy moving to the item.
     QTimer::singleShot(0, this, [this] { Highlight(chosen_); });
   }
 }
@@ -116,12 +116,13 @@ void CDeviceTreeCtrl::Choose(const QModelIndex& item) {
 }
 
 void CDeviceTreeCtrl::mousePressEvent(QMouseEvent* event) {
-  // What the right button selects is the context menu's to decide.
+  // The context menu decides what the right button selects.
   if (event->button() != Qt::RightButton) QTreeView::mousePressEvent(event);
 }
 
 void CDeviceTreeCtrl::keyPressEvent(QKeyEvent* event) {
-  // Platforms make a context menu event of the menu key, not all of them of this one.
+  // All platforms turn the menu key into a context menu event, but not all of them do so with this
+  // key.
   if (event->key() == Qt::Key_F10 && event->modifiers() == Qt::ShiftModifier) {
     OpenMenuAtHighlight();
   } else {

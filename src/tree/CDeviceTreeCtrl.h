@@ -17,8 +17,8 @@ class QMenu;
 namespace quillon {
 
 // The tree of detected boards on the left of the main window, and its context menu. Choosing a
-// board makes it the table's current one. While something holds the gate, neither a choice nor the
-// menu is possible: the board that an exchange talks to does not change under it.
+// board makes it the table's current one. While something holds the gate, no board can be chosen
+// and the menu does not open: an exchange must not find another board in the place of its own.
 class CDeviceTreeCtrl : public QTreeView {
   Q_OBJECT
 
@@ -34,12 +34,13 @@ class CDeviceTreeCtrl : public QTreeView {
   // Wide enough to tell boards apart.
   QSize minimumSizeHint() const override;
 
-  // Enables an entry whose work exists, where its item allows it. Both restarts and the firmware
-  // check are not ready from the start.
+  // Says whether the program can do what an entry says. An entry that is not ready is disabled
+  // everywhere. Both restarts and the firmware check begin as not ready.
   void SetToolReady(DeviceTool tool, bool ready);
 
-  // Builds the tree anew from the table, with its boards in view and their nodes folded up, selects
-  // a board and emits BoardSelected() once, without a board too. The caller may hold the gate.
+  // Builds the tree anew from the table, with the boards visible and their nodes collapsed. Then
+  // selects a board and emits BoardSelected() once, even without a board. The caller may hold the
+  // gate.
   void Rebuild();
 
   // The context menu for an item (or none); an action's data() is its DeviceTool as an int.

@@ -41,10 +41,10 @@ constexpr bool IsBoard(TreeItemKind kind) {
 // Two roots, the boards of a device table below them, the nodes of a node I/O system below its
 // board, and two ports below each node.
 //
-// An index carries a pointer to its item. The view keeps expanded items in a hash of indexes, and
-// small numbers as ids collide there by the thousand. Labels are made from the table's records when
-// they are shown, so the table outlives the model and every change of it is followed by a
-// Rebuild().
+// An index carries a pointer to its item, not a number: the view keeps expanded items in a hash of
+// indexes, where small numbers collide by the thousand. Labels are made from the table's records
+// when they are shown. So the table must outlive the model, and every change of it must be followed
+// by Rebuild().
 class DeviceTreeModel : public QAbstractItemModel {
   Q_OBJECT
 

@@ -41,7 +41,8 @@ class CGridCtrl : public QTableView {
   void SetText(int row, int column, const QString& text);
   std::uint32_t Value(int row, int column) const;
   void SetValue(int row, int column, std::uint32_t value);
-  // Nothing: the palette's own ground. A dark palette shows a dark tone of the colour given here.
+  // Nothing stands for the palette's own background. A dark palette shows a dark tone of the colour
+  // given here.
   std::optional<QRgb> Background(int row, int column) const;
   void SetBackground(int row, int column, std::optional<QRgb> colour);
 
@@ -49,11 +50,11 @@ class CGridCtrl : public QTableView {
   void SetKind(int row, int column, CellKind kind);
   // A combo cell; its text need not be one of the choices. Give all cells of a column one list.
   void SetCombo(int row, int column, const QStringList& choices);
-  // A number cell in which nothing outside minimum to maximum can be entered. A page that refuses
-  // more, with a message, gives the wider range here.
+  // A number cell that takes no entry outside minimum to maximum. A page that wants to refuse a
+  // number with a message gives a wider range here.
   void SetNumber(int row, int column, int minimum, int maximum);
-  // A cell that the row does not have (false): hatched, without box or arrow, skipped by keys and
-  // changed by nothing. A click on it is one on its row.
+  // False is for a cell that the row does not have: it is hatched, has no box or arrow, is skipped
+  // by keys and cannot be edited. A click on it counts as one on its row.
   void SetEnabledCell(int row, int column, bool enabled);
   bool IsEnabledCell(int row, int column) const;
   // The small corner of a cell that was edited.
@@ -75,15 +76,15 @@ class CGridCtrl : public QTableView {
   // cell that the row does not have.
   void SetClickHandler(ClickHandler handler);
   // Called once after a choice or an entry; the cell has the new text by then, number cells the new
-  // value too. False puts back both. The handler may open a message box.
+  // value too. If the handler returns false, both are put back. It may open a message box.
   void SetEndEditHandler(EndEditHandler handler);
 
   // What a click and a choice or entry of the user do, for callers without a mouse.
   void Click(int row, int column);
   void Enter(int row, int column, const QString& text);
-  // Takes over what is still being typed into a number cell; a key or menu that starts an update
-  // does not end the typing by itself.
-  // False when it was refused, by the page or because it is no number of the cell.
+  // Ends the typing in a number cell and takes the number; a key or menu that starts an update does
+  // not do that by itself. False when it was refused, by the page or because it is no number of the
+  // cell.
   bool FinishEdit();
 
   QSize sizeHint() const override;

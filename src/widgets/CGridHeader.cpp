@@ -37,7 +37,7 @@ void CGridHeader::paintSection(QPainter* painter, const QRect& rect, int section
                     fontMetrics().elidedText(title, Qt::ElideRight, room.width()));
 }
 
-// Flat too where there are no more titles.
+// The part without titles is painted flat too.
 void CGridHeader::paintEvent(QPaintEvent* event) {
   QHeaderView::paintEvent(event);
   QRect rest = viewport()->rect();

@@ -46,7 +46,7 @@ void CScrollPane::BringIntoView(const QWidget& inner, const QRect& part) {
 }
 
 void CScrollPane::FollowFocus(const QWidget* now) {
-  // A click that scrolled would be let go beside what was pressed.
+  // If a click scrolled, the button would be released beside the control that was pressed.
   const bool clicked = QGuiApplication::mouseButtons() != Qt::NoButton;
   if (clicked || now == widget() || !widget()->isAncestorOf(now)) return;
   BringIntoView(*now, now->rect());
@@ -58,7 +58,7 @@ bool CScrollPane::eventFilter(QObject* watched, QEvent* event) {
   if (watched != widget()) return QScrollArea::eventFilter(watched, event);
   const bool shown = event->type() == QEvent::ShowToParent;
   if (shown || event->type() == QEvent::HideToParent) setVisible(shown);
-  // A text that can be selected takes the keys that scroll, and moves a cursor that nobody sees.
+  // A text that can be selected would take the keys that scroll, to move an invisible cursor.
   if (event->type() == QEvent::KeyPress && most_lines_ > 0) {
     auto* const key = static_cast<QKeyEvent*>(event);
     const bool scrolls = key->key() == Qt::Key_Up || key->key() == Qt::Key_Down;

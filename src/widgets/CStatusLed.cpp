@@ -80,7 +80,7 @@ void CStatusLed::paintEvent(QPaintEvent*) {
   }
 }
 
-// Not at every blink: a screen reader would never come to anything else.
+// Not at every blink: a screen reader would say nothing else.
 void CStatusLed::Describe() {
   const QString state = timer_.isActive() ? tr("blinking") : lit_ ? tr("lit") : tr("dark");
   if (state != accessibleDescription()) setAccessibleDescription(state);

@@ -15,13 +15,14 @@ class CStatusLed : public QWidget {
   Q_OBJECT
 
  public:
-  // The name is what a screen reader says; its description follows as lit, dark or blinking.
+  // The name is what a screen reader says, followed by the state: lit, dark or blinking.
   CStatusLed(const QString& name, LedStyle style, QWidget* parent = nullptr);
 
   void SetColours(QRgb on, QRgb off);
   void SetLit(bool lit);
   bool IsLit() const { return lit_; }
-  // Each period in milliseconds inverts the lamp; 0 or less stops it as it is.
+  // The lamp is inverted after each period; 0 or less stops the blinking and leaves the lamp as it
+  // is.
   void SetBlinkPeriod(int milliseconds);
   bool IsBlinking() const { return timer_.isActive(); }
 

@@ -38,7 +38,7 @@ class ClickInterface final : public QAccessibleWidget {
 
   void doAction(const QString& action) override {
     if (action != toggleAction()) return QAccessibleWidget::doAction(action);
-    // Not here: a click may open a dialog, and the screen reader waits for an answer.
+    // Later, because a click may open a dialog, and the screen reader waits for an answer.
     QMetaObject::invokeMethod(&button_, &QAbstractButton::click, Qt::QueuedConnection);
   }
 
@@ -57,7 +57,7 @@ QAccessibleInterface* MakeInterface(const QString& /*class_name*/, QObject* obje
 void ClickFromOutside(QAbstractButton* button) {
   QAccessible::installFactory(MakeInterface);  // once, however often it is called
   button->setProperty(kMark, true);
-  // One that was asked for before now does not know.
+  // An interface that was made before this call would be of the old kind.
   QAccessible::deleteAccessibleInterface(
       QAccessible::uniqueId(QAccessible::queryAccessibleInterface(button)));
 }

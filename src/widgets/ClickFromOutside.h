@@ -6,7 +6,7 @@ class QAbstractButton;
 namespace quillon {
 
 // Makes screen readers click a check box or radio button, where they would only set its state. For
-// one whose click does more than its state tells.
+// a button whose click does more than change its state.
 void ClickFromOutside(QAbstractButton* button);
 
 }  // namespace quillon

@@ -150,7 +150,7 @@ class GridInterface final : public QAccessibleWidget, public QAccessibleTableInt
   bool selectColumn(int /*column*/) override { return false; }
   bool unselectRow(int /*row*/) override { return false; }
   bool unselectColumn(int /*column*/) override { return false; }
-  // Cells go by their place alone, so none of them becomes another one.
+  // Cells are known by their place alone, so none of them becomes another one.
   void modelChange(QAccessibleTableModelChangeEvent* /*event*/) override {}
 
  private:

@@ -12,7 +12,7 @@ void InstallGridAccessibility();
 
 // Tells screen readers that a box was checked or cleared.
 void TellToggled(CGridCtrl& grid, int row, int column);
-// Tells them which cell has the focus, where they only know that the grid has it.
+// Tells screen readers which cell has the focus; from Qt they only learn that the grid has it.
 void TellFocused(CGridCtrl& grid);
 
 }  // namespace quillon

@@ -114,7 +114,7 @@ void GridDelegate::PaintGround(QPainter* painter, const QStyleOptionViewItem& op
   painter->fillRect(option.rect, ground);
   if (cell.enabled) return;
   // Intended on every ground, that of the clicked row too: where a row has no cell nothing can be
-  // set. Lines, because a shade of the whole would be another colour than the page's.
+  // set. Lines, because a shade over the whole cell would change the page's colour.
   const QColor text = option.palette.color(QPalette::Active, QPalette::Text);
   painter->setBrushOrigin(option.rect.topLeft());
   painter->fillRect(option.rect, QBrush(Mixed(ground, text, kHatching), Qt::BDiagPattern));

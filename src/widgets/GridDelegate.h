@@ -21,8 +21,8 @@ struct GridEntry {
 };
 
 // Paints a grid's cells straight from its model, and edits its number cells. A finished entry is
-// not written to the model: the grid takes it once the editor is closed, because whoever is asked
-// about it may open a message box.
+// not written to the model: the grid takes it once the editor is closed, because the page's handler
+// may open a message box.
 class GridDelegate : public QStyledItemDelegate {
   Q_OBJECT
 
@@ -30,11 +30,11 @@ class GridDelegate : public QStyledItemDelegate {
   GridDelegate(const GridModel& model, QObject* parent);
 
   void SetToggleImages(const QIcon& off, const QIcon& on);
-  // Forgets what was painted ahead; for a new palette or style.
+  // Forgets the tones and images that it keeps; to be called for a new palette or style.
   void Forget();
 
-  // Width that shows the cell whole: its text, the bounds of its number, its arrow or box; and that
-  // of the widest of its choices.
+  // The width that shows the whole cell (its text, the bounds of its number, its arrow or box), and
+  // the one that its widest choice needs.
   int WidthOf(const GridCell& cell, const QFontMetrics& metrics) const;
   int WidthOfChoices(const GridCell& cell, const QFontMetrics& metrics) const;
 

@@ -29,8 +29,8 @@ class GridModel : public QAbstractTableModel {
   GridCell& Change(int row, int column);
   void SetColumnToolTip(int column, const QString& text);
 
-  // One dataChanged around all data cells changed since the last call, one headerDataChanged per
-  // direction for titles, nothing where nothing changed.
+  // Tells the views what changed since the last call: one dataChanged around all data cells, one
+  // headerDataChanged per direction for titles, nothing where nothing changed.
   void Redraw();
 
   // What a cell shows, in words: its text, or "on" and "off" for toggles.

@@ -38,12 +38,12 @@ bool IsErase(PacketSpan packet) {
          (packet[kCommandByte] == kNodeCommand && packet[kFunctionByte] == kErase);
 }
 
-// An answer from behind a node board names the node's function.
+// The answer of a node, through its board, begins with the node's function.
 std::uint8_t EchoOf(PacketSpan packet) {
   return packet[packet[kCommandByte] == kNodeCommand ? kFunctionByte : kCommandByte];
 }
 
-// What is behind the text is zeros.
+// The rest of the field after the text is zeros.
 void FillText(std::span<char> field, std::string_view text) {
   std::ranges::fill(field, '\0');
   CopyText(text, field.data(), static_cast<std::uint32_t>(field.size()));
@@ -65,8 +65,9 @@ int ReadReport(hid_device* handle, std::span<std::uint8_t> report, Clock::time_p
     if (bytes >= 0) return bytes;
     if (errno == EINTR) continue;
     if (errno != 0) return -1;
-    // hidapi tells that a board has left before it hands out what the board still said, as one does
-    // that restarts. Without a limit it just reads, which never waits for a board that has left.
+    // hidapi reports that a board has left before it hands out what the board still said, as a
+    // board does that restarts. Without a time limit it just reads, which never waits for a board
+    // that has left.
     const int last = hid_read_timeout(handle, report.data(), report.size(), -1);
     return last > 0 ? last : -1;
   }
@@ -209,7 +210,7 @@ std::int32_t HidBoards::WriteData(DeviceRecord& record, PacketSpan packet) {
     const int bytes = hid_read_timeout(port->handle.get(), stale.data(), stale.size(), 0);
     if (bytes < 0) return KVUSB_WRITE_FAILED;
     if (bytes == 0) break;
-    // One that names no request, as "failed" does not, answers the oldest.
+    // An answer that names no request, such as "failed", answers the oldest one.
     if (!port->TakeLate(stale[0]) && !port->given_up.empty())
       port->given_up.erase(port->given_up.begin());
   }

@@ -46,7 +46,7 @@ struct HidOptions {
 
 // The boards on the machine's USB.
 //
-// Detection lists boards from what the kernel tells everyone and opens none: that takes the kernel
+// Detection reads the list that everybody may read and opens no board: opening takes the kernel
 // 50 ms for each board on USB, so it waits for the first exchange. A board that may not be opened
 // is listed all the same, and DescribeProblem() says why it does not work. A record is recognised
 // by a mark and a number in library_a; the number is the board's from its first detection until it

@@ -12,10 +12,10 @@
 
 namespace quillon {
 
-// Plays the calls of a trace: expects them in order and hands out how each was answered. A call
-// that differs in its kind, board, device type, count or any of a request's 65 bytes is kept as the
-// difference, and nothing fits after it: one call too many or too few shifts all that follow, and
-// only the first difference tells something.
+// Plays the calls of a trace: expects them in order and hands out the answer to each. A call
+// differs if its kind, board, device type, count or any of a request's 65 bytes is another one. The
+// first difference is kept, and no call fits after it: one call too many or too few shifts all that
+// follow, so later differences say nothing.
 //
 // Boards are counted from the first record handed to a detection; without a detection, from the
 // first record seen.
@@ -24,10 +24,10 @@ class TracePlayer {
   // `name` is what the sentences call the trace, one word.
   explicit TracePlayer(std::string name) : name_(std::move(name)) {}
 
-  // The calls to come, instead of what was left. A difference stays.
+  // Replaces the calls that are still expected. A difference stays.
   void Play(std::vector<TraceEntry> entries);
 
-  // The entry of the call that was made, null where it does not fit.
+  // The entry of the call that was made; null if the call does not fit.
   const TraceEntry* Detect(const DeviceRecord* first, std::uint32_t type);
   const TraceEntry* Write(const DeviceRecord& record,
                           std::span<const std::uint8_t, KVUSB_PACKET_BYTES> packet);
@@ -40,7 +40,7 @@ class TracePlayer {
   // The first difference as a sentence with its line, what was expected and what came; empty while
   // there is none.
   const std::string& Difference() const { return difference_; }
-  // Calls that should have come by now are a difference too.
+  // If calls are still expected, that is a difference too.
   void ExpectNothingLeft();
   // Gives the trace up for another reason.
   void Lose(std::string difference) { difference_ = std::move(difference); }
@@ -57,7 +57,7 @@ class TracePlayer {
   const DeviceRecord* first_ = nullptr;
 };
 
-// Copies the boards of a detection, as many as fit, but for the bytes that the program fills in.
+// Copies the boards of a detection, as many as fit, without the bytes that the program fills in.
 void CopyBoards(const TraceEntry& detection, std::span<DeviceRecord> free);
 
 }  // namespace quillon

@@ -21,11 +21,11 @@
 //   4.182841 read 0 -> 0 : 11 01 02 *
 //
 // A line begins with the seconds since the trace began; they are for the human reader and may be
-// left out. The number behind the call's name is the device type (detect), the board's index in the
-// table (write, read) or the count (close); behind the arrow stands the result. After `boards N`
+// left out. The number after the call's name is the device type (detect), the board's index in the
+// table (write, read) or the count (close); the result stands after the arrow. After `boards N`
 // come N board lines. Packets are hexadecimal bytes, 65 of them; `*` stands for zeros to the end. A
 // read that failed carries no bytes. In quoted texts a byte that is not printable ASCII, a quote or
-// a backslash is written \xNN. Empty lines and lines that begin with # are passed over.
+// a backslash is written \xNN. Empty lines and lines that begin with # are skipped.
 namespace quillon {
 
 using TracePacket = std::array<std::uint8_t, KVUSB_PACKET_BYTES>;
@@ -40,7 +40,7 @@ struct TraceEntry {
   std::vector<DeviceRecord> boards{};
   int line = 0;  // where ParseTrace() found the call, counted from 1
 
-  // A read that failed delivered nothing.
+  // Whether the call has bytes: a write has, and a read that did not fail.
   bool HasPacket() const;
 };
 

@@ -14,8 +14,8 @@ namespace quillon {
 class CStatusLed;
 
 // The large buttons of a page with their captions beside them, and its lamps at the right end. On a
-// narrow page the captions break into lines, then the lamps stand one above the other. Where that
-// is too wide too, the captions go; tool tips say more than they do.
+// narrow page first the captions wrap, then the lamps stand one above the other. If that is still
+// too wide, the captions are hidden; the tooltips say more than they do.
 class CButtonRow : public QWidget {
   Q_OBJECT
 
@@ -23,7 +23,7 @@ class CButtonRow : public QWidget {
   explicit CButtonRow(QWidget* parent = nullptr);
 
   void AddButton(QPushButton* button, QLabel* caption);
-  // After the buttons.
+  // To be called after all buttons were added.
   void AddLamp(CStatusLed* lamp, QLabel* name);
 
   QSize minimumSizeHint() const override;

@@ -124,8 +124,8 @@ CDeviceConfigPage::Clock CDeviceConfigPage::SteadyClock() {
 }
 
 // "Program" and "Abort" are one button. The second press of a double click and the repeats of a key
-// that is held mean neither. The events know that they are, also when an erase or a detection has
-// kept them waiting.
+// that is held mean neither. The events say so themselves, even if an erase or a detection kept
+// them waiting.
 bool CDeviceConfigPage::eventFilter(QObject* watched, QEvent* event) {
   const bool repeated =
       event->type() == QEvent::MouseButtonDblClick ||

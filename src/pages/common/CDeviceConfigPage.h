@@ -40,11 +40,12 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent,
                     Clock clock = SteadyClock());
 
-  // Rebuilds the report on the current board and sets the page's controls by it; without boards,
-  // the empty form. Tells of a firmware that is newer than this program knows.
+  // Rebuilds the report on the current board and enables the page's controls accordingly; without
+  // boards, shows the empty form. Shows a message when the firmware is newer than this program
+  // knows.
   void ShowDeviceInfo();
 
-  // Stops a run before its next record, as the "Abort" button does. Nothing without a run.
+  // Stops a run before its next record, as the "Abort" button does. Does nothing without a run.
   void AbortRun();
 
  Q_SIGNALS:
@@ -52,7 +53,7 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void BoardReported(bool flash_mode_active, bool firmware_suits);
   // The "Refresh" button: close all boards and detect them again.
   void RefreshRequested();
-  // Around a flash update; the end comes on every way out of it.
+  // Around a flash update. RunEnded() comes however the update ends.
   void RunStarted();
   void RunEnded();
 

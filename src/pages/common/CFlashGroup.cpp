@@ -16,7 +16,7 @@
 namespace quillon {
 namespace {
 
-// A path, left out in the middle where it is too long for its place.
+// A path, shortened in the middle where it is too long for its place.
 class CPathLabel : public QLabel {
  public:
   explicit CPathLabel(const QString& text) : QLabel(text) {

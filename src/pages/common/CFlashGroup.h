@@ -13,16 +13,16 @@ class CFlashProgress;
 class CReportText;
 
 // The "Flash Update" group: the log, the file, the progress and the buttons. It shows what it is
-// told; what the buttons do is the page's to say.
+// told; the page decides what the buttons do.
 class CFlashGroup : public QGroupBox {
   Q_OBJECT
 
  public:
   explicit CFlashGroup(QWidget* parent = nullptr);
 
-  // The loaded file: its path, and what it says of itself.
+  // Shows the loaded file: its path, and how much it holds.
   void ShowFile(const QString& path, const QString& loaded);
-  // No file is loaded; the path of the one before stays.
+  // Shows that no file is loaded; the path of the last one stays.
   void ShowNoFile();
 
   CReportText& Log() { return *log_; }

@@ -88,7 +88,7 @@ void CFlashProgress::resizeEvent(QResizeEvent* event) {
   Fold();
 }
 
-// In one line only where all of it can be read.
+// Stands in one line only where all of it can be read.
 void CFlashProgress::Fold() {
   const int one_line = 2 * times_->minimumWidth() + loaded_->sizeHint().width();
   line_->setDirection(width() < one_line ? QBoxLayout::TopToBottom : QBoxLayout::LeftToRight);

@@ -14,8 +14,8 @@ namespace quillon {
 
 class CPlainLine;
 
-// The progress bar of the flash update, and beside it what is loaded and how long the run takes; on
-// a narrow page below it.
+// The progress bar of the flash update. Beside it, or below it on a narrow page, stands what is
+// loaded and how long the run takes.
 class CFlashProgress : public QWidget {
   Q_OBJECT
 
@@ -29,7 +29,7 @@ class CFlashProgress : public QWidget {
   void Begin(int records);
   // Cheap enough for every record: most calls draw nothing. 0 is always drawn.
   void Advance(int position);
-  // At 0 and inactive, as without a run.
+  // Sets the bar to 0 and inactive, as it is without a run.
   void Reset();
 
   QSize minimumSizeHint() const override;

@@ -5,9 +5,9 @@
 
 namespace quillon {
 
-// A number from 0 to a limit. More can be typed and becomes the limit when the field is left, an
-// empty text 0. What a board holds may be above the limit: it is shown and kept, and can be typed
-// again, but nothing else above the limit can be chosen.
+// A number from 0 to a limit. A larger number can be typed and becomes the limit when the field is
+// left; an empty text becomes 0. A value that a board holds may be above the limit. It is shown and
+// kept, and it can be typed again, but no other number above the limit can be chosen.
 class CNumberBox : public QSpinBox {
   Q_OBJECT
 
@@ -16,15 +16,16 @@ class CNumberBox : public QSpinBox {
 
   // Shows a value that a board holds.
   void ShowHeld(int value);
-  // The value, after what is being typed has been taken as if the field were left.
+  // The value. What is being typed is taken first, as when the field is left.
   int Take();
-  // Takes it too; false when it was not a number that may be chosen and another one stands there.
+  // Takes what is being typed too. False when that was no allowed number, so that another one
+  // stands there now.
   bool FinishEdit();
 
   void stepBy(int steps) override;
 
  signals:
-  // The field was left with a text that is no number that may be chosen; another one stands there.
+  // The field was left with a text that is no allowed number; another number stands there now.
   void EntryCorrected();
 
  protected:

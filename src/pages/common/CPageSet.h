@@ -25,36 +25,39 @@ class CPageSet : public QTabWidget {
   // Shows the set for the current board, with a fresh report on it.
   void ShowBoard();
 
-  // The device-wide defaults: every page gets its defaults and is sent, also after one has failed;
-  // one message at the end if any did. The caller keeps other exchanges away.
+  // The device-wide defaults: fills every page with its defaults and sends it to the board. If a
+  // page fails, the others follow all the same, and one message at the end says so. The caller
+  // makes sure that no other exchange is under way.
   void LoadDeviceDefaults();
 
-  // Stops a flash update before its next record; nothing without one.
+  // Stops a flash update before its next record. Does nothing without one.
   void AbortRun();
 
   // Whether any settings page exists yet.
   bool HasSettingsPages() const;
 
-  // All lamps dark and still.
+  // Makes the lamps of all pages dark and stops their blinking.
   void ResetIndicators();
 
-  // The pages from the second tab on as the table of products says for a board in this state.
+  // Enables the pages from the second tab on, as the table of products says for a board in this
+  // state.
   void EnablePages(bool flash_mode_active, bool firmware_suits);
 
-  // A page, built if it has not been; null for a tab whose page does not exist yet. `index` counts
-  // tabs from 0.
+  // A page, which is built if this is the first call for it. Null for a tab without a page. `index`
+  // counts tabs from 0.
   CSettingsPage* Page(int index);
 
  Q_SIGNALS:
   void RefreshRequested();
-  // Around a flash update: nothing else is to be chosen meanwhile.
+  // Around a flash update. In between, nothing else may be chosen in the window.
   void RunStarted();
   void RunEnded();
 
  protected:
   using Factory = std::function<CSettingsPage*()>;
 
-  // Adds the next tab. Without a factory the tab is laid out and says that it is still to come.
+  // Adds the next tab. Without a factory it stays disabled, and its tooltip says that it is still
+  // to come.
   void AddPage(const char* icon, const QString& title, Factory factory = {});
 
  private:

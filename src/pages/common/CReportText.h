@@ -14,7 +14,7 @@ class CReportText : public QPlainTextEdit {
   // `name` is what a screen reader calls it.
   explicit CReportText(const QString& name, QWidget* parent = nullptr);
 
-  // Goes to the end as it is; the last line comes into view. What is selected stays so.
+  // Adds the text at the end as it is and scrolls to the last line. The selection stays.
   void Append(const QString& text);
 
  protected:

@@ -50,10 +50,10 @@ CSettingsPage::CSettingsPage(PageContext context, const QString& title, QWidget*
   layout->addWidget(new CScrollPane(groups), 1);
   origin_line_ = new QLabel;
   origin_line_->setTextFormat(Qt::PlainText);
-  // The name of a board is what a board says: it must not decide how wide the window is.
+  // A board's name comes from outside and may be long: it must not decide how wide the window is.
   origin_line_->setWordWrap(true);
   origin_line_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
-  // Not its name: that would take the place of the text for screen readers.
+  // Not as its name, which screen readers would say in place of the text.
   origin_line_->setAccessibleDescription(tr("Where the values come from"));
   layout->addWidget(origin_line_);
   auto* const row = new CButtonRow;
@@ -135,7 +135,7 @@ void CSettingsPage::Retrieve() {
 void CSettingsPage::Update() {
   const auto hold = context_.link.gate.TryEnter();
   if (!hold) return;
-  // What was refused just now must not look stored.
+  // A number that was refused just now must not look stored.
   if (!FinishEdits()) return;
   ShowError(false);
   ShowBusy(true);

@@ -25,9 +25,9 @@ class EditMarks;
 
 // A page of settings: the frame around Retrieve, Update and Defaults with the lamps, the buttons
 // and the exchanges. A page class adds its controls to Body() and says in three routines how they
-// are filled, sent and reset. Settings live in the board; a page holds what was retrieved and is
-// made once for the whole run of the program. Every exchange goes to the board that is current
-// then.
+// are filled, sent and reset. Settings live in the board; a page only holds what was retrieved. It
+// is made once and lives as long as the program. Every exchange goes to the board that is current
+// at that moment.
 class CSettingsPage : public QWidget {
   Q_OBJECT
 
@@ -40,40 +40,42 @@ class CSettingsPage : public QWidget {
   void Update();
   void Defaults();
 
-  // What "Load default settings" of the device does with each page: the defaults without a
-  // question ...
+  // What "Load default settings" of the device does with each page: it fills in the defaults
+  // without a question ...
   void LoadDefaults() { DefaultsRoutine(); }
-  // ... and then the update. Returns whether it succeeded.
+  // ... and then does the update. Returns whether that succeeded.
   [[nodiscard]] bool StoreOnBoard();
 
-  // Lamps dark and still, as after a detection. Intended: choosing another board leaves them; they
-  // tell of the page's last exchange.
+  // Makes the lamps dark and stops their blinking, at a detection. Intended: when another board is
+  // chosen they stay as they are, because they tell of the page's last exchange.
   void ResetIndicators();
 
-  // Says where the page's values come from, seen from the board that is current now.
+  // Updates the line that says where the page's values come from: from the board that is current
+  // now, or from another one.
   void ShowOrigin();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;
 
-  // Reads the blocks into the shadow and fills the controls. False, with the controls as far as
-  // they came, at the first exchange that failed.
+  // Reads the settings blocks from the board and fills the controls. Stops with false at the first
+  // exchange that fails; what was filled before stays.
   virtual bool RetrieveRoutine() = 0;
-  // Reads the controls into the shadow and sends the blocks; false at the first that failed.
+  // Puts the controls' values into the settings blocks and sends them. Stops with false at the
+  // first that fails.
   virtual bool UpdateRoutine() = 0;
   // Fills the controls with factory values; sends nothing.
   virtual void DefaultsRoutine() = 0;
 
   // Where a page's controls go.
   QBoxLayout* Body() const { return body_; }
-  // Where those of a further group go, which stands below.
+  // Adds a further group below and returns where its controls go.
   QBoxLayout* AddGroup(const QString& title);
   const PageContext& Context() const { return context_; }
   // Every control that holds a setting is tracked here, so that edits show.
   EditMarks& Marks() const { return *marks_; }
 
-  // Sends a command without payload and takes the blocks, one behind the other, from the answer's
-  // data, if it echoes the command.
+  // Sends a command without payload. If the answer echoes it, reads the blocks, one after the
+  // other, from the answer's data.
   template <typename... Blocks>
   [[nodiscard]] bool RetrieveBlock(std::uint8_t command, Blocks&... blocks) {
     static_assert((Blocks::kSize + ...) <= KVUSB_PACKET_BYTES - kDataByte);
@@ -122,19 +124,20 @@ class CSettingsPage : public QWidget {
 
   void showEvent(QShowEvent* event) override;
 
-  // Lights the Error lamp, blinking, or darkens it. The frame does so for the three routines.
+  // Makes the Error lamp blink, or makes it dark. Retrieve(), Update() and Defaults() do so by
+  // themselves.
   void ShowError(bool error);
 
-  // A routine that reads a block in another way calls this for each that it took over.
+  // A routine that reads a block in a way of its own calls this for each block that it accepted.
   void NoteAccepted() { ++accepted_blocks_; }
 
-  // The exchanges with the current board, with the check of the echo. They fail without a board.
+  // Exchange a packet with the current board and check the echo. They fail without a board.
   [[nodiscard]] bool QueryCurrent(std::span<std::uint8_t> packet);
   [[nodiscard]] bool SendCurrent(std::span<std::uint8_t> packet);
 
  private:
-  // The front of `from` into the block, and the block to the front of `to`; what is behind it is
-  // left for the next block.
+  // TakeBlock() reads the block from the front of `from`, PutBlock() writes it to the front of
+  // `to`. The rest is left for the next block.
   template <typename Block>
   static void TakeBlock(std::span<const std::uint8_t>& from, Block& block) {
     block.Read(from.first<Block::kSize>());
@@ -160,8 +163,8 @@ class CSettingsPage : public QWidget {
     return packet;
   }
 
-  // What the values of the page are. After a retrieve in part the marks still compare with what was
-  // there before it.
+  // Where the page's values come from. After a retrieve in part, the marks still compare with the
+  // values from before it.
   enum class Origin { kNone, kRetrieved, kPartlyRetrieved, kStored };
 
   void SetOrigin(Origin origin);
@@ -180,7 +183,7 @@ class CSettingsPage : public QWidget {
   std::vector<QPushButton*> buttons_;  // from left to right
   EditMarks* marks_;
   int accepted_blocks_ = 0;
-  bool just_refused_ = false;  // an entry, in the event that is being dealt with
+  bool just_refused_ = false;  // an entry, in the event that is being handled
   Origin origin_ = Origin::kNone;
   BoardIdentity origin_board_;
   QString origin_label_;

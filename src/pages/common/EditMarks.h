@@ -14,8 +14,8 @@ class CGridCtrl;
 class CNumberBox;
 
 // Marks the controls of a page whose value differs from a baseline: what was last retrieved from a
-// board or stored in one. A mark goes when the value is set back. Apart from the page's settings
-// blocks, which a failed update has already changed.
+// board or stored in one. A mark goes when the value is set back. The baseline is kept apart from
+// the page's settings blocks, because a failed update has already changed those.
 class EditMarks : public QObject {
   Q_OBJECT
 
@@ -27,14 +27,14 @@ class EditMarks : public QObject {
   void Track(CNumberBox* box);
   void Track(QCheckBox* box);
   void Track(QComboBox* box);
-  // A control beside which something else decides too what is set: `read` says all of it. What no
-  // signal of a control tells of is told by Compare().
+  // For a setting that does not depend on the control alone: `read` tells all that it depends on.
+  // After a change that no signal of a control reports, call Compare().
   void Track(QWidget* control, std::function<QString()> read);
 
   // Takes what the controls show as the baseline; before the first call nothing is marked.
   void TakeBaseline();
 
-  // Shows and hides the marks for what there is now; controls that are tracked do it by themselves.
+  // Shows and hides the marks for the present values. Tracked controls cause that by themselves.
   void Compare();
 
   bool AnyEdited() const;

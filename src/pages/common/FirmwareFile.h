@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-// A path or the name of a file, fit to be shown: anybody may have chosen it.
+// A path or the name of a file, made fit to be shown: it may hold anything.
 QString ShownPath(const QString& path);
 
 // Why a file was not loaded, as a message box says it.

@@ -6,15 +6,15 @@
 
 namespace quillon {
 
-// How far a flash update is, in time: when its progress is worth drawing, how long it has taken and
-// will take. Drawing every record would cost more than sending it. Times are those of any steady
-// clock.
+// A flash update over time: when its progress is worth drawing, how long it has taken, and how long
+// the rest will take. Drawing every record would cost more than sending it. Times are those of any
+// steady clock.
 class FlashPace {
  public:
   using Time = std::chrono::milliseconds;
 
-  // Between two drawings, which take about a millisecond each; the first and the last record are
-  // always drawn.
+  // Least time between two drawings, which take about a millisecond each. The first and the last
+  // record are always drawn.
   static constexpr Time kInterval{100};
 
   void Begin(int records, Time now);

@@ -20,8 +20,8 @@ enum class FlashControl {
   kLoad
 };
 
-// The boards that the tips speak of, by name. The page is that of a family, so the last run may
-// have been about another board than the one that is selected now.
+// The boards that the tips speak of, by name. A page serves a whole family, so the last run may
+// have been on another board than the one that is selected now.
 struct FlashBoards {
   QString selected;
   QString of_run;  // stands at the beginning of a sentence

@@ -31,18 +31,18 @@ struct GridColumn {
   std::vector<Choice> choices{};
 
   // The text for a code that no choice stands for, %1 being the code plus describe_offset. Without
-  // one, a retrieved code that the list does not know leaves the cell as it was.
+  // such a text, a retrieved code that no choice stands for leaves the cell as it was.
   QString describe{};
   int describe_offset = 0;
 
-  // A retrieved code outside these is brought inside, in the record too.
+  // A retrieved code outside this range is brought into it, in the record too.
   std::uint32_t minimum = 0;
   std::uint32_t maximum = 0xFFFFFFFF;
-  // What a page shows for each stored code where it is not that code itself; a code of no choice
-  // leaves the cell as it was.
+  // The code that is shown for each stored code, where that is not the same code. One that no
+  // choice stands for leaves the cell as it was.
   std::span<const std::uint32_t> shown{};
-  // How much can be typed into a number cell whose page refuses what is too large; 0: the field's
-  // largest.
+  // The largest number that can be typed into a number cell; 0: the largest that the field holds. A
+  // page that refuses too large a number with a message sets more.
   std::uint32_t largest_entry = 0;
   // The factory setting.
   std::uint32_t standard = 0;
@@ -50,7 +50,7 @@ struct GridColumn {
 
 // The rows of a grid that show the records of one block: record 0 in `first_row`, each further one
 // `step` rows below. Makes the cells and moves fields to cells and back; the rules that a table
-// cannot say stay with the page.
+// cannot express stay with the page.
 class GridRows {
  public:
   GridRows(CGridCtrl& grid, int first_row, std::span<std::uint32_t> records,
@@ -70,7 +70,7 @@ class GridRows {
   // Sets a cell to a code, with its text, as a page's defaults and rules do.
   void SetCode(int row, int column, std::uint32_t code);
 
-  // After an edit: gives the cell the code of its text. False for a cell that is not of these rows.
+  // After an edit: gives the cell the code of its text. False for a cell outside these rows.
   bool TakeEdit(int row, int column);
 
   bool HasCell(int row, int column) const;

@@ -14,14 +14,15 @@ class UserPrompts;
 GridColumn InputOnColumn(int column, Field field);
 GridColumn InputMasterColumn(int column, Field field);
 GridColumn InputInvertColumn(int column, Field field);
-// The modes' codes are their places in the list. The title keeps its blanks.
+// A mode's code is its place in the list. Blanks around the title are kept.
 GridColumn InputModeColumn(int column, const QString& title, const QStringList& modes, Field field);
 // More can be typed than the field holds, so that RefusePulseWidth() can say what is wrong.
 GridColumn PulseWidthColumn(int column, Field field);
-// Shows line A in every row; EncoderPairs makes line B of the even ones.
+// Gives every row the texts of line A; EncoderPairs gives the even rows those of line B.
 GridColumn EncoderColumn(int column, const QString& title, Field field);
 
-// For the end of an edit of a pulse width: true, after a message, when the field does not hold it.
+// To be called at the end of an edit of a pulse width. If the field cannot hold the number, shows a
+// message and returns true.
 [[nodiscard]] bool RefusePulseWidth(std::uint32_t entered, UserPrompts& prompts, QWidget* parent);
 
 }  // namespace quillon

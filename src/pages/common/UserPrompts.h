@@ -8,7 +8,7 @@ class QWidget;
 
 namespace quillon {
 
-// What is asked of or told to the user in a box of its own. The seam behind which tests answer.
+// Message boxes and file dialogs. The seam where tests answer in the user's place.
 class UserPrompts {
  public:
   enum class Icon { kNone, kInformation, kQuestion, kExclamation, kError };

@@ -9,7 +9,7 @@ namespace quillon {
 inline QString VendorName() { return QStringLiteral("Quillon Devices"); }
 inline QString VendorWebSite() { return QStringLiteral("www.quillon-devices.example"); }
 
-// Why a control is disabled whose work is still to come.
+// Says why a control is disabled that has no function yet.
 inline QString LaterVersion() { return QStringLiteral("Comes with a later version of Quillon."); }
 
 }  // namespace quillon

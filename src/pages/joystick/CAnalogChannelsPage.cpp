@@ -37,8 +37,8 @@ constexpr std::uint32_t kSixteenBits = 15;
 constexpr std::uint32_t kLargestFilter = 10;
 constexpr std::uint32_t kDefaultFilter = 5;
 
-// The columns that both kinds of channel have. A tip is that of the whole column, so it tells of
-// all channels that the family has.
+// The columns that both kinds of channel have. A tooltip belongs to the whole column, so it speaks
+// of all channels that the family has.
 std::vector<GridColumn> ChannelColumns(AnalogInputs inputs, Field on, Field invert) {
   const bool encoders = inputs == AnalogInputs::kWithEncoders;
   std::vector<GridColumn> columns{
@@ -195,7 +195,7 @@ bool CAnalogChannelsPage::UpdateRoutine() {
   return UpdateBlock(encoder::kWrite, encoder_);
 }
 
-// The axis bits of a channel that is off mean nothing to the board.
+// A channel that is off is sent without axes.
 void CAnalogChannelsPage::ClearAxesOfChannelsThatAreOff(int first_row, int last_row) {
   for (int row = first_row; row <= last_row; ++row) {
     if (grid_->Value(row, kOn) != 0) continue;

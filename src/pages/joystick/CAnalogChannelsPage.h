@@ -9,7 +9,7 @@
 
 namespace quillon {
 
-// Which channels a family's boards have.
+// Which analog inputs a family's boards have.
 enum class AnalogInputs { kWithEncoders, kAnalogOnly };
 
 // "Analog Channels" of the joystick controllers: eight analog inputs and, on the full controller,

@@ -28,8 +28,8 @@ class CAxisCalibrateDlg : public QDialog {
   Q_OBJECT
 
  public:
-  // Sends a request to the board that is calibrated; the answer takes its place. False unless it
-  // echoes the command.
+  // Sends a request to the board that is calibrated and puts the answer in its place. False unless
+  // the answer echoes the command.
   using Exchange = std::function<bool(HidPacket&)>;
 
   // `axis` is its code, 0 to 7.
@@ -38,7 +38,7 @@ class CAxisCalibrateDlg : public QDialog {
   // Opens the dialog modally and returns how its last exchange ended. The caller holds the gate.
   CalibrationStatus Run();
 
-  // OK accepts, everything else cancels; a failed closing command closes all the same.
+  // OK accepts, everything else cancels. The dialog closes even if the closing command fails.
   void done(int result) override;
 
  protected:

@@ -106,7 +106,7 @@ void CAxisTweakPage::AddLine(QGridLayout* grid, int axis) {
   GuardFromWheel(line.combine);
   add(line.combine, kCombine, {});
   Marks().Track(line.combine);
-  // Unix gives a list the name of a label, whatever its own is.
+  // On Unix a list is read with its label's name, whatever its own name is.
   auto* const list_name = new QLabel(line.combine->accessibleName(), line.combine->parentWidget());
   list_name->setBuddy(line.combine);
   list_name->hide();

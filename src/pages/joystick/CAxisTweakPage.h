@@ -28,7 +28,7 @@ class CAxisTweakPage : public CSettingsPage {
   bool UpdateRoutine() override;
   void DefaultsRoutine() override;
 
-  // What the page makes of the status that the calibration of an axis left.
+  // Shows how the calibration of an axis ended: the Error lamp, and a message where it failed.
   void ReportCalibration(int axis, CalibrationStatus status);
 
  private:

@@ -45,10 +45,11 @@ class CExpansionPortPage final : public CSettingsPage {
   QLabel* unknown_ = nullptr;
   QLabel* replacement_ = nullptr;
   expansion::Block block_;
-  // The board of an active port named a module that is not in the list. Its code goes back until
-  // another one is chosen, although the list shows the former choice.
+  // The board has its port on, with a module that is not in the list. That code is sent back until
+  // the user chooses another module, although the list shows the former choice.
   bool keeps_unknown_module_ = false;
-  // What the board held last, and whether its port was off, so that the list does not show it.
+  // The module that the board last held. `held_unseen_`: its port was off, so the list does not
+  // show that module.
   std::optional<std::uint32_t> held_module_;
   bool held_unseen_ = false;
 };

@@ -21,9 +21,9 @@ constexpr std::array<const char*, 7> kModeTexts{"POV",         "Digital", "ORB :
                                                 "Incremental", "FALCO",   "ORB : 12-Bit DACs",
                                                 "TARN20-XY"};
 
-// What a mode cell shows for each code that a board reports. Not the inverse of what an update
-// sends, on purpose: boards report HAT 1's incremental input, stored as 3, as 2, and are shown
-// their DACs as the TARN.
+// What a mode cell shows for each code that is retrieved; kUnchanged leaves the cell as it was. Not
+// the inverse of what an update sends, on purpose: HAT 1 sends its incremental input as 3 but shows
+// it for a 2, and shows the TARN for a 5, which it sends for the DACs.
 constexpr std::uint32_t kUnchanged = 0xFF;
 constexpr std::array<std::uint32_t, 8> kHat1Shown{kPov,   kDigital, kIncremental, kUnchanged,
                                                   kFalco, kTarn,    kTarn,        kUnchanged};
@@ -178,8 +178,8 @@ bool CHatChannelsPage::OnHatEdit(int row, int column) {
   return true;
 }
 
-// A FALCO takes both connectors. One that is left alone, also by what was retrieved, goes at the
-// next edit.
+// A FALCO takes both connectors. If only one of them is set to it, by an edit or by what was
+// retrieved, the next edit takes that one away.
 void CHatChannelsPage::KeepFalcoOnBoth() {
   const bool falco1 = hat_grid_->Value(kHat1, kMode) == kFalco;
   const bool falco2 = hat_grid_->Value(kHat2, kMode) == kFalco;

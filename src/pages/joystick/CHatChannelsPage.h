@@ -10,8 +10,8 @@
 
 namespace quillon {
 
-// What a family's HAT connectors can do: drive the companion output products, whose damping stands
-// on the page too, or be inputs only.
+// Whether a family's HAT connectors offer the modes with outputs too, with the damping of these on
+// the page, or only those of inputs.
 enum class HatUse { kWithOutputs, kInputsOnly };
 
 // "HAT Channels" of the joystick controllers.

@@ -5,7 +5,8 @@
 
 namespace quillon {
 
-// The three joystick-style families, which share page classes and differ in which they have.
+// The tabs of the three joystick-style families. They share page classes, but not every family has
+// every page.
 class CJoystickPageSet : public CPageSet {
   Q_OBJECT
 

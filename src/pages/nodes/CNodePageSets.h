@@ -21,8 +21,8 @@ class CSpiControllerPageSet : public CPageSet {
   explicit CSpiControllerPageSet(PageContext context, QWidget* parent = nullptr);
 };
 
-// One port of one node of the node I/O system. No set of a board: it has no report, and all its
-// tabs are still to come.
+// One port of one node of the node I/O system. Not the set of a board: it has no report, and all
+// its tabs are still to come.
 class CNodePortPageSet : public QTabWidget {
   Q_OBJECT
 
