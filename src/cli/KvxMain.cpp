@@ -6,6 +6,7 @@
 #include "cli/KvxReport.h"
 #include "devlink/DeviceText.h"
 #include "firmware/KvxImage.h"
+#include "storage/ReadFile.h"
 
 namespace quillon {
 namespace {
@@ -17,7 +18,7 @@ int Inspect(const std::string& given, bool check, std::ostream& out, std::ostrea
   const std::string path = ShownText(given);
   const auto content = ReadFile(given, kMostFileBytes);
   if (const auto* problem = std::get_if<FileProblem>(&content)) {
-    err << path << ": " << SentenceOn(*problem) << '\n';
+    err << path << ": " << problem->Sentence("It") << '\n';
     return kKvxBad;
   }
   const auto& text = std::get<std::string>(content);

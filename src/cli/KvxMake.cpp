@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "cli/KvxReport.h"
 #include "devlink/DeviceText.h"
 #include "devlink/Products.h"
 #include "firmware/ImageSource.h"
@@ -45,7 +44,7 @@ FlashPieces ReadPieces(const std::string& path) {
   const bool is_hex = ending == ".hex" || ending == ".ihx" || ending == ".ihex";
   if (!is_hex && ending != ".bin") return "The name ends neither in .hex, .ihx, .ihex nor in .bin.";
   const auto read = ReadFile(path, kMostSourceBytes);
-  if (const auto* problem = std::get_if<FileProblem>(&read)) return SentenceOn(*problem);
+  if (const auto* problem = std::get_if<FileProblem>(&read)) return problem->Sentence("It");
   const auto& text = std::get<std::string>(read);
   if (text.empty()) return "It is empty.";
   if (is_hex) return ReadIntelHex(text);
@@ -111,7 +110,7 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   const std::string text(bytes.begin(), bytes.end());
   RemoveLeftovers(request.to);
   if (const auto problem = ReplaceFile(request.to, text, FileAccess::kEverybody)) {
-    return request.to + ": " + SentenceOn(*problem);
+    return request.to + ": " + problem->Sentence("It");
   }
   out << ShownText(request.to) << ": " << image.records.size() << " records\n";
   return std::nullopt;

@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "firmware/KvxImage.h"
-#include "storage/ReadFile.h"
 
 namespace quillon {
 
@@ -18,8 +17,5 @@ std::string DescribeKvxImage(const KvxImage& image);
 // out. The window loads such a file all the same; a board would refuse it, or end up with half of
 // its firmware.
 std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size);
-
-// A sentence on what keeps a file from being read or written, without its name.
-std::string SentenceOn(const FileProblem& problem);
 
 }  // namespace quillon

@@ -17,6 +17,8 @@ struct FileProblem {
   std::error_code code;
 
   bool IsMissing() const { return code == std::errc::no_such_file_or_directory; }
+  // A sentence; the subject is "It" or names the file.
+  std::string Sentence(const std::string& subject) const { return subject + " " + predicate + "."; }
 };
 
 // All bytes of a file, of which there may be `most`, or why they cannot be had. Never throws for
@@ -24,5 +26,9 @@ struct FileProblem {
 // whatever end of links. A folder, a pipe, a device and a longer file are problems.
 std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
                                                 std::size_t most);
+
+// The same for no more than the first `most` bytes, however long the file is.
+std::variant<std::string, FileProblem> ReadFileFront(const std::filesystem::path& file,
+                                                     std::size_t most);
 
 }  // namespace quillon
