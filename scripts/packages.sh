@@ -5,7 +5,7 @@
 # Debian 12's packages, by what needs them. Recommended packages are not installed, so a list names
 # all that its programs need to run.
 declare -rA kPackages=(
-  [build]='g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev pkg-config libhidapi-dev libudev-dev'
+  [build]='g++ cmake ninja-build ccache libgtest-dev libgmock-dev nlohmann-json3-dev libcli11-dev libutfcpp-dev pkg-config libhidapi-dev libudev-dev'
   [test]='umockdev libumockdev-dev'
   [kernel]='qemu-system-x86 cpio kmod'
   [qt]='qt6-base-dev fonts-dejavu-core'

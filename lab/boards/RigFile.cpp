@@ -15,7 +15,7 @@ std::variant<Rig, std::string> ReadRigFile(const std::filesystem::path& file) {
   const std::string name = "The rig file " + file.string();
   const auto content = ReadFile(file, kMostBytes);
   if (const auto* const problem = std::get_if<FileProblem>(&content))
-    return name + " " + problem->predicate + ".";
+    return problem->Sentence(name);
   auto rig = ParseRig(std::get<std::string>(content));
   if (const auto* const wrong = std::get_if<std::string>(&rig))
     return name + " cannot be used. " + *wrong;

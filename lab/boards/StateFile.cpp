@@ -156,7 +156,7 @@ LoadedState LoadState(const fs::path& folder, const BoardSpec& spec) {
   const auto content = ReadFile(file, kMostBytes);
   if (const auto* const problem = std::get_if<FileProblem>(&content)) {
     if (problem->IsMissing()) return {};
-    return {std::nullopt, SetAside(file, spec, "The file " + problem->predicate + ".")};
+    return {std::nullopt, SetAside(file, spec, problem->Sentence("The file"))};
   }
   auto parsed = ParseState(spec, std::get<std::string>(content));
   if (const auto* reason = std::get_if<std::string>(&parsed))

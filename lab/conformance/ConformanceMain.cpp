@@ -68,16 +68,9 @@ std::string Median(std::vector<Clock::duration> times) {
 
 int ConformanceMain(std::span<const std::string> arguments,
                     const std::filesystem::path& program_folder, const ConformanceIo& io) {
-  const auto parsed = ParseOptions(arguments);
-  if (const auto* wrong = std::get_if<std::string>(&parsed)) {
-    io.err << "kvusb-conformance: " << *wrong << " See kvusb-conformance --help.\n";
-    return kNothingExamined;
-  }
-  const auto& options = std::get<Options>(parsed);
-  if (options.help) {
-    io.out << kHelp;
-    return kPromisesKept;
-  }
+  const auto read = ReadOptions(arguments, io.out, io.err);
+  if (const auto* const status = std::get_if<int>(&read)) return *status;
+  const auto& options = std::get<Options>(read);
   const auto file = ChooseLibrary(options.library, program_folder);
   io.out << "Library " << file.string() << '\n' << std::flush;
   auto loaded = Subject::Load(file);

@@ -3,9 +3,9 @@
 
 #include <cstdint>
 #include <optional>
+#include <ostream>
 #include <span>
 #include <string>
-#include <string_view>
 #include <variant>
 
 namespace quillon::conformance {
@@ -18,15 +18,13 @@ struct VanishOrder {
 
 struct Options {
   std::string library;
-  bool help = false;
   bool restart = false;
   bool unplug = false;
   std::optional<VanishOrder> vanish;
 };
 
-extern const std::string_view kHelp;
-
-// The options, or a sentence on what makes no sense.
-std::variant<Options, std::string> ParseOptions(std::span<const std::string> arguments);
+// The options, or what the program exits with after it said why, or after --help.
+std::variant<Options, int> ReadOptions(std::span<const std::string> arguments, std::ostream& out,
+                                       std::ostream& err);
 
 }  // namespace quillon::conformance

@@ -21,6 +21,7 @@
 #include <vector>
 
 #include "boards/RigFile.h"
+#include "cli/CommandLine.h"
 #include "kernel/EmulatedKernel.h"
 
 namespace quillon::testing {
@@ -97,19 +98,28 @@ int Run(int others, const sim::Rig& rig, char** command) {
 }  // namespace quillon::testing
 
 int main(int argc, char** argv) {
-  int others = 0, next = 1;
-  if (argc > 3 && std::string(argv[1]) == "--others") {
-    others = std::atoi(argv[2]);
-    next = 3;
-  }
-  if (argc < next + 2) {
-    std::cerr << "usage: quillon-emulated-boards [--others N] RIG COMMAND [ARGUMENT...]\n";
-    return 2;
-  }
-  const auto rig = quillon::sim::ReadRigFile(argv[next]);
+  constexpr int kWrong = 2;
+  CLI::App app("Runs a program on an emulated kernel that has the boards of a rig file.",
+               "quillon-emulated-boards");
+  app.prefix_command();  // what follows the rig is the program's
+  app.footer("COMMAND [ARGUMENT...] behind RIG is the program.");
+  int others = 0;
+  app.add_option("--others", others, "HID interfaces of other makers")
+      ->type_name("N")
+      ->check(CLI::Range(0, 10000));
+  std::string rig_file;
+  app.add_option("RIG", rig_file, "file that lists the boards")->required()->type_name("");
+  app.callback([&] {
+    if (app.remaining_size() == 0) throw CLI::RequiredError("COMMAND");
+  });
+  const std::vector<std::string> arguments(argv + (argc > 0 ? 1 : 0), argv + argc);
+  if (const auto status = quillon::ReadCommandLine(app, arguments, std::cout, std::cerr, kWrong))
+    return *status;
+  const auto rig = quillon::sim::ReadRigFile(rig_file);
   if (const auto* const wrong = std::get_if<std::string>(&rig)) {
     std::cerr << *wrong << '\n';
-    return 2;
+    return kWrong;
   }
-  return quillon::testing::Run(others, std::get<quillon::sim::Rig>(rig), argv + next + 1);
+  return quillon::testing::Run(others, std::get<quillon::sim::Rig>(rig),
+                               argv + argc - app.remaining_size());
 }

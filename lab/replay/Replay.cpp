@@ -49,7 +49,7 @@ Replay::Replay(const std::filesystem::path& trace) : file_(trace.string()) {
   }
   const auto content = ReadFile(trace, kMostBytes);
   if (const auto* const problem = std::get_if<FileProblem>(&content)) {
-    unplayable_ = "The trace " + file_ + " " + problem->predicate + ".";
+    unplayable_ = problem->Sentence("The trace " + file_);
     return;
   }
   const auto& text = std::get<std::string>(content);

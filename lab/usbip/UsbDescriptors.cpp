@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "usbip/UsbDescriptors.h"
 
+#include <utf8.h>
+
 #include "boards/HidInterfaces.h"
 
 namespace quillon::usbip {
@@ -17,7 +19,7 @@ enum : std::uint8_t {
 };
 
 constexpr std::size_t kMostUnits = 126;  // a descriptor's length is one byte, and even
-constexpr char32_t kReplacement = 0xFFFD;
+constexpr char16_t kReplacement = 0xFFFD;
 
 constexpr std::uint8_t Low(std::size_t word) { return static_cast<std::uint8_t>(word & 0xFF); }
 constexpr std::uint8_t High(std::size_t word) {
@@ -26,44 +28,16 @@ constexpr std::uint8_t High(std::size_t word) {
 
 void Append(Bytes& to, const Bytes& bytes) { to.insert(to.end(), bytes.begin(), bytes.end()); }
 
-// Takes a character off the front of a text that is not empty; one byte of what is no UTF-8.
-char32_t TakeCharacter(std::string_view& text) {
-  const auto byte = [&](std::size_t at) { return static_cast<std::uint8_t>(text[at]); };
-  struct Form {
-    std::uint8_t mask, mark;
-    std::size_t length;
-    char32_t least;
-  };
-  constexpr Form kForms[] = {
-      {0x80, 0x00, 1, 0}, {0xE0, 0xC0, 2, 0x80}, {0xF0, 0xE0, 3, 0x800}, {0xF8, 0xF0, 4, 0x10000}};
-  for (const Form& form : kForms) {
-    if ((byte(0) & form.mask) != form.mark) continue;
-    if (text.size() < form.length) break;
-    char32_t character = byte(0) & static_cast<std::uint8_t>(~form.mask);
-    bool whole = true;
-    for (std::size_t at = 1; at < form.length; ++at) {
-      whole = whole && (byte(at) & 0xC0) == 0x80;
-      character = character << 6 | (byte(at) & 0x3F);
-    }
-    const bool surrogate = character >= 0xD800 && character < 0xE000;
-    if (!whole || surrogate || character < form.least || character > 0x10FFFF) break;
-    text.remove_prefix(form.length);
-    return character;
-  }
-  text.remove_prefix(1);
-  return kReplacement;
-}
-
+// Each byte of what is no UTF-8 becomes a character of its own.
 std::u16string Utf16(std::string_view text) {
   std::u16string units;
   while (!text.empty()) {
-    const char32_t character = TakeCharacter(text);
-    if (character < 0x10000) {
-      units += static_cast<char16_t>(character);
-    } else {
-      units += static_cast<char16_t>(0xD7C0 + (character >> 10));
-      units += static_cast<char16_t>(0xDC00 | (character & 0x3FF));
-    }
+    const std::string_view valid = text.substr(0, utf8::find_invalid(text));
+    units += utf8::utf8to16(valid);
+    text.remove_prefix(valid.size());
+    if (text.empty()) break;
+    units += kReplacement;
+    text.remove_prefix(1);
   }
   return units;
 }

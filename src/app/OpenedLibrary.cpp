@@ -33,7 +33,7 @@ OpenedLibrary::OpenedLibrary(const QString& program_folder) {
 
 void OpenedLibrary::OpenTrace(const QString& path) {
   const auto tell = [name = path.toStdString()](const FileProblem& problem) {
-    return "The trace file " + name + " " + problem.predicate + ".";
+    return problem.Sentence("The trace file " + name);
   };
   auto opened = OpenTraceFile(PathOf(path));
   if (const auto* problem = std::get_if<FileProblem>(&opened)) {

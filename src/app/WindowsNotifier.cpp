@@ -7,11 +7,12 @@
 
 #include <QApplication>
 #include <QMainWindow>
+#include <cstddef>
+#include <cstring>
+#include <cwchar>
 #include <exception>
-#include <span>
+#include <string>
 #include <utility>
-
-#include "devlink/DeviceBroadcast.h"
 
 namespace quillon {
 namespace {
@@ -27,10 +28,20 @@ WId MainWindow() {
   return 0;
 }
 
-std::span<const std::uint8_t> Structure(LPARAM parameter) {
-  // NOLINTNEXTLINE(performance-no-int-to-ptr): that is how a message carries it
-  const auto* const header = reinterpret_cast<const DEV_BROADCAST_HDR*>(parameter);
-  return {reinterpret_cast<const std::uint8_t*>(header), header->dbch_size};
+// The path is in wide characters for a Unicode window and in bytes for any other, and nothing in
+// the structure says which. The text does: its first character is ASCII, so that a zero follows it
+// only if it is wide.
+std::string PathIn(const DEV_BROADCAST_DEVICEINTERFACE_A& narrow) {
+  using Wide = DEV_BROADCAST_DEVICEINTERFACE_W;
+  constexpr std::size_t kPathAt = offsetof(DEV_BROADCAST_DEVICEINTERFACE_A, dbcc_name);
+  static_assert(kPathAt == offsetof(Wide, dbcc_name));
+  if (narrow.dbcc_size <= kPathAt) return {};
+  const std::size_t bytes = narrow.dbcc_size - kPathAt;
+  if (bytes == 1 || narrow.dbcc_name[1] != 0)
+    return {narrow.dbcc_name, strnlen(narrow.dbcc_name, bytes)};
+  const wchar_t* const path = reinterpret_cast<const Wide&>(narrow).dbcc_name;
+  const std::size_t length = wcsnlen(path, bytes / sizeof(wchar_t));
+  return QString::fromWCharArray(path, static_cast<qsizetype>(length)).toStdString();
 }
 
 }  // namespace
@@ -43,6 +54,7 @@ bool WindowsNotifier::Start(Handler handler) {
   window_ = MainWindow();
   if (window_ == 0) return false;
   DEV_BROADCAST_DEVICEINTERFACE_A filter{};
+  static_assert(sizeof filter == 32);
   filter.dbcc_size = sizeof filter;
   filter.dbcc_devicetype = DBT_DEVTYP_DEVICEINTERFACE;
   filter.dbcc_classguid = kUsbDevices;
@@ -63,10 +75,13 @@ bool WindowsNotifier::nativeEventFilter(const QByteArray& type, void* message, q
   if (native->message != WM_DEVICECHANGE || native->lParam == 0) return false;
   if (reinterpret_cast<WId>(native->hwnd) != window_) return false;
   const auto event = static_cast<std::uint32_t>(native->wParam);
-  if (!HasBroadcast(event)) return false;
-  if (const auto broadcast = ReadDeviceBroadcast(event, Structure(native->lParam))) {
-    handler_(broadcast->event, broadcast->device_type, broadcast->path);
-  }
+  // Of the other events not all have a structure, and nobody waits for them.
+  if (event != DBT_DEVICEARRIVAL && event != DBT_DEVICEREMOVECOMPLETE) return false;
+  // NOLINTNEXTLINE(performance-no-int-to-ptr): that is how a message carries it
+  const auto* const header = reinterpret_cast<const DEV_BROADCAST_HDR*>(native->lParam);
+  if (header->dbch_devicetype != DBT_DEVTYP_DEVICEINTERFACE) return false;
+  const auto* const device = reinterpret_cast<const DEV_BROADCAST_DEVICEINTERFACE_A*>(header);
+  handler_(event, device->dbcc_devicetype, PathIn(*device));
   return false;
 } catch (const std::exception&) {
   return false;

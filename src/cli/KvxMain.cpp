@@ -1,47 +1,24 @@
 // SPDX-License-Identifier: MIT
 #include "cli/KvxMain.h"
 
-#include <string_view>
-
+#include "cli/CommandLine.h"
 #include "cli/KvxMake.h"
 #include "cli/KvxReport.h"
 #include "devlink/DeviceText.h"
 #include "firmware/KvxImage.h"
+#include "storage/ReadFile.h"
 
 namespace quillon {
 namespace {
 
-constexpr std::string_view kHelp =
-    R"(Usage: kvx <command>
-
-  info FILE     what a KVX file is for and what it holds
-  check FILE    says what is wrong with a KVX file; exits with 1 if anything is
-  make --device ID --from IMAGE -o FILE [--core | --node-version WORD]
-                makes a KVX file from firmware
-  --help        this text
-
-  --device ID           the board's USB product id, four hexadecimal digits: 0910
-  --from IMAGE          Intel HEX (.hex, .ihx, .ihex) or plain bytes from address 0 on (.bin)
-  -o FILE               the KVX file; one that is there already is replaced
-  --core                for boards of the node I/O system: the image is for the board itself
-  --node-version WORD   or for its nodes, in this version: 0130 is version 1.30
-
-Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line makes no sense.
-)";
-
 // Far more than any accepted file needs, so that bytes after its end are seen too.
 constexpr std::size_t kMostFileBytes = std::size_t{4} << 20;
-
-int ComplainOfUsage(std::ostream& err, const std::string& sentence) {
-  err << "kvx: " << ShownText(sentence) << " See kvx --help.\n";
-  return kKvxUsage;
-}
 
 int Inspect(const std::string& given, bool check, std::ostream& out, std::ostream& err) {
   const std::string path = ShownText(given);
   const auto content = ReadFile(given, kMostFileBytes);
   if (const auto* problem = std::get_if<FileProblem>(&content)) {
-    err << path << ": " << SentenceOn(*problem) << '\n';
+    err << path << ": " << problem->Sentence("It") << '\n';
     return kKvxBad;
   }
   const auto& text = std::get<std::string>(content);
@@ -62,34 +39,43 @@ int Inspect(const std::string& given, bool check, std::ostream& out, std::ostrea
   return faults.empty() ? kKvxDone : kKvxBad;
 }
 
-int Make(std::span<const std::string> arguments, std::ostream& out, std::ostream& err) {
-  const auto request = ParseMakeRequest(arguments);
-  if (const auto* wrong = std::get_if<std::string>(&request)) return ComplainOfUsage(err, *wrong);
-  if (const auto problem = MakeKvxFile(std::get<MakeRequest>(request), out)) {
-    err << ShownText(*problem) << '\n';
-    return kKvxBad;
-  }
-  return kKvxDone;
+int Make(const MakeRequest& request, std::ostream& out, std::ostream& err) {
+  const auto problem = MakeKvxFile(request, out);
+  if (problem) err << ShownText(*problem) << '\n';
+  return problem ? kKvxBad : kKvxDone;
 }
 
 }  // namespace
 
 int KvxMain(std::span<const std::string> arguments, std::ostream& out, std::ostream& err) {
+  CLI::App app("Tells what is in KVX files, checks and makes them.", "kvx");
+  // A command that does not exist has to be named, so that there is one is asked last.
+  app.require_subcommand(0, 1);
+  app.callback([&] {
+    if (app.get_subcommands().empty()) throw CLI::RequiredError("A command");
+  });
+  app.footer(
+      "Exit status: 0 all is well, 1 something is wrong with a file, 2 the command line makes no "
+      "sense.");
+  std::string file;
+  auto* const info = app.add_subcommand("info", "what a KVX file is for and what it holds");
+  auto* const check =
+      app.add_subcommand("check", "what is wrong with a KVX file; exits with 1 if anything is");
+  for (auto* const command : {info, check})
+    command->add_option("FILE", file)->required()->type_name("");
+  MakeRequest request;
+  auto* const make = app.add_subcommand("make", "makes a KVX file from firmware");
+  AddMakeOptions(*make, request);
   if (arguments.empty()) {
-    err << kHelp;
+    err << app.help();
     return kKvxUsage;
   }
-  const std::string& command = arguments[0];
-  if (command == "--help" || command == "-h" || command == "help") {
-    out << kHelp;
+  if (arguments[0] == "help") {
+    out << app.help();
     return kKvxDone;
   }
-  if (command == "info" || command == "check") {
-    if (arguments.size() != 2) return ComplainOfUsage(err, command + " takes one file.");
-    return Inspect(arguments[1], command == "check", out, err);
-  }
-  if (command == "make") return Make(arguments.subspan(1), out, err);
-  return ComplainOfUsage(err, "There is no command \"" + command + "\".");
+  if (const auto status = ReadCommandLine(app, arguments, out, err, kKvxUsage)) return *status;
+  return make->parsed() ? Make(request, out, err) : Inspect(file, check->parsed(), out, err);
 }
 
 }  // namespace quillon

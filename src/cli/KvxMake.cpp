@@ -6,7 +6,6 @@
 #include <filesystem>
 #include <utility>
 
-#include "cli/KvxReport.h"
 #include "devlink/DeviceText.h"
 #include "devlink/Products.h"
 #include "firmware/ImageSource.h"
@@ -19,59 +18,22 @@ namespace {
 // More than the text of a whole flash with one byte a line, so of any file that can be made.
 constexpr std::size_t kMostSourceBytes = std::size_t{4} << 20;
 
-std::optional<std::uint16_t> WordOf(const std::string& text) {
+std::uint16_t WordOf(const std::string& option, const std::string& text) {
   std::uint16_t word = 0;
   const char* const end = text.data() + text.size();
   const auto [rest, error] = std::from_chars(text.data(), end, word, 16);
-  if (text.size() != 4 || rest != end || error != std::errc()) return std::nullopt;
-  return word;
+  if (text.size() == 4 && rest == end && error == std::errc()) return word;
+  throw CLI::ValidationError(option, "It takes four hexadecimal digits, not \"" + text + "\"");
 }
 
-// The options as they were given; none may come twice.
-struct Options {
-  std::optional<std::string> device, from, to, node_version;
-  bool core = false;
-};
-
-std::optional<std::string>* ValueOf(Options& options, const std::string& name) {
-  if (name == "--device") return &options.device;
-  if (name == "--from") return &options.from;
-  if (name == "-o") return &options.to;
-  if (name == "--node-version") return &options.node_version;
-  return nullptr;
-}
-
-std::variant<Options, std::string> ParseOptions(std::span<const std::string> arguments) {
-  Options options;
-  for (std::size_t i = 0; i < arguments.size(); ++i) {
-    const std::string& name = arguments[i];
-    if (name == "--core") {
-      options.core = true;
-      continue;
-    }
-    auto* const value = ValueOf(options, name);
-    if (value == nullptr) return "make does not know \"" + name + "\".";
-    if (*value) return name + " is given twice.";
-    if (++i == arguments.size()) return name + " needs a value.";
-    *value = arguments[i];
-  }
-  return options;
-}
-
-// What the options say about the word at offset 2, which only the node I/O system's files have.
-std::optional<std::string> SetNodeVersion(const Options& options, MakeRequest& request) {
+// Only files of the node I/O system say whether they are for the board or for its nodes.
+void CheckNodeVersion(const MakeRequest& request) {
   const bool has_nodes = FamilyOf(request.device_id) == BoardFamily::kNodeSystem;
-  if (has_nodes != (options.core || options.node_version)) {
-    return has_nodes ? "A board of the node I/O system needs --core or --node-version."
-                     : "--core and --node-version are for boards of the node I/O system only.";
-  }
-  if (options.core && options.node_version) return "It is either --core or --node-version.";
-  if (options.core) request.node_version = 0;
-  if (!options.node_version) return std::nullopt;
-  request.node_version = WordOf(*options.node_version);
-  if (request.node_version.value_or(0) != 0) return std::nullopt;
-  return "The node version is four hexadecimal digits, not all of them 0, not \"" +
-         *options.node_version + "\".";
+  if (has_nodes == request.node_version.has_value()) return;
+  throw CLI::ParseError(
+      has_nodes ? "A board of the node I/O system needs --core or --node-version"
+                : "--core and --node-version are for boards of the node I/O system only",
+      CLI::ExitCodes::ValidationError);
 }
 
 FlashPieces ReadPieces(const std::string& path) {
@@ -82,7 +44,7 @@ FlashPieces ReadPieces(const std::string& path) {
   const bool is_hex = ending == ".hex" || ending == ".ihx" || ending == ".ihex";
   if (!is_hex && ending != ".bin") return "The name ends neither in .hex, .ihx, .ihex nor in .bin.";
   const auto read = ReadFile(path, kMostSourceBytes);
-  if (const auto* problem = std::get_if<FileProblem>(&read)) return SentenceOn(*problem);
+  if (const auto* problem = std::get_if<FileProblem>(&read)) return problem->Sentence("It");
   const auto& text = std::get<std::string>(read);
   if (text.empty()) return "It is empty.";
   if (is_hex) return ReadIntelHex(text);
@@ -98,23 +60,35 @@ bool AreOneFile(const std::string& one, const std::string& other) {
 
 }  // namespace
 
-std::variant<MakeRequest, std::string> ParseMakeRequest(std::span<const std::string> arguments) {
-  auto parsed = ParseOptions(arguments);
-  if (auto* wrong = std::get_if<std::string>(&parsed)) return std::move(*wrong);
-  const auto& options = std::get<Options>(parsed);
-  if (!options.device || !options.from || !options.to) {
-    return "make needs --device, --from and -o.";
-  }
-  const auto device_id = WordOf(*options.device);
-  if (!device_id) {
-    return "The device id is four hexadecimal digits, not \"" + *options.device + "\".";
-  }
-  MakeRequest request;
-  request.device_id = *device_id;
-  request.from = *options.from;
-  request.to = *options.to;
-  if (auto wrong = SetNodeVersion(options, request)) return std::move(*wrong);
-  return request;
+void AddMakeOptions(CLI::App& make, MakeRequest& request) {
+  make.add_option_function<std::string>(
+          "--device",
+          [&](const std::string& text) { request.device_id = WordOf("--device", text); },
+          "the board's USB product id, four hexadecimal digits: 0910")
+      ->required()
+      ->type_name("ID");
+  make.add_option("--from", request.from,
+                  "Intel HEX (.hex, .ihx, .ihex) or plain bytes from address 0 on (.bin)")
+      ->required()
+      ->type_name("IMAGE");
+  make.add_option("-o", request.to, "the KVX file; one that is there already is replaced")
+      ->required()
+      ->type_name("FILE");
+  auto* const core = make.add_flag_callback(
+      "--core", [&] { request.node_version = 0; },
+      "for boards of the node I/O system: the image is for the board itself");
+  make.add_option_function<std::string>(
+          "--node-version",
+          [&](const std::string& text) {
+            request.node_version = WordOf("--node-version", text);
+            if (request.node_version == 0)
+              throw CLI::ValidationError("--node-version",
+                                         "The digits of a node's version are not all 0");
+          },
+          "or for its nodes, in this version: 0130 is version 1.30")
+      ->excludes(core)
+      ->type_name("WORD");
+  make.callback([&] { CheckNodeVersion(request); });
 }
 
 std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream& out) {
@@ -136,7 +110,7 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   const std::string text(bytes.begin(), bytes.end());
   RemoveLeftovers(request.to);
   if (const auto problem = ReplaceFile(request.to, text, FileReaders::kEverybody)) {
-    return request.to + ": " + SentenceOn(*problem);
+    return request.to + ": " + problem->Sentence("It");
   }
   out << ShownText(request.to) << ": " << image.records.size() << " records\n";
   return std::nullopt;

@@ -1,12 +1,11 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <CLI/CLI.hpp>
 #include <cstdint>
 #include <optional>
 #include <ostream>
-#include <span>
 #include <string>
-#include <variant>
 
 namespace quillon {
 
@@ -17,8 +16,8 @@ struct MakeRequest {
   std::string from, to;
 };
 
-// The request that the arguments behind `make` are, or a sentence on what is wrong with them.
-std::variant<MakeRequest, std::string> ParseMakeRequest(std::span<const std::string> arguments);
+// Describes the options of `kvx make`, which fill the request as they are read.
+void AddMakeOptions(CLI::App& make, MakeRequest& request);
 
 // Makes the file and describes it in `out`. If that fails, returns a sentence that says why; a file
 // that was there before is unchanged then. The image is never overwritten.

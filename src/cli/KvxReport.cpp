@@ -146,6 +146,4 @@ std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size) 
   return faults;
 }
 
-std::string SentenceOn(const FileProblem& problem) { return "It " + problem.predicate + "."; }
-
 }  // namespace quillon

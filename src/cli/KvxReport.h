@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "firmware/KvxImage.h"
-#include "storage/ReadFile.h"
 
 namespace quillon {
 
@@ -17,8 +16,5 @@ std::string DescribeKvxImage(const KvxImage& image);
 // What is wrong with an image that was read from a file of `file_size` bytes, as sentences: reasons
 // not to hand the file out. The window loads such a file all the same and sends it as it is.
 std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size);
-
-// A sentence on what keeps a file from being read or written, without its name.
-std::string SentenceOn(const FileProblem& problem);
 
 }  // namespace quillon

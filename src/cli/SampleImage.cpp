@@ -28,6 +28,6 @@ int main(int argc, char** argv) {
   std::minstd_rand noise(version);
   while (image.size() < kImageBytes) image.push_back(static_cast<char>(noise() >> 8 & 0xFF));
   const auto problem = quillon::ReplaceFile(argv[2], image, quillon::FileReaders::kEverybody);
-  if (problem) std::cerr << argv[2] << ": It " << problem->predicate << ".\n";
+  if (problem) std::cerr << argv[2] << ": " << problem->Sentence("It") << '\n';
   return problem ? EXIT_FAILURE : EXIT_SUCCESS;
 }

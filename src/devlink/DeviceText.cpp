@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include "devlink/DeviceText.h"
 
+#include <utf8.h>
+
 #include <algorithm>
 #include <cstdint>
 #include <iterator>
@@ -9,27 +11,7 @@
 namespace quillon {
 namespace {
 
-constexpr std::string_view kReplacement = "\xEF\xBF\xBD";  // U+FFFD
-
-// Length in bytes of the valid UTF-8 character at the front (RFC 3629), 0 where there is none.
-std::size_t CharacterLength(std::string_view text, std::uint32_t& code) {
-  const auto byte = [&](std::size_t i) { return static_cast<unsigned char>(text[i]); };
-  const unsigned lead = byte(0);
-  if (lead < 0x80) {
-    code = lead;
-    return 1;
-  }
-  const std::size_t length = lead >= 0xF0 ? 4 : lead >= 0xE0 ? 3 : 2;
-  if (lead < 0xC2 || lead > 0xF4 || text.size() < length) return 0;
-  code = lead & (0x7FU >> length);
-  for (std::size_t i = 1; i < length; ++i) {
-    if ((byte(i) & 0xC0U) != 0x80U) return 0;
-    code = code << 6U | (byte(i) & 0x3FU);
-  }
-  constexpr std::uint32_t kLowest[]{0, 0, 0x80, 0x800, 0x10000};
-  const bool surrogate = code >= 0xD800 && code <= 0xDFFF;
-  return code < kLowest[length] || surrogate || code > 0x10FFFF ? 0 : length;
-}
+constexpr std::uint32_t kReplacement = 0xFFFD;
 
 struct Range {
   std::uint32_t first, last;
@@ -58,16 +40,17 @@ std::string_view UpToZero(std::span<const char> field) {
 }  // namespace
 
 std::string ShownText(std::span<const char> field) {
+  const std::string_view raw = UpToZero(field);
+  // There is no zero in the text, so one can stand for what is no UTF-8; it is unfit as well.
+  std::string text;
+  utf8::replace_invalid(raw.begin(), raw.end(), std::back_inserter(text), 0);
   std::string out;
   bool replaced = false;
-  for (std::string_view rest = UpToZero(field); !rest.empty();) {
-    std::uint32_t code = 0;
-    const std::size_t length = CharacterLength(rest, code);
-    const bool fit = length > 0 && !Unfit(code);
-    if (fit) out += rest.substr(0, length);
-    if (!fit && !replaced) out += kReplacement;
+  for (auto at = text.cbegin(); at != text.cend();) {
+    const std::uint32_t code = utf8::next(at, text.cend());
+    const bool fit = !Unfit(code);
+    if (fit || !replaced) utf8::append(static_cast<char32_t>(fit ? code : kReplacement), out);
     replaced = !fit;
-    rest.remove_prefix(length > 0 ? length : 1);
   }
   return out;
 }

@@ -18,6 +18,8 @@ struct FileProblem {
   std::error_code code;
 
   bool IsMissing() const { return code == std::errc::no_such_file_or_directory; }
+  // A sentence; the subject is "It" or names the file.
+  std::string Sentence(const std::string& subject) const { return subject + " " + predicate + "."; }
 };
 
 // All bytes of a file of at most `most` bytes, or why they cannot be read. Never throws for what it
@@ -25,5 +27,9 @@ struct FileProblem {
 // one). A folder, a pipe, a device or a longer file is a problem.
 std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
                                                 std::size_t most);
+
+// The same for no more than the first `most` bytes, however long the file is.
+std::variant<std::string, FileProblem> ReadFileFront(const std::filesystem::path& file,
+                                                     std::size_t most);
 
 }  // namespace quillon

@@ -16,6 +16,7 @@ FileProblem Failed(const std::string& what) {
   return {what + ": " + code.message(), code};
 }
 
+// The first `most` bytes.
 std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
   struct stat kind {};
   if (fstat(file, &kind) != 0) return Failed("cannot be read");
@@ -26,7 +27,7 @@ std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
   std::string bytes;
   for (;;) {
     const std::size_t had = bytes.size();
-    bytes.resize(std::min(had + std::max(had, kStep), most + 1));
+    bytes.resize(std::min(had + std::max(had, kStep), most));
     const ssize_t got = read(file, bytes.data() + had, bytes.size() - had);
     if (got < 0 && errno == EINTR) {
       bytes.resize(had);
@@ -34,16 +35,14 @@ std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
     }
     if (got < 0) return Failed("cannot be read");
     bytes.resize(had + static_cast<std::size_t>(got));
-    if (got == 0) return bytes;
-    if (bytes.size() > most)
-      return FileProblem{"is larger than " + std::to_string(most) + " bytes", {}};
+    if (got == 0 || bytes.size() == most) return bytes;
   }
 }
 
 }  // namespace
 
-std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
-                                                std::size_t most) {
+std::variant<std::string, FileProblem> ReadFileFront(const std::filesystem::path& file,
+                                                     std::size_t most) {
   // Without waiting, because opening a pipe would last until somebody writes to it.
   const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
   if (opened < 0) return Failed("cannot be opened");

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
+#include <algorithm>
 #include <fstream>
 
 #include "storage/ReadFile.h"
 
 namespace quillon {
 
-std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
-                                                std::size_t most) {
+std::variant<std::string, FileProblem> ReadFileFront(const std::filesystem::path& file,
+                                                     std::size_t most) {
   namespace fs = std::filesystem;
   std::error_code code;
   const fs::file_status status = fs::status(file, code);
@@ -17,10 +18,9 @@ std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& fil
   if (!fs::is_regular_file(status)) return FileProblem{"is not a regular file", {}};
   const auto size = fs::file_size(file, code);
   if (code) return FileProblem{"cannot be read: " + code.message(), code};
-  if (size > most) return FileProblem{"is larger than " + std::to_string(most) + " bytes", {}};
   std::ifstream stream(file, std::ios::binary);
   if (!stream.is_open()) return FileProblem{"cannot be opened", {}};
-  std::string bytes(static_cast<std::size_t>(size), '\0');
+  std::string bytes(static_cast<std::size_t>(std::min<std::uintmax_t>(size, most)), '\0');
   stream.read(bytes.data(), static_cast<std::streamsize>(bytes.size()));
   if (stream.bad()) return FileProblem{"cannot be read", {}};
   bytes.resize(static_cast<std::size_t>(stream.gcount()));

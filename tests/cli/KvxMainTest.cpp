@@ -167,13 +167,15 @@ TEST(KvxMain, ExplainsItsCommandLine) {
   };
   const Case cases[] = {
       {{}, "Usage: kvx"},
-      {{"burn", "x"}, "no command \"burn\""},
-      {{"info"}, "takes one file"},
-      {{"check", "a", "b"}, "takes one file"},
-      {{"make"}, "needs --device, --from and -o"},
-      {{"make", "--device"}, "--device needs a value"},
-      {{"make", "--fast"}, "does not know \"--fast\""},
-      {{"make", "-o", "a", "-o", "b"}, "-o is given twice"},
+      {{"burn"}, "not expected: burn"},
+      {{"--"}, "A command is required"},
+      {{"info"}, "FILE is required"},
+      {{"check", "a", "b"}, "not expected: b"},
+      {{"make"}, "--device is required"},
+      {{"make", "--device"}, "--device: 1 required ID missing"},
+      {{"make", "--fast", "--device", "0910", "--from", "a.bin", "-o", "b"},
+       "not expected: --fast"},
+      {{"make", "-o", "a", "-o", "b"}, "-o: At Most 1"},
       {{"make", "--device", "910", "--from", "a.bin", "-o", "b"}, "not \"910\""},
       {{"make", "--device", "09g0", "--from", "a.bin", "-o", "b"}, "not \"09g0\""},
       {{"make", "--device", "0800", "--from", "a.bin", "-o", "b"}, "needs --core"},
@@ -181,9 +183,9 @@ TEST(KvxMain, ExplainsItsCommandLine) {
       {{"make", "--device", "0910", "--from", "a.bin", "-o", "b", "--node-version", "0130"},
        "only"},
       {{"make", "--device", "0800", "--from", "a", "-o", "b", "--core", "--node-version", "0130"},
-       "either"},
+       "--core excludes --node-version"},
       {{"make", "--device", "0800", "--from", "a", "-o", "b", "--node-version", "0000"},
-       "not all of them 0"},
+       "not all 0"},
   };
   for (const Case& c : cases) {
     const Ran ran = Kvx(c.arguments);

@@ -40,6 +40,7 @@ TEST_F(Files, AreReadWithinTheLimitOrRefusedWithAReason) {
   EXPECT_EQ(Read(Own("hundred")), std::string(100, 'x'));
   EXPECT_EQ(Read(Own("hundred"), 20'000), std::string(100, 'x'));
   EXPECT_EQ(Read(Own("more")), "<is larger than 100 bytes>");
+  EXPECT_EQ(std::get<std::string>(ReadFileFront(Own("more"), 100)), std::string(100, 'x'));
   EXPECT_EQ(Read(Own("none")), "<cannot be opened: No such file or directory>");
   EXPECT_EQ(Read(Own("")), "<is a folder>");
   EXPECT_EQ(Read(Own("pipe")), "<is not a regular file>");

@@ -1,15 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "pages/common/FirmwareFile.h"
 
-#include <QFile>
 #include <QFileInfo>
 #include <QLocale>
 #include <numeric>
-#include <optional>
 #include <vector>
 
 #include "devlink/DeviceText.h"
 #include "devlink/Products.h"
+#include "storage/ReadFile.h"
 
 namespace quillon {
 namespace {
@@ -17,15 +16,6 @@ namespace {
 using Reason = KvxProblem::Reason;
 
 constexpr std::size_t kHeader = 2, kNodeSystemHeader = 4;
-
-// Nothing when the file cannot be read; no more of it than any file that is accepted has.
-std::optional<std::vector<std::uint8_t>> BytesOf(const QString& path) {
-  QFile file(path);
-  if (!QFileInfo(path).isFile() || !file.open(QIODevice::ReadOnly)) return std::nullopt;
-  const QByteArray bytes = file.read(static_cast<qint64>(kKvxMostBytes));
-  if (file.error() != QFileDevice::NoError) return std::nullopt;
-  return std::vector<std::uint8_t>(bytes.begin(), bytes.end());
-}
 
 FileRefusal Invalid(const QString& found) {
   return {
@@ -71,14 +61,16 @@ QString ShownPath(const QString& path) {
 std::variant<KvxImage, FileRefusal> ReadFirmwareFile(const QString& path,
                                                      std::uint16_t product_id) {
   const QString name = ShownPath(QFileInfo(path).fileName());
-  const auto bytes = BytesOf(path);
-  if (!bytes) {
+  const auto content = ReadFileFront(QFileInfo(path).filesystemFilePath(), kKvxMostBytes);
+  const auto* const text = std::get_if<std::string>(&content);
+  if (text == nullptr) {
     return FileRefusal{QStringLiteral("Cannot open ") + name, QStringLiteral("File Load Error")};
   }
-  const auto device_id = ReadKvxDeviceId(*bytes);
+  const std::vector<std::uint8_t> bytes(text->begin(), text->end());
+  const auto device_id = ReadKvxDeviceId(bytes);
   if (device_id && *device_id != product_id) return WrongDevice(name, product_id, *device_id);
   const bool node_system = FamilyOf(product_id) == BoardFamily::kNodeSystem;
-  auto read = ReadKvxImage(*bytes, node_system ? KvxFileKind::kCore : KvxFileKind::kPlain);
+  auto read = ReadKvxImage(bytes, node_system ? KvxFileKind::kCore : KvxFileKind::kPlain);
   if (const auto* problem = std::get_if<KvxProblem>(&read)) {
     return Refused(name, *problem, node_system ? kNodeSystemHeader : kHeader);
   }

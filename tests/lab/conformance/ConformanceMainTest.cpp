@@ -165,13 +165,13 @@ TEST(Conformance, ExplainsItsCommandLine) {
     const char* problem;
   };
   const Wrong cases[] = {
-      {{}, "Which library?"},
-      {{"--fast", "sim"}, "no option \"--fast\""},
-      {{"sim", "hid"}, "not \"hid\" too"},
-      {{"sim", "--vanish"}, "--vanish needs"},
-      {{"--vanish", "1010", "sim"}, "--vanish needs"},
-      {{"--vanish", "1010:1FF", "sim"}, "--vanish needs"},
-      {{"--vanish", "10g0:22", "sim"}, "--vanish needs"},
+      {{}, "LIBRARY is required"},
+      {{"--fast", "sim"}, "not expected: --fast"},
+      {{"sim", "hid"}, "not expected: hid"},
+      {{"sim", "--vanish"}, "--vanish: 1 required PID:COMMAND missing"},
+      {{"--vanish", "1010", "sim"}, "--vanish: It needs"},
+      {{"--vanish", "1010:1FF", "sim"}, "--vanish: It needs"},
+      {{"--vanish", "10g0:22", "sim"}, "--vanish: It needs"},
       {{"sim"}, "/nowhere/libkvusb-sim.so does not exist"},
       {{RIG_FILE}, "cannot be loaded"},
   };

@@ -46,9 +46,9 @@ TEST(VirtualBoardMain, SaysWhatItNeedsAndComplainsInASentence) {
     const char* sentence;
   } cases[] = {
       {{"--help"}, 0, "modprobe vhci_hcd"},
-      {{"--what"}, 2, "There is no option \"--what\"."},
-      {{"--state"}, 2, "--state takes a folder."},
-      {{"a", "b"}, 2, "There is one rig at a time."},
+      {{"--what"}, 2, "not expected: --what"},
+      {{"--state"}, 2, "--state: 1 required FOLDER missing"},
+      {{"a", "b"}, 2, "not expected: b"},
       {{"/nowhere/rig"}, 1, "The rig file /nowhere/rig cannot be opened: No such file"},
       {{"/tmp"}, 1, "The rig file /tmp is a folder."},
       {{Written("bad.json", "{}")}, 1, "bad.json cannot be used. "},
