@@ -3,7 +3,7 @@
 
 #include "pages/common/CSettingsPage.h"
 #include "pages/common/EncoderPairs.h"
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 #include "settings/DigitalBlock.h"
 
 class QCheckBox;
