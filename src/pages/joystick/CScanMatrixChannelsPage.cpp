@@ -25,7 +25,7 @@ std::vector<GridColumn> InputColumns() {
   };
 }
 
-GridColumn ButtonColumn(int column, const QString& title, Field field, const QString& what) {
+GridColumn PairButtonColumn(int column, const QString& title, Field field, const QString& what) {
   auto buttons = NumberedChoices(QStringLiteral("Button %1"), 1, kLastButton);
   buttons.insert(buttons.begin(), {QStringLiteral("None"), 0});
   return {.column = column,
@@ -42,10 +42,10 @@ GridColumn ButtonColumn(int column, const QString& title, Field field, const QSt
 std::vector<GridColumn> PairColumns() {
   return {
       EncoderColumn(kEncoder, QStringLiteral("       Rotary       "), matrix_pair::kEncoder),
-      ButtonColumn(kPush, QStringLiteral("       Push       "), matrix_pair::kPush,
-                   QStringLiteral("Push")),
-      ButtonColumn(kPull, QStringLiteral("        Pull        "), matrix_pair::kPull,
-                   QStringLiteral("Pull")),
+      PairButtonColumn(kPush, QStringLiteral("       Push       "), matrix_pair::kPush,
+                       QStringLiteral("Push")),
+      PairButtonColumn(kPull, QStringLiteral("        Pull        "), matrix_pair::kPull,
+                       QStringLiteral("Pull")),
       {.column = kHold,
        .title = QStringLiteral("Hold"),
        .tip = QStringLiteral("Hold for the push and pull buttons of the pair's encoder. "
