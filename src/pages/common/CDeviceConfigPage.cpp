@@ -17,6 +17,7 @@
 #include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
+#include <array>
 #include <utility>
 
 #include "devlink/DeviceText.h"
@@ -177,21 +178,24 @@ FlashBoards CDeviceConfigPage::Boards() const {
 }
 
 void CDeviceConfigPage::ShowControls() {
+  // By FlashControl.
+  const std::array<QWidget*, kFlashControls> widgets{refresh_,
+                                                     flash_,
+                                                     device_,
+                                                     serial_,
+                                                     set_,
+                                                     reboot_,
+                                                     &update_->Program(),
+                                                     &update_->Execute(),
+                                                     &update_->Load()};
   const FlashControls controls = FlashControlsFor(state_);
   const FlashBoards boards = Boards();
-  const auto show = [&](QWidget& widget, FlashControl control, bool enabled) {
-    widget.setEnabled(enabled);
-    widget.setToolTip(FlashTip(control, enabled, state_, boards));
-  };
-  show(*refresh_, FlashControl::kRefresh, controls.refresh);
-  show(*flash_, FlashControl::kFlash, controls.flash);
-  show(*device_, FlashControl::kDevice, controls.device);
-  show(*serial_, FlashControl::kSerial, controls.serial);
-  show(*set_, FlashControl::kSet, controls.set);
-  show(*reboot_, FlashControl::kReboot, controls.reboot);
-  show(update_->Program(), FlashControl::kProgram, controls.program);
-  show(update_->Execute(), FlashControl::kExecute, controls.execute);
-  show(update_->Load(), FlashControl::kLoad, controls.load);
+  for (std::size_t i = 0; i < widgets.size(); ++i) {
+    const auto control = static_cast<FlashControl>(i);
+    const bool enabled = controls.Has(control);
+    widgets[i]->setEnabled(enabled);
+    widgets[i]->setToolTip(FlashTip(control, enabled, state_, boards));
+  }
   update_->Program().setText(state_.moment == FlashMoment::kRunning ? tr("Abort") : tr("Program"));
 }
 

@@ -7,9 +7,9 @@
 #include <optional>
 
 #include "devlink/BoardIdentity.h"
-#include "firmware/FlashControls.h"
 #include "firmware/FlashUpdate.h"
 #include "firmware/RestartCommand.h"
+#include "pages/common/FlashControls.h"
 #include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
 

@@ -3,22 +3,9 @@
 
 #include <QString>
 
-#include "firmware/FlashControls.h"
+#include "pages/common/FlashControls.h"
 
 namespace quillon {
-
-// The controls of a "Device Configuration" page, named as they are labelled.
-enum class FlashControl {
-  kRefresh,
-  kFlash,
-  kDevice,
-  kSerial,
-  kSet,
-  kReboot,
-  kProgram,
-  kExecute,
-  kLoad
-};
 
 // The boards that the tips speak of, by name. The page is that of a family, so the last run may
 // have been about another board than the one that is selected now.
