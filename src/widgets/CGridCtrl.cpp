@@ -10,7 +10,7 @@
 #include "widgets/CChoiceList.h"
 #include "widgets/CGridHeader.h"
 #include "widgets/CScrollPane.h"
-#include "widgets/GridAccess.h"
+#include "widgets/GridAccessibility.h"
 #include "widgets/GridDelegate.h"
 #include "widgets/GridModel.h"
 
@@ -25,7 +25,7 @@ constexpr int kHintRows = 16;
 
 CGridCtrl::CGridCtrl(QWidget* parent)
     : QTableView(parent), model_(new GridModel(this)), delegate_(new GridDelegate(*model_, this)) {
-  InstallGridAccess();
+  InstallGridAccessibility();
   setHorizontalHeader(new CGridHeader(Qt::Horizontal, this));
   setVerticalHeader(new CGridHeader(Qt::Vertical, this));
   verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "widgets/GridAccess.h"
+#include "widgets/GridAccessibility.h"
 
 #include <QAccessible>
 #include <QAccessibleWidget>
@@ -265,7 +265,7 @@ QAccessibleInterface* MakeInterface(const QString& /*class_name*/, QObject* obje
 
 }  // namespace
 
-void InstallGridAccess() { QAccessible::installFactory(MakeInterface); }
+void InstallGridAccessibility() { QAccessible::installFactory(MakeInterface); }
 
 void TellToggled(CGridCtrl& grid, int row, int column) {
   if (!QAccessible::isActive()) return;

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "widgets/ClickAccess.h"
+#include "widgets/ScreenReaderClick.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -10,7 +10,7 @@
 namespace quillon {
 namespace {
 
-constexpr const char* kMark = "clickFromOutside";
+constexpr const char* kMark = "screenReaderClick";
 
 class ClickInterface final : public QAccessibleWidget {
  public:
@@ -54,7 +54,7 @@ QAccessibleInterface* MakeInterface(const QString& /*class_name*/, QObject* obje
 
 }  // namespace
 
-void ClickFromOutside(QAbstractButton* button) {
+void LetScreenReadersClick(QAbstractButton* button) {
   QAccessible::installFactory(MakeInterface);  // once, however often it is called
   button->setProperty(kMark, true);
   // One that was asked for before now does not know.

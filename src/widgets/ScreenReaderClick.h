@@ -5,8 +5,8 @@ class QAbstractButton;
 
 namespace quillon {
 
-// Makes screen readers click a check box or radio button, where they would only set its state. For
+// Has screen readers click a check box or radio button, where they would only set its state. For
 // one whose click does more than its state tells.
-void ClickFromOutside(QAbstractButton* button);
+void LetScreenReadersClick(QAbstractButton* button);
 
 }  // namespace quillon
