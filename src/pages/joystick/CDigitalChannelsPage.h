@@ -38,7 +38,7 @@ class CDigitalChannelsPage final : public CSettingsPage {
   digital::Block block_;
   digital::ScanMatrixByte scan_matrix_byte_;
   GridRows rows_;
-  EncoderPairs pairs_;
+  EncoderPairs encoder_pairs_;
 };
 
 }  // namespace quillon

@@ -62,11 +62,11 @@ CScanMatrixChannelsPage::CScanMatrixChannelsPage(PageContext context, QWidget* p
       grid_(AddChannelGrid(Body(), tr("Digital channels"), kInputs + 1, kColumns)),
       input_rows_(*grid_, 1, inputs_.Words(), InputColumns()),
       pair_rows_(*grid_, 1, pairs_.Words(), PairColumns(), kRowsOfPair),
-      encoders_(*grid_, input_rows_, kMode, kEncoder, kRotary) {
+      encoder_pairs_(*grid_, input_rows_, kMode, kEncoder, kRotary) {
   TitleRows(*grid_, 1, kInputs, QStringLiteral("Input %1"));
   input_rows_.BuildCells();
   pair_rows_.BuildCells();
-  encoders_.BuildCells();
+  encoder_pairs_.BuildCells();
   grid_->SetClickHandler([this](int row, int column) { OnClick(row, column); });
   grid_->SetEndEditHandler([this](int row, int column) { return OnEndEdit(row, column); });
   DefaultsRoutine();
@@ -84,7 +84,7 @@ bool CScanMatrixChannelsPage::RetrieveRoutine() {
     return false;
   }
   pair_rows_.Show();
-  encoders_.CopyToLineB();
+  encoder_pairs_.CopyToLineB();
   grid_->Redraw();
   return true;
 }
@@ -99,19 +99,19 @@ bool CScanMatrixChannelsPage::UpdateRoutine() {
 void CScanMatrixChannelsPage::DefaultsRoutine() {
   input_rows_.ShowDefaults();
   pair_rows_.ShowDefaults();
-  encoders_.CopyToLineB();
-  encoders_.PaintBands();
+  encoder_pairs_.CopyToLineB();
+  encoder_pairs_.PaintBands();
   grid_->Redraw();
 }
 
 void CScanMatrixChannelsPage::OnClick(int row, int column) {
-  encoders_.PaintBands(row);
+  encoder_pairs_.PaintBands(row);
   if (column == kMaster) ClearOtherRows(*grid_, row, column);
 }
 
 bool CScanMatrixChannelsPage::OnEndEdit(int row, int column) {
   if (!input_rows_.TakeEdit(row, column) && !pair_rows_.TakeEdit(row, column)) return false;
-  encoders_.OnEndEdit(row, column);
+  encoder_pairs_.OnEndEdit(row, column);
   return true;
 }
 

@@ -30,7 +30,7 @@ class CScanMatrixChannelsPage final : public CSettingsPage {
   matrix_pair::Block pairs_;
   GridRows input_rows_;
   GridRows pair_rows_;  // the odd rows
-  EncoderPairs encoders_;
+  EncoderPairs encoder_pairs_;
 };
 
 }  // namespace quillon
