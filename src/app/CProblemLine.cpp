@@ -7,8 +7,6 @@
 #include <QLabel>
 #include <QPointer>
 #include <QPushButton>
-#include <algorithm>
-#include <vector>
 
 #include "access/InstallCommand.h"
 #include "devlink/DeviceText.h"
@@ -17,162 +15,67 @@
 namespace quillon {
 namespace {
 
-constexpr qsizetype kMostNames = 3;
-constexpr std::size_t kMostCauses = 3;
 // How much may be said before it scrolls: the pages need the room.
 constexpr int kMostTextLines = 5;
 constexpr int kMostOutcomeLines = 3;
 
 QString Tr(const char* text) { return CProblemLine::tr(text); }
 
-// Boards with one problem between them, which one sentence tells of.
-struct Cause {
-  std::int32_t kind;
-  QString sentence;  // the library's, where it says the same of all of them
-  QStringList boards;
-};
-
 QString NameOf(const DeviceRecord& record) {
   const QString label = QString::fromStdString(BoardLabel(record)).trimmed();
   return label.startsWith(':') ? Tr("An unnamed board %1").arg(label) : label;
 }
 
-// What the library says of boards that may not be opened or are in use differs by little more than
-// the place of each. Other problems are the same only if their sentences are.
-std::vector<Cause> CausesIn(const DeviceTable& table) {
-  std::vector<Cause> causes;
-  for (std::uint32_t i = 0; i < table.Count(); ++i) {
-    const Problem& problem = table.ProblemOf(i);
-    if (problem.kind == KVUSB_PROBLEM_NONE) continue;
-    const bool known =
-        problem.kind == KVUSB_PROBLEM_PERMISSION || problem.kind == KVUSB_PROBLEM_IN_USE;
-    const std::int32_t kind = known ? problem.kind : KVUSB_PROBLEM_OTHER;
-    const QString sentence = QString::fromStdString(ShownText(problem.sentence));
-    auto same = std::find_if(causes.begin(), causes.end(), [&](const Cause& cause) {
-      return cause.kind == kind && (known || cause.sentence == sentence);
-    });
-    if (same == causes.end()) same = causes.insert(causes.end(), {kind, sentence, {}});
-    if (same->sentence != sentence) same->sentence.clear();
-    same->boards << NameOf(table.Record(i));
-  }
-  return causes;
+QString Tell(const DeviceRecord& board, const Problem& problem) {
+  const QString said = QString::fromStdString(ShownText(problem.sentence));
+  return Tr("%1 does not work. %2")
+      .arg(NameOf(board), said.isEmpty() ? Tr("The HID library does not say why.") : said);
 }
 
-QString Names(const QStringList& boards) {
-  const qsizetype count = boards.size();
-  if (count == 1) return boards.front();
-  if (count > kMostNames) {
-    return Tr("%1 and %2 more")
-        .arg(boards.first(kMostNames).join(QStringLiteral(", ")),
-             QString::number(count - kMostNames));
-  }
-  return Tr("%1 and %2").arg(boards.first(count - 1).join(QStringLiteral(", ")), boards.back());
-}
-
-QString Tell(const Cause& cause) {
-  const bool one = cause.boards.size() == 1;
-  const auto told = [&](const char* frame, const char* of_one, const char* of_many) {
-    return Tr(frame).arg(Names(cause.boards),
-                         cause.sentence.isEmpty() ? Tr(one ? of_one : of_many) : cause.sentence);
-  };
-  switch (cause.kind) {
-    case KVUSB_PROBLEM_PERMISSION:
-      return told("%1 cannot be used. %2", "This system does not let you open it.",
-                  "This system does not let you open them.");
-    case KVUSB_PROBLEM_IN_USE:
-      return told("%1 cannot be used. %2 Close that program, then refresh.",
-                  "Another program is using it.", "Another program is using them.");
-    default:
-      return told(one ? "%1 has a problem. %2" : "%1 have a problem. %2",
-                  "The HID library does not say which.", "The HID library does not say which.");
-  }
-}
-
-// What the buttons can help with comes last, right above them.
-QStringList TellAll(std::vector<Cause> causes) {
-  const auto of_kind = [&](std::int32_t kind) {
-    std::vector<Cause> found;
-    std::copy_if(causes.begin(), causes.end(), std::back_inserter(found),
-                 [kind](const Cause& cause) { return cause.kind == kind; });
-    return found;
-  };
-  QStringList lines;
-  const std::vector<Cause> others = of_kind(KVUSB_PROBLEM_OTHER);
-  qsizetype untold = 0;
-  for (std::size_t i = 0; i < others.size(); ++i) {
-    if (i < kMostCauses) {
-      lines << Tell(others[i]);
-    } else {
-      untold += others[i].boards.size();
-    }
-  }
-  if (untold > 0) {
-    lines << Tr("More boards have problems: %1. The tree says which, board by board.").arg(untold);
-  }
-  for (const auto kind : {KVUSB_PROBLEM_IN_USE, KVUSB_PROBLEM_PERMISSION}) {
-    for (const Cause& cause : of_kind(kind)) lines << Tell(cause);
-  }
-  return lines;
-}
-
-bool HasLockedBoard(const std::vector<Cause>& causes) {
-  return std::any_of(causes.begin(), causes.end(),
-                     [](const Cause& cause) { return cause.kind == KVUSB_PROBLEM_PERMISSION; });
-}
-
-QString Advise(const FoundRule& rule) {
-  const QString file = QString::fromStdString(rule.file.string());
-  switch (rule.state) {
+const char* Advise(RuleState state) {
+  switch (state) {
     case RuleState::kMissing:
-      return Tr(
-          "A udev rule that lets whoever sits at this computer open the boards is not "
-          "installed. Install it here, or copy a command that does it in a terminal. Either "
-          "asks for an administrator's password.");
+      return "A udev rule that lets whoever sits at this computer open the boards is not "
+             "installed. Installing it asks for an administrator's password.";
     case RuleState::kOutdated:
-      return Tr("The udev rule that lets whoever sits at this computer open the boards is out of "
-                "date (%1). Update it here, or copy a command that does it in a terminal. Either "
-                "asks for an administrator's password.")
-          .arg(file);
+      return "The udev rule that lets whoever sits at this computer open the boards is out of date "
+             "(%1). Updating it asks for an administrator's password.";
     case RuleState::kCurrent:
-      return Tr("The udev rule that lets whoever sits at this computer open the boards is "
-                "installed (%1). Unplug the boards and plug them in again. It does not apply to "
-                "you "
-                "while you are logged in from another computer, or while somebody else's session "
-                "is on the screen.")
-          .arg(file);
+      return "The udev rule that lets whoever sits at this computer open the boards is installed "
+             "(%1). Unplug the boards and plug them in again. It does not apply to you while you "
+             "are logged in from another computer, or while somebody else's session is on the "
+             "screen.";
     case RuleState::kMasked:
-      return Tr("The udev rule that lets whoever sits at this computer open the boards is turned "
-                "off by the file %1. An administrator can remove that file, and you can refresh "
-                "then.")
-          .arg(file);
+      return "The udev rule that lets whoever sits at this computer open the boards is turned off "
+             "by the file %1. An administrator can remove that file, and you can refresh then.";
   }
-  return {};
+  return "";
 }
 
-QString TellEnd(const ElevatedResult& result) {
-  const QString said = QString::fromStdString(ShownText(result.said.toStdString()));
-  const QString reason = said.isEmpty()
-                             ? said
-                             : Tr(" The system says: %1.")
-                                   .arg(said.endsWith(QLatin1Char('.')) ? said.chopped(1) : said);
-  switch (result.end) {
+const char* Outcome(ElevatedEnd end) {
+  switch (end) {
     case ElevatedEnd::kDone:
-      return Tr("The rule is installed.");
+      return "The rule is installed.";
     case ElevatedEnd::kDismissed:
-      return Tr("The rule was not installed, as the question for the password was closed.");
+      return "The rule was not installed, as the question for the password was closed.";
     case ElevatedEnd::kNotAuthorised:
-      return Tr("The rule was not installed: you were not authorised, or no program could ask for "
-                "the password.%1 Copy the command and run it in a terminal.")
-          .arg(reason);
+      return "The rule was not installed: you were not authorised, or no program could ask for the "
+             "password.";
     case ElevatedEnd::kUnavailable:
-      return Tr(
-          "The rule was not installed, as this system has no pkexec to ask for the "
-          "password. Copy the command and run it in a terminal.");
+      return "The rule was not installed, as this system has no pkexec to ask for the password.";
     case ElevatedEnd::kFailed:
       break;
   }
-  return Tr("Installing the rule failed.%1 Copy the command and run it in a terminal to see more.")
-      .arg(reason);
+  return "Installing the rule failed.";
+}
+
+QString TellEnd(const ElevatedResult& result) {
+  const QString outcome = Tr(Outcome(result.end));
+  const bool chosen = result.end == ElevatedEnd::kDone || result.end == ElevatedEnd::kDismissed;
+  if (chosen) return outcome;
+  const QString said = QString::fromStdString(ShownText(result.said.toStdString()));
+  return outcome + Tr(" Copy the command and run it in a terminal.") +
+         (said.isEmpty() ? said : Tr(" The system says: %1").arg(said));
 }
 
 QLabel* SelectableText(const QString& purpose) {
@@ -226,9 +129,17 @@ CProblemLine::CProblemLine(AccessHelp help, QWidget* parent)
 }
 
 void CProblemLine::Show(const QString& general, const DeviceTable& table) {
-  const std::vector<Cause> causes = CausesIn(table);
   QStringList lines{general};
-  lines << TellAll(causes) << Advice(HasLockedBoard(causes));
+  int ill = 0;
+  bool locked = false;
+  for (std::uint32_t i = 0; i < table.Count(); ++i) {
+    const Problem& problem = table.ProblemOf(i);
+    if (problem.kind == KVUSB_PROBLEM_NONE) continue;
+    if (++ill == 1) lines << Tell(table.Record(i), problem);
+    locked = locked || problem.kind == KVUSB_PROBLEM_PERMISSION;
+  }
+  if (ill > 1) lines << tr("More boards do not work: %1. The tree says why of each.").arg(ill - 1);
+  lines << Advice(locked);
   lines.removeAll(QString());
   SetText(*text_, lines.join(QLatin1Char('\n')));
   SetText(*outcome_, {});
@@ -241,7 +152,8 @@ QString CProblemLine::Advice(bool locked) {
   if (!offered_) return {};
   rule_ = help_.find_rule();
   offered_ = rule_.state == RuleState::kMissing || rule_.state == RuleState::kOutdated;
-  return Advise(rule_);
+  const QString advice = tr(Advise(rule_.state));
+  return rule_.file.empty() ? advice : advice.arg(QString::fromStdString(rule_.file.string()));
 }
 
 void CProblemLine::Install() {

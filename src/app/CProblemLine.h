@@ -11,16 +11,17 @@ class QPushButton;
 
 namespace quillon {
 
-// Tells what keeps boards from working, and where the user only lacks the permission, installs the
-// udev rule that gives it, or hands out the command that does. Hidden while all is well.
+// Tells what keeps the first board from working and how many others there are, of which the tree
+// tells. Where the user only lacks the permission, installs the udev rule that gives it, or hands
+// out the command that does. Hidden while all is well.
 class CProblemLine : public QFrame {
   Q_OBJECT
 
  public:
   explicit CProblemLine(AccessHelp help, QWidget* parent = nullptr);
 
-  // Shows the outcome of a detection: sentences of their own, fit to be shown or empty, and what is
-  // wrong with the boards of the table.
+  // Shows the outcome of a detection: `general`, fit to be shown or empty, and what is wrong with
+  // the boards of the table.
   void Show(const QString& general, const DeviceTable& table);
 
  signals:

@@ -108,7 +108,7 @@ void CDeviceTreeCtrl::Choose(const QModelIndex& item) {
   const std::uint32_t item_data = item.data(DeviceTreeModel::kItemDataRole).toUInt();
   if (IsBoard(kind)) {
     link_.table.SetCurrent(item_data - 1);
-    model_.MarkBoard(link_.table.Current());
+    model_.SetCurrent(link_.table.Current());
     emit BoardSelected();
   } else if (kind == TreeItemKind::kPort) {
     emit PortSelected(static_cast<int>(item_data));

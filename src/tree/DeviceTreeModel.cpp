@@ -36,15 +36,15 @@ TreeItemKind KindOfType(std::uint32_t type) {
 QIcon WithSign(const QIcon& icon) {
   constexpr QSize kSize(16, 16);
   const QIcon sign = Icon("tree-problem");
-  QIcon marked;
+  QIcon signed_icon;
   for (const QIcon::Mode mode : {QIcon::Normal, QIcon::Selected}) {
     for (const qreal ratio : {1.0, 2.0}) {
       QPixmap pixmap = icon.pixmap(kSize, ratio, mode);
       QPainter(&pixmap).drawPixmap(QRect(QPoint(), kSize), sign.pixmap(kSize, ratio));
-      marked.addPixmap(pixmap, mode);
+      signed_icon.addPixmap(pixmap, mode);
     }
   }
-  return marked;
+  return signed_icon;
 }
 
 std::size_t PresentNodes(const NodeList& nodes) {
@@ -63,7 +63,7 @@ DeviceTreeModel::DeviceTreeModel(QObject* parent) : QAbstractItemModel(parent) {
 void DeviceTreeModel::Rebuild(const DeviceTable& table, std::span<const NodeList> nodes) {
   beginResetModel();
   table_ = &table;
-  marked_ = table.Current();
+  current_ = table.Current();
   Fill(nodes);
   endResetModel();
 }
@@ -118,8 +118,8 @@ void DeviceTreeModel::AddBoard(Item& root, TreeItemKind kind, std::uint32_t boar
   }
 }
 
-void DeviceTreeModel::MarkBoard(std::uint32_t board) {
-  const std::uint32_t former = std::exchange(marked_, board);
+void DeviceTreeModel::SetCurrent(std::uint32_t board) {
+  const std::uint32_t former = std::exchange(current_, board);
   if (former == board) return;
   for (const QModelIndex& changed : {IndexOfBoard(former), IndexOfBoard(board)}) {
     if (changed.isValid()) emit dataChanged(changed, changed, {Qt::FontRole});
@@ -165,7 +165,7 @@ QVariant DeviceTreeModel::data(const QModelIndex& index, int role) const {
     case Qt::DecorationRole:
       return (HasProblem(item) ? problem_icons_ : icons_)[static_cast<std::size_t>(item.kind)];
     case Qt::FontRole: {
-      if (!IsBoard(item.kind) || item.number != marked_) return {};
+      if (!IsBoard(item.kind) || item.number != current_) return {};
       QFont bold;
       bold.setBold(true);
       return bold;
@@ -214,7 +214,7 @@ QString DeviceTreeModel::Describe(const Item& item) const {
   const char* mode = item.kind == TreeItemKind::kFlashBoard    ? "in Flash Mode"
                      : item.kind == TreeItemKind::kDeviceBoard ? "in Device Mode"
                                                                : "in an unknown mode";
-  const char* current = item.number == marked_ ? " (current board)" : "";
+  const char* current = item.number == current_ ? " (current board)" : "";
   const QString text = QString::asprintf("Product id 0x%04X, %s%s", id, mode, current);
   return HasProblem(item) ? text + QStringLiteral(". ") + ProblemText(item) : text;
 }

@@ -61,11 +61,11 @@ class DeviceTreeModel : public QAbstractItemModel {
   static bool Lists(const DeviceTable& table) { return !table.IsEmpty() && table.Type(0) != 0; }
 
   // Replaces everything. Entry i of `nodes` belongs to board i; missing entries are empty lists.
-  // The table's current board is the marked one.
+  // The table's current board is the one in bold.
   void Rebuild(const DeviceTable& table, std::span<const NodeList> nodes = {});
 
   // Shows this board in bold, and no other. kNoBoard: none.
-  void MarkBoard(std::uint32_t board);
+  void SetCurrent(std::uint32_t board);
 
   TreeItemKind Kind(const QModelIndex& index) const { return ItemAt(index).kind; }
   // Invalid when the board is not listed.
@@ -102,7 +102,7 @@ class DeviceTreeModel : public QAbstractItemModel {
   QString ProblemText(const Item& item) const;
 
   const DeviceTable* table_ = nullptr;
-  std::uint32_t marked_ = kNoBoard;
+  std::uint32_t current_ = kNoBoard;
   std::array<QIcon, kTreeItemKinds> icons_;
   std::array<QIcon, kTreeItemKinds> problem_icons_;  // made when the first such board comes
 

@@ -226,13 +226,13 @@ TEST(DeviceTreeModel, MarksTheCurrentBoardAlone) {
   EXPECT_FALSE(IsBold(tree.model.index(1, 0, tree.model.IndexOfBoard(2))));
 
   QSignalSpy changes(&tree.model, &QAbstractItemModel::dataChanged);
-  tree.model.MarkBoard(2);
+  tree.model.SetCurrent(2);
   EXPECT_THAT(bold(), ElementsAre("2"));
   ASSERT_EQ(changes.size(), 2);
   EXPECT_EQ(changes[0][0].toModelIndex(), tree.model.IndexOfBoard(1));
   EXPECT_EQ(changes[1][0].toModelIndex(), tree.model.IndexOfBoard(2));
 
-  tree.model.MarkBoard(DeviceTreeModel::kNoBoard);
+  tree.model.SetCurrent(DeviceTreeModel::kNoBoard);
   EXPECT_THAT(bold(), ElementsAre());
 }
 

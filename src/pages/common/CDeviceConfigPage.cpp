@@ -17,6 +17,7 @@
 #include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
+#include <array>
 #include <utility>
 
 #include "devlink/DeviceText.h"
@@ -55,10 +56,10 @@ CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_m
       context_(context),
       device_mode_(device_mode),
       clock_(std::move(clock)),
-      update_(new CFlashGroup) {
+      flash_group_(new CFlashGroup) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(BuildReportGroup(), 3);
-  layout->addWidget(update_, 2);
+  layout->addWidget(flash_group_, 2);
   setAcceptDrops(true);
   ConnectButtons();
   ShowControls();
@@ -70,12 +71,12 @@ QWidget* CDeviceConfigPage::BuildReportGroup() {
   report_ = new CReportText(tr("Report on the board"));
   layout->addWidget(report_, 1);
   auto* const column = AddButtonColumn(layout);
-  refresh_ = AddButton(column, tr("Refresh"));
-  flash_ = AddButton(column, tr("Flash"));
-  device_ = AddButton(column, tr("Device"));
+  refresh_button_ = AddButton(column, tr("Refresh"));
+  flash_button_ = AddButton(column, tr("Flash"));
+  device_button_ = AddButton(column, tr("Device"));
   column->addStretch(1);
   column->addWidget(BuildSerialRow());
-  reboot_ = AddButton(column, tr("Reboot"));
+  reboot_button_ = AddButton(column, tr("Reboot"));
   return group;
 }
 
@@ -87,17 +88,17 @@ QWidget* CDeviceConfigPage::BuildSerialRow() {
   layout->addWidget(label);
   auto* const row = new QHBoxLayout;
   layout->addLayout(row);
-  serial_ = new QLineEdit;
-  serial_->setMaxLength(static_cast<int>(kSerialDigits));
-  serial_->setValidator(
-      new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), serial_));
-  serial_->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")));
-  serial_->setAccessibleName(tr("Serial number"));
+  serial_box_ = new QLineEdit;
+  serial_box_->setMaxLength(static_cast<int>(kSerialDigits));
+  serial_box_->setValidator(
+      new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), serial_box_));
+  serial_box_->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")));
+  serial_box_->setAccessibleName(tr("Serial number"));
   // Files dropped here are meant for the page.
-  serial_->setAcceptDrops(false);
-  label->setBuddy(serial_);
-  row->addWidget(serial_);
-  set_ = AddButton(row, tr("Set"));
+  serial_box_->setAcceptDrops(false);
+  label->setBuddy(serial_box_);
+  row->addWidget(serial_box_);
+  set_button_ = AddButton(row, tr("Set"));
   return box;
 }
 
@@ -105,15 +106,15 @@ void CDeviceConfigPage::ConnectButtons() {
   const auto on_click = [this](QPushButton* button, auto handler) {
     connect(button, &QPushButton::clicked, this, handler);
   };
-  on_click(refresh_, &CDeviceConfigPage::RefreshRequested);
-  on_click(flash_, [this] { OnRestart(RestartButton::kFlash); });
-  on_click(device_, [this] { OnRestart(RestartButton::kDevice); });
-  on_click(reboot_, [this] { OnRestart(RestartButton::kReboot); });
-  on_click(set_, &CDeviceConfigPage::OnSetSerial);
-  on_click(&update_->Execute(), [this] { OnRestart(RestartButton::kExecute); });
-  on_click(&update_->Load(), &CDeviceConfigPage::OnLoadFile);
-  on_click(&update_->Program(), &CDeviceConfigPage::OnProgram);
-  update_->Program().installEventFilter(this);
+  on_click(refresh_button_, &CDeviceConfigPage::RefreshRequested);
+  on_click(flash_button_, [this] { OnRestart(RestartButton::kFlash); });
+  on_click(device_button_, [this] { OnRestart(RestartButton::kDevice); });
+  on_click(reboot_button_, [this] { OnRestart(RestartButton::kReboot); });
+  on_click(set_button_, &CDeviceConfigPage::OnSetSerial);
+  on_click(&flash_group_->ExecuteButton(), [this] { OnRestart(RestartButton::kExecute); });
+  on_click(&flash_group_->LoadButton(), &CDeviceConfigPage::OnLoadFile);
+  on_click(&flash_group_->ProgramButton(), &CDeviceConfigPage::OnProgram);
+  flash_group_->ProgramButton().installEventFilter(this);
 }
 
 CDeviceConfigPage::Clock CDeviceConfigPage::SteadyClock() {
@@ -135,12 +136,12 @@ bool CDeviceConfigPage::eventFilter(QObject* watched, QEvent* event) {
 
 void CDeviceConfigPage::ShowDeviceInfo() {
   const DeviceTable& table = context_.link.table;
-  update_->Progress().Reset();
+  flash_group_->Progress().Reset();
   state_.device_present = !table.IsEmpty();
   state_.reported_without_file = !state_.file_loaded;
   if (table.IsEmpty()) {
     report_->setPlainText(QString::fromStdString(EmptyDeviceReport()));
-    serial_->clear();
+    serial_box_->clear();
     SetMoment(FlashMoment::kReported);
     return;
   }
@@ -148,7 +149,7 @@ void CDeviceConfigPage::ShowDeviceInfo() {
       ReportOnDevice(table.CurrentRecord(), table.CurrentType(), device_mode_);
   const bool too_new = report.fit == FirmwareFit::kTooNew;
   report_->setPlainText(QString::fromStdString(report.text));
-  serial_->setText(QString::fromStdString(report.serial_number));
+  serial_box_->setText(QString::fromStdString(report.serial_number));
   state_.flash_mode_active = report.flash_mode_active;
   state_.firmware_present = report.firmware_present;
   state_.newer_node_system =
@@ -177,22 +178,26 @@ FlashBoards CDeviceConfigPage::Boards() const {
 }
 
 void CDeviceConfigPage::ShowControls() {
+  // By FlashControl.
+  const std::array<QWidget*, kFlashControls> widgets{refresh_button_,
+                                                     flash_button_,
+                                                     device_button_,
+                                                     serial_box_,
+                                                     set_button_,
+                                                     reboot_button_,
+                                                     &flash_group_->ProgramButton(),
+                                                     &flash_group_->ExecuteButton(),
+                                                     &flash_group_->LoadButton()};
   const FlashControls controls = FlashControlsFor(state_);
   const FlashBoards boards = Boards();
-  const auto show = [&](QWidget& widget, FlashControl control, bool enabled) {
-    widget.setEnabled(enabled);
-    widget.setToolTip(FlashTip(control, enabled, state_, boards));
-  };
-  show(*refresh_, FlashControl::kRefresh, controls.refresh);
-  show(*flash_, FlashControl::kFlash, controls.flash);
-  show(*device_, FlashControl::kDevice, controls.device);
-  show(*serial_, FlashControl::kSerial, controls.serial);
-  show(*set_, FlashControl::kSet, controls.set);
-  show(*reboot_, FlashControl::kReboot, controls.reboot);
-  show(update_->Program(), FlashControl::kProgram, controls.program);
-  show(update_->Execute(), FlashControl::kExecute, controls.execute);
-  show(update_->Load(), FlashControl::kLoad, controls.load);
-  update_->Program().setText(state_.moment == FlashMoment::kRunning ? tr("Abort") : tr("Program"));
+  for (std::size_t i = 0; i < widgets.size(); ++i) {
+    const auto control = static_cast<FlashControl>(i);
+    const bool enabled = controls.Has(control);
+    widgets[i]->setEnabled(enabled);
+    widgets[i]->setToolTip(FlashTip(control, enabled, state_, boards));
+  }
+  flash_group_->ProgramButton().setText(state_.moment == FlashMoment::kRunning ? tr("Abort")
+                                                                               : tr("Program"));
 }
 
 void CDeviceConfigPage::showEvent(QShowEvent* event) {
@@ -207,7 +212,7 @@ void CDeviceConfigPage::OnSetSerial() {
   const auto say = [this](const QString& text, const QString& caption, Icon icon) {
     context_.prompts.Message(this, text, caption, icon);
   };
-  switch (SetSerial(library, table.CurrentRecord(), serial_->text().toStdString())) {
+  switch (SetSerial(library, table.CurrentRecord(), serial_box_->text().toStdString())) {
     case SerialResult::kInvalid:
       say(QStringLiteral("Please enter a valid 3 digit serial number."),
           QStringLiteral("Invalid Serial Number"), Icon::kExclamation);
@@ -246,7 +251,7 @@ void CDeviceConfigPage::OnLoadFile() {
 
 void CDeviceConfigPage::LoadDropped(const QString& path) {
   const auto hold = context_.link.gate.TryEnter();
-  if (!hold || context_.link.table.IsEmpty() || !update_->Load().isEnabled()) return;
+  if (!hold || context_.link.table.IsEmpty() || !flash_group_->LoadButton().isEnabled()) return;
   UnloadFile();
   LoadFile(path);
 }
@@ -254,7 +259,7 @@ void CDeviceConfigPage::LoadDropped(const QString& path) {
 // The image stays, but nothing can be done with it. What was done to the board stays true.
 void CDeviceConfigPage::UnloadFile() {
   state_.file_loaded = false;
-  update_->ShowNoFile();
+  flash_group_->ShowNoFile();
   ShowControls();
 }
 
@@ -267,14 +272,14 @@ void CDeviceConfigPage::LoadFile(const QString& path) {
   image_ = std::get<KvxImage>(read);
   state_.file_loaded = true;
   state_.file_programmed = false;
-  update_->ShowFile(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()),
-                    DescribeLoaded(image_));
+  flash_group_->ShowFile(QDir::toNativeSeparators(QFileInfo(path).absoluteFilePath()),
+                         DescribeLoaded(image_));
   ShowControls();
 }
 
 std::optional<QString> CDeviceConfigPage::DroppedFile(const QMimeData* dropped) const {
   const QList<QUrl> urls = dropped->urls();
-  if (!update_->Load().isEnabled() || !context_.link.gate.IsOpen()) return std::nullopt;
+  if (!flash_group_->LoadButton().isEnabled() || !context_.link.gate.IsOpen()) return std::nullopt;
   if (urls.size() != 1 || !urls.front().isLocalFile()) return std::nullopt;
   const QString path = urls.front().toLocalFile();
   if (!path.endsWith(QStringLiteral(".kvx"), Qt::CaseInsensitive)) return std::nullopt;
@@ -374,13 +379,13 @@ void CDeviceConfigPage::ShowStopped(bool failed) {
 }
 
 void CDeviceConfigPage::OnText(std::string_view text) {
-  update_->Log().Append(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
-  update_->Log().viewport()->repaint();
+  flash_group_->Log().Append(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+  flash_group_->Log().viewport()->repaint();
 }
 
-void CDeviceConfigPage::OnProgressRange(int records) { update_->Progress().Begin(records); }
+void CDeviceConfigPage::OnProgressRange(int records) { flash_group_->Progress().Begin(records); }
 
-void CDeviceConfigPage::OnProgress(int position) { update_->Progress().Advance(position); }
+void CDeviceConfigPage::OnProgress(int position) { flash_group_->Progress().Advance(position); }
 
 void CDeviceConfigPage::Pump() { QCoreApplication::processEvents(); }
 

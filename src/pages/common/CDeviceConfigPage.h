@@ -7,9 +7,9 @@
 #include <optional>
 
 #include "devlink/BoardIdentity.h"
-#include "firmware/FlashControls.h"
 #include "firmware/FlashUpdate.h"
 #include "firmware/RestartCommand.h"
+#include "pages/common/FlashControls.h"
 #include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
 
@@ -106,13 +106,13 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   bool running_ = false;         // a run is on the stack
   bool abort_requested_ = true;  // also while there is nothing to abort
   CReportText* report_ = nullptr;
-  QPushButton* refresh_ = nullptr;
-  QPushButton* flash_ = nullptr;
-  QPushButton* device_ = nullptr;
-  QLineEdit* serial_ = nullptr;
-  QPushButton* set_ = nullptr;
-  QPushButton* reboot_ = nullptr;
-  CFlashGroup* update_ = nullptr;
+  QPushButton* refresh_button_ = nullptr;
+  QPushButton* flash_button_ = nullptr;
+  QPushButton* device_button_ = nullptr;
+  QLineEdit* serial_box_ = nullptr;
+  QPushButton* set_button_ = nullptr;
+  QPushButton* reboot_button_ = nullptr;
+  CFlashGroup* flash_group_ = nullptr;
 };
 
 }  // namespace quillon

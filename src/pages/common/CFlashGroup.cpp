@@ -47,10 +47,10 @@ CFlashGroup::CFlashGroup(QWidget* parent)
   left->addWidget(file_);
   left->addWidget(progress_);
   auto* const column = AddButtonColumn(layout);
-  program_ = AddButton(column, tr("Program"));
-  execute_ = AddButton(column, tr("Execute"));
+  program_button_ = AddButton(column, tr("Program"));
+  execute_button_ = AddButton(column, tr("Execute"));
   column->addStretch(1);
-  load_ = AddButton(column, tr("Load..."));
+  load_button_ = AddButton(column, tr("Load..."));
   ShowNoFile();
 }
 

@@ -27,17 +27,17 @@ class CFlashGroup : public QGroupBox {
 
   CReportText& Log() { return *log_; }
   CFlashProgress& Progress() { return *progress_; }
-  QPushButton& Program() { return *program_; }
-  QPushButton& Execute() { return *execute_; }
-  QPushButton& Load() { return *load_; }
+  QPushButton& ProgramButton() { return *program_button_; }
+  QPushButton& ExecuteButton() { return *execute_button_; }
+  QPushButton& LoadButton() { return *load_button_; }
 
  private:
   CReportText* log_;
   QLabel* file_;
   CFlashProgress* progress_;
-  QPushButton* program_ = nullptr;
-  QPushButton* execute_ = nullptr;
-  QPushButton* load_ = nullptr;
+  QPushButton* program_button_ = nullptr;
+  QPushButton* execute_button_ = nullptr;
+  QPushButton* load_button_ = nullptr;
 };
 
 }  // namespace quillon

@@ -3,22 +3,9 @@
 
 #include <QString>
 
-#include "firmware/FlashControls.h"
+#include "pages/common/FlashControls.h"
 
 namespace quillon {
-
-// The controls of a "Device Configuration" page, named as they are labelled.
-enum class FlashControl {
-  kRefresh,
-  kFlash,
-  kDevice,
-  kSerial,
-  kSet,
-  kReboot,
-  kProgram,
-  kExecute,
-  kLoad
-};
 
 // The boards that the tips speak of, by name. A page serves a whole family, so the last run may
 // have been on another board than the one that is selected now.

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 
 class QWidget;
 

@@ -4,7 +4,7 @@
 #include <optional>
 
 #include "pages/common/CSettingsPage.h"
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 #include "settings/AnalogBlocks.h"
 
 namespace quillon {

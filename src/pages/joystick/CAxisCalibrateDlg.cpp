@@ -13,7 +13,7 @@
 #include "pages/common/CNumberBox.h"
 #include "pages/joystick/AxisNames.h"
 #include "settings/TweakBlock.h"
-#include "widgets/ClickFromOutside.h"
+#include "widgets/ScreenReaderClick.h"
 
 namespace quillon {
 namespace {
@@ -52,12 +52,12 @@ QWidget* CAxisCalibrateDlg::BuildModes() {
   automatic_->setToolTip(
       tr("The board measures the axis while it is moved. Each click reads the "
          "values that it has found so far. Default."));
-  ClickFromOutside(automatic_);
+  LetScreenReadersClick(automatic_);
   connect(automatic_, &QRadioButton::clicked, this, &CAxisCalibrateDlg::Measure);
   layout->addWidget(automatic_);
   manual_ = new QRadioButton(QStringLiteral("Manual"));
   manual_->setToolTip(tr("OK stores the values below in the board instead of measured ones."));
-  ClickFromOutside(manual_);
+  LetScreenReadersClick(manual_);
   connect(manual_, &QRadioButton::clicked, this, [this] { SetManual(true); });
   layout->addWidget(manual_);
   layout->addStretch(1);

@@ -12,7 +12,7 @@
 #include "pages/common/WheelGuard.h"
 #include "pages/joystick/AxisNames.h"
 #include "pages/joystick/CAxisCalibrateDlg.h"
-#include "widgets/ClickFromOutside.h"
+#include "widgets/ScreenReaderClick.h"
 
 namespace quillon {
 namespace {
@@ -111,7 +111,7 @@ void CAxisTweakPage::AddLine(QGridLayout* grid, int axis) {
   list_name->setBuddy(line.combine);
   list_name->hide();
   line.calibrate = new QCheckBox;
-  ClickFromOutside(line.calibrate);
+  LetScreenReadersClick(line.calibrate);
   add(line.calibrate, kCalibrate, Qt::AlignCenter);
   connect(line.calibrate, &QCheckBox::clicked, this, [this, axis] { Calibrate(axis); });
 }

@@ -36,10 +36,10 @@ CDigitalChannelsPage::CDigitalChannelsPage(PageContext context, ScanMatrix scan_
       scan_matrix_(scan_matrix),
       grid_(AddChannelGrid(Body(), tr("Digital channels"), kInputs + 1, kColumns)),
       rows_(*grid_, 1, block_.Words(), Columns()),
-      pairs_(*grid_, rows_, kMode, kEncoder, kRotary) {
+      encoder_pairs_(*grid_, rows_, kMode, kEncoder, kRotary) {
   TitleRows(*grid_, 1, kInputs, QStringLiteral("Input %1"));
   rows_.BuildCells();
-  pairs_.BuildCells();
+  encoder_pairs_.BuildCells();
   AddScanMatrixBox();
   grid_->SetClickHandler([this](int row, int column) { OnClick(row, column); });
   grid_->SetEndEditHandler([this](int row, int column) { return OnEndEdit(row, column); });
@@ -65,7 +65,7 @@ bool CDigitalChannelsPage::RetrieveRoutine() {
   if (!retrieved) return false;
   scan_matrix_box_->setChecked(scan_matrix_byte_.Get(0, digital::kScanMatrix) != 0);
   rows_.Show();
-  pairs_.ShowLineB();
+  encoder_pairs_.ShowLineB();
   grid_->Redraw();
   return true;
 }
@@ -81,13 +81,13 @@ bool CDigitalChannelsPage::UpdateRoutine() {
 
 void CDigitalChannelsPage::DefaultsRoutine() {
   rows_.ShowDefaults();
-  pairs_.ShowLineB();
-  pairs_.PaintBands();
+  encoder_pairs_.ShowLineB();
+  encoder_pairs_.PaintBands();
   grid_->Redraw();
 }
 
 void CDigitalChannelsPage::OnClick(int row, int column) {
-  pairs_.PaintBands(row);
+  encoder_pairs_.PaintBands(row);
   if (column == kMaster) ClearOtherRows(*grid_, row, column);
 }
 
@@ -95,7 +95,7 @@ bool CDigitalChannelsPage::OnEndEdit(int row, int column) {
   const bool refused =
       column == kPulseWidth && RefusePulseWidth(grid_->Value(row, column), Context().prompts, this);
   if (refused || !rows_.TakeEdit(row, column)) return false;
-  pairs_.OnEndEdit(row, column);
+  encoder_pairs_.OnEndEdit(row, column);
   return true;
 }
 

@@ -3,7 +3,7 @@
 
 #include "pages/common/CSettingsPage.h"
 #include "pages/common/EncoderPairs.h"
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 #include "settings/DigitalBlock.h"
 
 class QCheckBox;
@@ -38,7 +38,7 @@ class CDigitalChannelsPage final : public CSettingsPage {
   digital::Block block_;
   digital::ScanMatrixByte scan_matrix_byte_;
   GridRows rows_;
-  EncoderPairs pairs_;
+  EncoderPairs encoder_pairs_;
 };
 
 }  // namespace quillon

@@ -5,7 +5,7 @@
 #include <optional>
 
 #include "pages/common/CSettingsPage.h"
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 #include "settings/HatBlock.h"
 
 namespace quillon {

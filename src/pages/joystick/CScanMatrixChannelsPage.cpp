@@ -25,7 +25,7 @@ std::vector<GridColumn> InputColumns() {
   };
 }
 
-GridColumn ButtonColumn(int column, const QString& title, Field field, const QString& what) {
+GridColumn PairButtonColumn(int column, const QString& title, Field field, const QString& what) {
   auto buttons = NumberedChoices(QStringLiteral("Button %1"), 1, kLastButton);
   buttons.insert(buttons.begin(), {QStringLiteral("None"), 0});
   return {.column = column,
@@ -42,10 +42,10 @@ GridColumn ButtonColumn(int column, const QString& title, Field field, const QSt
 std::vector<GridColumn> PairColumns() {
   return {
       EncoderColumn(kEncoder, QStringLiteral("       Rotary       "), matrix_pair::kEncoder),
-      ButtonColumn(kPush, QStringLiteral("       Push       "), matrix_pair::kPush,
-                   QStringLiteral("Push")),
-      ButtonColumn(kPull, QStringLiteral("        Pull        "), matrix_pair::kPull,
-                   QStringLiteral("Pull")),
+      PairButtonColumn(kPush, QStringLiteral("       Push       "), matrix_pair::kPush,
+                       QStringLiteral("Push")),
+      PairButtonColumn(kPull, QStringLiteral("        Pull        "), matrix_pair::kPull,
+                       QStringLiteral("Pull")),
       {.column = kHold,
        .title = QStringLiteral("Hold"),
        .tip = QStringLiteral("Hold for the push and pull buttons of the pair's encoder. "
@@ -62,11 +62,11 @@ CScanMatrixChannelsPage::CScanMatrixChannelsPage(PageContext context, QWidget* p
       grid_(AddChannelGrid(Body(), tr("Digital channels"), kInputs + 1, kColumns)),
       input_rows_(*grid_, 1, inputs_.Words(), InputColumns()),
       pair_rows_(*grid_, 1, pairs_.Words(), PairColumns(), kRowsOfPair),
-      encoders_(*grid_, input_rows_, kMode, kEncoder, kRotary) {
+      encoder_pairs_(*grid_, input_rows_, kMode, kEncoder, kRotary) {
   TitleRows(*grid_, 1, kInputs, QStringLiteral("Input %1"));
   input_rows_.BuildCells();
   pair_rows_.BuildCells();
-  encoders_.BuildCells();
+  encoder_pairs_.BuildCells();
   grid_->SetClickHandler([this](int row, int column) { OnClick(row, column); });
   grid_->SetEndEditHandler([this](int row, int column) { return OnEndEdit(row, column); });
   DefaultsRoutine();
@@ -84,7 +84,7 @@ bool CScanMatrixChannelsPage::RetrieveRoutine() {
     return false;
   }
   pair_rows_.Show();
-  encoders_.CopyToLineB();
+  encoder_pairs_.CopyToLineB();
   grid_->Redraw();
   return true;
 }
@@ -99,19 +99,19 @@ bool CScanMatrixChannelsPage::UpdateRoutine() {
 void CScanMatrixChannelsPage::DefaultsRoutine() {
   input_rows_.ShowDefaults();
   pair_rows_.ShowDefaults();
-  encoders_.CopyToLineB();
-  encoders_.PaintBands();
+  encoder_pairs_.CopyToLineB();
+  encoder_pairs_.PaintBands();
   grid_->Redraw();
 }
 
 void CScanMatrixChannelsPage::OnClick(int row, int column) {
-  encoders_.PaintBands(row);
+  encoder_pairs_.PaintBands(row);
   if (column == kMaster) ClearOtherRows(*grid_, row, column);
 }
 
 bool CScanMatrixChannelsPage::OnEndEdit(int row, int column) {
   if (!input_rows_.TakeEdit(row, column) && !pair_rows_.TakeEdit(row, column)) return false;
-  encoders_.OnEndEdit(row, column);
+  encoder_pairs_.OnEndEdit(row, column);
   return true;
 }
 

@@ -3,7 +3,7 @@
 
 #include "pages/common/CSettingsPage.h"
 #include "pages/common/EncoderPairs.h"
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 #include "settings/ScanMatrixBlocks.h"
 
 namespace quillon {
@@ -30,7 +30,7 @@ class CScanMatrixChannelsPage final : public CSettingsPage {
   matrix_pair::Block pairs_;
   GridRows input_rows_;
   GridRows pair_rows_;  // the odd rows
-  EncoderPairs encoders_;
+  EncoderPairs encoder_pairs_;
 };
 
 }  // namespace quillon

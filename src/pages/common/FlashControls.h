@@ -1,7 +1,27 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <bitset>
+#include <cstddef>
+#include <initializer_list>
+
 namespace quillon {
+
+// The controls of a "Device Configuration" page that are disabled at times, named as they are
+// labelled. The first six are those of the Device Configuration group, kSerial the edit box; the
+// others are those of the Flash Update group.
+enum class FlashControl {
+  kRefresh,
+  kFlash,
+  kDevice,
+  kSerial,
+  kSet,
+  kReboot,
+  kProgram,
+  kExecute,
+  kLoad,
+};
+inline constexpr std::size_t kFlashControls = 9;
 
 // What last set the controls of a "Device Configuration" page.
 enum class FlashMoment {
@@ -25,17 +45,21 @@ struct FlashPageState {
   bool newer_node_system = false;
 };
 
-// Which controls are enabled.
-struct FlashControls {
-  // Device Configuration group; `serial` is the edit box.
-  bool refresh = false, flash = false, device = false, serial = false, set = false, reboot = false;
-  // Flash Update group.
-  bool program = false, execute = false, load = false;
+// Some of the controls.
+class FlashControls {
+ public:
+  FlashControls(std::initializer_list<FlashControl> controls) {
+    for (const FlashControl control : controls) Set(control, true);
+  }
 
-  bool operator==(const FlashControls&) const = default;
+  bool Has(FlashControl control) const { return bits_[static_cast<std::size_t>(control)]; }
+  void Set(FlashControl control, bool has) { bits_[static_cast<std::size_t>(control)] = has; }
+
+ private:
+  std::bitset<kFlashControls> bits_;
 };
 
-// Asked again whenever the page is shown or the state changes.
+// The controls that are enabled. Asked again whenever the page is shown or the state changes.
 FlashControls FlashControlsFor(const FlashPageState& state);
 
 }  // namespace quillon

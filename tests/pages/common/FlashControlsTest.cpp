@@ -4,20 +4,19 @@
 #include <string>
 #include <utility>
 
-#include "firmware/FlashControls.h"
+#include "pages/common/FlashControls.h"
 
 namespace quillon {
 namespace {
 
 // The enabled controls as words, in the order of the page.
 std::string Words(const FlashControls& controls) {
-  const std::pair<bool, const char*> all[] = {
-      {controls.refresh, "Refresh"}, {controls.flash, "Flash"},     {controls.device, "Device"},
-      {controls.serial, "serial"},   {controls.set, "Set"},         {controls.reboot, "Reboot"},
-      {controls.program, "Program"}, {controls.execute, "Execute"}, {controls.load, "Load"}};
+  const char* const names[kFlashControls] = {"Refresh", "Flash",   "Device",  "serial", "Set",
+                                             "Reboot",  "Program", "Execute", "Load"};
   std::string words;
-  for (const auto& [enabled, word] : all) {
-    if (enabled) words += (words.empty() ? "" : " ") + std::string(word);
+  for (std::size_t i = 0; i < kFlashControls; ++i) {
+    if (!controls.Has(static_cast<FlashControl>(i))) continue;
+    words += (words.empty() ? "" : " ") + std::string(names[i]);
   }
   return words;
 }

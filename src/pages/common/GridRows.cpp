@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "pages/common/GridColumns.h"
+#include "pages/common/GridRows.h"
 
 #include <algorithm>
 

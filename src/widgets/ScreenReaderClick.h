@@ -7,6 +7,6 @@ namespace quillon {
 
 // Makes screen readers click a check box or radio button, where they would only set its state. For
 // a button whose click does more than change its state.
-void ClickFromOutside(QAbstractButton* button);
+void LetScreenReadersClick(QAbstractButton* button);
 
 }  // namespace quillon

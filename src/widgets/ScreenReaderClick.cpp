@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "widgets/ClickFromOutside.h"
+#include "widgets/ScreenReaderClick.h"
 
 #include <QAbstractButton>
 #include <QAccessible>
@@ -10,7 +10,7 @@
 namespace quillon {
 namespace {
 
-constexpr const char* kMark = "clickFromOutside";
+constexpr const char* kMark = "screenReaderClick";
 
 class ClickInterface final : public QAccessibleWidget {
  public:
@@ -38,7 +38,7 @@ class ClickInterface final : public QAccessibleWidget {
 
   void doAction(const QString& action) override {
     if (action != toggleAction()) return QAccessibleWidget::doAction(action);
-    // Later, because a click may open a dialog, and the screen reader waits for an answer.
+    // Not here: a click may open a dialog, and the screen reader waits for an answer.
     QMetaObject::invokeMethod(&button_, &QAbstractButton::click, Qt::QueuedConnection);
   }
 
@@ -54,10 +54,10 @@ QAccessibleInterface* MakeInterface(const QString& /*class_name*/, QObject* obje
 
 }  // namespace
 
-void ClickFromOutside(QAbstractButton* button) {
+void LetScreenReadersClick(QAbstractButton* button) {
   QAccessible::installFactory(MakeInterface);  // once, however often it is called
   button->setProperty(kMark, true);
-  // An interface that was made before this call would be of the old kind.
+  // One that was asked for before now does not know.
   QAccessible::deleteAccessibleInterface(
       QAccessible::uniqueId(QAccessible::queryAccessibleInterface(button)));
 }
