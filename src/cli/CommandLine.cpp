@@ -12,7 +12,7 @@ std::optional<int> ReadCommandLine(CLI::App& app, std::span<const std::string> a
   // A path may begin with a slash on every system.
   app.allow_windows_style_options(false);
   app.failure_message([](const CLI::App* program, const CLI::Error& error) {
-    const std::string name = program->get_name();
+    const std::string& name = program->get_name();
     return name + ": " + ShownText(std::string(error.what())) + ". See " + name + " --help.\n";
   });
   try {
