@@ -39,7 +39,7 @@ CMainDialog::CMainDialog(const MainServices& services)
     : services_(services),
       tree_(new CDeviceTreeCtrl(services.link)),
       pages_(new QStackedWidget),
-      problem_(new CProblemLine(services.access)) {
+      problem_line_(new CProblemLine(services.access)) {
   setWindowTitle(QStringLiteral("Quillon"));
   setWindowIcon(Icon("app"));
   auto* const splitter = new QSplitter;
@@ -49,14 +49,15 @@ CMainDialog::CMainDialog(const MainServices& services)
   splitter->setChildrenCollapsible(false);
   auto* const body = new QWidget;
   auto* const layout = new QVBoxLayout(body);
-  layout->addWidget(problem_);
+  layout->addWidget(problem_line_);
   layout->addWidget(splitter, 1);
   setCentralWidget(body);
 
   CreateMenu();
   AddAboutToSystemMenu();
   CreatePageSets();
-  connect(problem_, &CProblemLine::RuleInstalled, this, [this] { services_.link.gate.Request(); });
+  connect(problem_line_, &CProblemLine::RuleInstalled, this,
+          [this] { services_.link.gate.Request(); });
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
@@ -65,9 +66,9 @@ CMainDialog::CMainDialog(const MainServices& services)
   tree_->SetToolReady(DeviceTool::kRestartDevice, true);
   // A timer, because it fires once however many events come, and because the event loop handles
   // input before it. Posted events would all run before the next click.
-  waiting_.setSingleShot(true);
-  connect(&waiting_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
-  services_.link.gate.SetAction([this] { waiting_.start(); });
+  detection_timer_.setSingleShot(true);
+  connect(&detection_timer_, &QTimer::timeout, this, &CMainDialog::RunWaitingDetection);
+  services_.link.gate.SetAction([this] { detection_timer_.start(); });
   SetSizes(*splitter);
 }
 
@@ -102,8 +103,8 @@ void CMainDialog::CreateMenu() {
 
 // Any number but 0 means yes. Switching the option on again restores the number that was there.
 void CMainDialog::SetAutoUpdate(bool on) {
-  if (const int former = services_.profile.AutoUpdate(); former != 0) yes_ = former;
-  options_.auto_update = on ? yes_ : 0;
+  if (const int former = services_.profile.AutoUpdate(); former != 0) auto_update_when_on_ = former;
+  options_.auto_update = on ? auto_update_when_on_ : 0;
   services_.profile.SetAutoUpdate(options_.auto_update);
 }
 
@@ -128,13 +129,13 @@ void CMainDialog::CreatePageSets() {
   home_->setObjectName(QStringLiteral("home"));
   connect(home_, &CHomePage::RefreshRequested, this, &CMainDialog::Redetect);
   pages_->addWidget(home_);
-  nothing_ = new QWidget;
-  pages_->addWidget(nothing_);
+  empty_page_ = new QWidget;
+  pages_->addWidget(empty_page_);
   pages_->setCurrentWidget(home_);
 }
 
 void CMainDialog::Initialise() {
-  if (closed_ || std::exchange(initialised_, true)) return;
+  if (closing_hold_ || std::exchange(initialised_, true)) return;
   Redetect();
   const bool registered = services_.notifier.Start(
       [this](std::uint32_t event, std::uint32_t device_type, std::string_view path) {
@@ -182,24 +183,24 @@ void CMainDialog::Redetect() {
 
 void CMainDialog::DetectAllTypes() {
   auto& [library, table, gate] = services_.link;
-  reported_ = 0;
+  reported_boards_ = 0;
   for (const std::uint32_t type : kDetectionOrder) {
-    reported_ += DetectBoards(library, table, type).reported;
+    reported_boards_ += DetectBoards(library, table, type).reported;
   }
   ShowProblems();
 }
 
 void CMainDialog::ShowProblems() {
   auto& [library, table, gate] = services_.link;
-  QString problem = QString::fromStdString(ShownText(library.DescribeProblem(nullptr).sentence));
-  if (reported_ > table.Count()) {
-    if (!problem.isEmpty()) problem += QLatin1Char('\n');
-    problem += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "
+  QString general = QString::fromStdString(ShownText(library.DescribeProblem(nullptr).sentence));
+  if (reported_boards_ > table.Count()) {
+    if (!general.isEmpty()) general += QLatin1Char('\n');
+    general += tr("The HID library reports %1 boards, but Quillon lists %2 at most. The others are "
                   "not shown.")
-                   .arg(reported_)
+                   .arg(reported_boards_)
                    .arg(DeviceTable::kRoom);
   }
-  problem_->Show(problem, table);
+  problem_line_->Show(general, table);
 }
 
 void CMainDialog::CloseAllBoards() {
@@ -228,7 +229,7 @@ void CMainDialog::SelectFamilyPages() {
     return;
   }
   home_->ShowBoardCount(services_.link.table.Count());
-  pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? nothing_ : home_);
+  pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? empty_page_ : home_);
 }
 
 CPageSet* CMainDialog::ShownPageSet() const {
@@ -275,13 +276,13 @@ void CMainDialog::ChooseBoardOfPort() {
 }
 
 void CMainDialog::OnRunStarted(CPageSet& set) {
-  running_ = &set;
+  running_set_ = &set;
   tree_->setEnabled(false);
   grayed_ = GrayMainMenu(*menuBar());
 }
 
 void CMainDialog::OnRunEnded() {
-  running_ = nullptr;
+  running_set_ = nullptr;
   tree_->setEnabled(true);
   for (QAction* const item : std::exchange(grayed_, {})) item->setEnabled(true);
   if (close_after_run_) QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
@@ -298,19 +299,19 @@ void CMainDialog::paintEvent(QPaintEvent* event) {
 }
 
 void CMainDialog::closeEvent(QCloseEvent* event) {
-  if (running_ != nullptr) {
+  if (running_set_ != nullptr) {
     close_after_run_ = true;
-    running_->AbortRun();
+    running_set_->AbortRun();
   }
   if (!services_.link.gate.IsOpen()) {
     // Not the end after all, so what waited for it is still wanted.
-    if (running_ == nullptr && std::exchange(close_after_run_, false))
+    if (running_set_ == nullptr && std::exchange(close_after_run_, false))
       services_.link.gate.Request();
     event->ignore();
     return;
   }
   // For good: a board that comes now, while a box is open too, must not be found and opened again.
-  closed_.emplace(services_.link.gate.Enter());
+  closing_hold_.emplace(services_.link.gate.Enter());
   CloseAllBoards();
   event->accept();
 }

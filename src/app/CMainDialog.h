@@ -103,19 +103,19 @@ class CMainDialog : public QMainWindow {
   MainServices services_;
   CDeviceTreeCtrl* tree_;
   QStackedWidget* pages_;
-  CProblemLine* problem_;
+  CProblemLine* problem_line_;
   CHomePage* home_ = nullptr;
-  QWidget* nothing_ = nullptr;
+  QWidget* empty_page_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
-  QTimer waiting_;               // active while a detection waits for the event loop
-  CPageSet* running_ = nullptr;  // the set whose board is being programmed
-  QList<QAction*> grayed_;       // of the menu, to be enabled again after the run
+  QTimer detection_timer_;           // active while a detection waits for the event loop
+  CPageSet* running_set_ = nullptr;  // the set whose board is being programmed
+  QList<QAction*> grayed_;           // of the menu, to be enabled again after the run
   bool close_after_run_ = false;
   bool initialised_ = false;
-  std::uint64_t reported_ = 0;                // boards, by the last detection
-  std::optional<ExchangeGate::Hold> closed_;  // from the closing of the window on
+  std::uint64_t reported_boards_ = 0;               // by the last detection
+  std::optional<ExchangeGate::Hold> closing_hold_;  // from the closing of the window on
   StartOptions options_;
-  int yes_ = 1;  // what "Auto Update" is when it is switched on
+  int auto_update_when_on_ = 1;  // the number that stands for yes in the profile
 };
 
 }  // namespace quillon

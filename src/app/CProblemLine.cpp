@@ -70,7 +70,7 @@ const char* Outcome(ElevatedEnd end) {
 }
 
 QString TellEnd(const ElevatedResult& result) {
-  const QString outcome = Tr(Outcome(result.end));
+  QString outcome = Tr(Outcome(result.end));
   const bool chosen = result.end == ElevatedEnd::kDone || result.end == ElevatedEnd::kDismissed;
   if (chosen) return outcome;
   const QString said = QString::fromStdString(ShownText(result.said.toStdString()));
