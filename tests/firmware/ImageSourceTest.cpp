@@ -101,12 +101,9 @@ TEST(ImageSource, CutsPiecesIntoRecords) {
   ASSERT_EQ(records.size(), 3U);
   EXPECT_EQ(records[0].length, 59);
   EXPECT_EQ(records[0].Address(), 0x00F0);
-  EXPECT_EQ(records[0].type, 0);
   EXPECT_EQ(records[0].data[58], 58);
-  EXPECT_EQ(records[1].length, 1);
-  EXPECT_EQ(records[1].Address(), 0x012B);
-  EXPECT_EQ(records[1].data[0], 59);
-  EXPECT_EQ(records[2].Address(), 0x8000);
+  EXPECT_EQ(records[1], (KvxRecord{1, 0x2B, 0x01, 0, {59}}));
+  EXPECT_EQ(records[2], (KvxRecord{1, 0x00, 0x80, 0, {0xEE}}));
 
   const auto narrow = std::get<std::vector<KvxRecord>>(SplitIntoRecords(pieces, 56));
   ASSERT_EQ(narrow.size(), 3U);
