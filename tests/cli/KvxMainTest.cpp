@@ -92,11 +92,7 @@ TEST(KvxMain, MakesFilesForTheNodeSystemFromBytes) {
 }
 
 TEST(KvxMain, ChecksSayWhatIsWrong) {
-  struct Case {
-    std::string bytes;
-    const char* problem;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"", "too short"},
       {"\x10", "too short"},
       {Raw("\x00\x08\x00"), "too short"},
@@ -114,10 +110,10 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
        "Records 2 and 1 both have the byte at 0x0101"},
       {Raw("\x00\x08\x30\x01\x00\x39\x00\x00") + std::string(57, 'x'), "only 56 reach a node"},
   };
-  for (const Case& c : cases) {
-    const Ran ran = Kvx({"check", Written("bad.kvx", c.bytes)});
-    EXPECT_EQ(ran.status, 1) << c.problem;
-    EXPECT_THAT(ran.err, HasSubstr(c.problem));
+  for (const auto& [bytes, problem] : cases) {
+    const Ran ran = Kvx({"check", Written("bad.kvx", bytes)});
+    EXPECT_EQ(ran.status, 1) << problem;
+    EXPECT_THAT(ran.err, HasSubstr(problem));
     EXPECT_THAT(ran.err, HasSubstr("bad.kvx: "));
     EXPECT_EQ(ran.out, "");
   }
@@ -159,11 +155,7 @@ TEST(KvxMain, KeepsTheImageAndAFileThatItCannotReplaceWhole) {
 TEST(KvxMain, ExplainsItsCommandLine) {
   EXPECT_EQ(Kvx({"--help"}).status, 0);
   EXPECT_THAT(Kvx({"--help"}).out, HasSubstr("Usage: kvx"));
-  struct Case {
-    std::vector<std::string> arguments;
-    const char* problem;
-  };
-  const Case cases[] = {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{}, "Usage: kvx"},
       {{"burn", "x"}, "no command \"burn\""},
       {{"info"}, "takes one file"},
@@ -183,10 +175,10 @@ TEST(KvxMain, ExplainsItsCommandLine) {
       {{"make", "--device", "0800", "--from", "a", "-o", "b", "--node-version", "0000"},
        "not all of them 0"},
   };
-  for (const Case& c : cases) {
-    const Ran ran = Kvx(c.arguments);
-    EXPECT_EQ(ran.status, 2) << c.problem;
-    EXPECT_THAT(ran.err, HasSubstr(c.problem));
+  for (const auto& [arguments, problem] : cases) {
+    const Ran ran = Kvx(arguments);
+    EXPECT_EQ(ran.status, 2) << problem;
+    EXPECT_THAT(ran.err, HasSubstr(problem));
     EXPECT_EQ(ran.out, "");
   }
 }

@@ -120,16 +120,12 @@ TEST(Detection, OverwritesWhatALibraryLeftInTheProgramsBytes) {
     EXPECT_EQ(table.Record(0).queried_version, 0);
     EXPECT_EQ(table.Record(0).firmware_present, 1);
     EXPECT_EQ(library.asked, type == 2 ? 0 : 1);
-  }
-}
 
-TEST(Detection, AResultOfZeroAddsNothing) {
-  GarbageLibrary library(3, 0);
-  DeviceTable table;
-  const Detected detected = DetectBoards(library, table, 1);
-  EXPECT_EQ(detected.reported, 0U);
-  EXPECT_EQ(table.Count(), 0U);
-  EXPECT_EQ(library.asked, 0);
+    GarbageLibrary none(3, 0);
+    EXPECT_EQ(DetectBoards(none, table, type).reported, 0U) << "a result of 0";
+    EXPECT_EQ(table.Count(), 1U);
+    EXPECT_EQ(none.asked, 0);
+  }
 }
 
 TEST(Detection, TakesNoMoreBoardsThanFit) {

@@ -56,11 +56,7 @@ TEST(IntelHex, KnowsSegmentsAndStartAddresses) {
 }
 
 TEST(IntelHex, SaysWhatIsWrongAndWhere) {
-  struct Case {
-    std::string text;
-    const char* problem;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"", "The end record is missing"},
       {":0100000011EE\n", "The end record is missing"},
       {":0100000011EF\n" + kEnd, "Line 1 has a wrong checksum"},
@@ -84,7 +80,8 @@ TEST(IntelHex, SaysWhatIsWrongAndWhere) {
       {":0100000400FB\n" + kEnd, "Line 1 is an address record without two bytes"},
       {":00000003FD\n" + kEnd, "Line 1 is a start record without four bytes"},
   };
-  for (const Case& c : cases) EXPECT_THAT(ProblemOf(c.text), HasSubstr(c.problem)) << c.text;
+  for (const auto& [text, problem] : cases)
+    EXPECT_THAT(ProblemOf(text), HasSubstr(problem)) << text;
 }
 
 TEST(ImageSource, ABinaryBeginsAtZeroAndEndsWithTheAddresses) {

@@ -160,11 +160,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Conformance, ExplainsItsCommandLine) {
   EXPECT_THAT(Examine({"--help"}).out, HasSubstr("Usage: kvusb-conformance"));
   EXPECT_EQ(Examine({"--help"}).status, kPromisesKept);
-  struct Wrong {
-    std::vector<std::string> arguments;
-    const char* problem;
-  };
-  const Wrong cases[] = {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{}, "Which library?"},
       {{"--fast", "sim"}, "no option \"--fast\""},
       {{"sim", "hid"}, "not \"hid\" too"},
@@ -175,10 +171,10 @@ TEST(Conformance, ExplainsItsCommandLine) {
       {{"sim"}, "/nowhere/libkvusb-sim.so does not exist"},
       {{RIG_FILE}, "cannot be loaded"},
   };
-  for (const Wrong& wrong : cases) {
-    const Ran ran = Examine(wrong.arguments);
-    EXPECT_EQ(ran.status, kNothingExamined) << wrong.problem;
-    EXPECT_THAT(ran.err, HasSubstr(wrong.problem));
+  for (const auto& [arguments, problem] : cases) {
+    const Ran ran = Examine(arguments);
+    EXPECT_EQ(ran.status, kNothingExamined) << problem;
+    EXPECT_THAT(ran.err, HasSubstr(problem));
     EXPECT_THAT(ran.out, Not(HasSubstr("ok")));
   }
 }

@@ -44,10 +44,7 @@ TEST(UsbIpPackets, RequestsAreCutFromAStreamInAnyPieces) {
 }
 
 TEST(UsbIpPackets, NonsenseBreaksTheStreamForGood) {
-  const struct {
-    const char* about;
-    Wire bytes;
-  } cases[] = {
+  const std::pair<const char*, Wire> cases[] = {
       {"no command", Wire(48, 0)},
       {"an answer", AnswerBytes(1, 0, 0)},
       {"text", Wire(48, 'x')},
