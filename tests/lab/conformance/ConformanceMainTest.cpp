@@ -71,10 +71,6 @@ class OverSimulatedBoards : public ::testing::Test {
     setenv("QUILLON_SIM_RIG", RIG_FILE, 1);
     setenv("QUILLON_SIM_LATENCY_US", "0", 1);
   }
-  ~OverSimulatedBoards() override {
-    unsetenv("QUILLON_SIM_RIG");
-    unsetenv("QUILLON_SIM_LATENCY_US");
-  }
 };
 
 TEST_F(OverSimulatedBoards, EveryPromiseIsKept) {
