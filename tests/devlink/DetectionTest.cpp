@@ -63,11 +63,12 @@ class GarbageLibrary : public NoLibrary {
   std::int32_t DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                          std::uint32_t /*type*/) override {
     std::memset(free.data(), 0xEE, free.size_bytes());
+    first_ = free.data();
     count = reported_;
     return result_;
   }
-  Problem DescribeProblem(const DeviceRecord* /*record*/) override {
-    return {KVUSB_PROBLEM_PERMISSION, std::to_string(++described_)};
+  Problem DescribeProblem(const DeviceRecord* record) override {
+    return {KVUSB_PROBLEM_PERMISSION, std::to_string(record - first_)};
   }
   std::int32_t WriteData(DeviceRecord& record,
                          std::span<std::uint8_t, KVUSB_PACKET_BYTES> /*packet*/) override {
@@ -82,15 +83,15 @@ class GarbageLibrary : public NoLibrary {
  private:
   std::uint32_t reported_;
   std::int32_t result_;
-  int described_ = 0;
+  const DeviceRecord* first_ = nullptr;
 };
 
 TEST(Detection, KeepsWhatIsWrongWithABoardUntilTheNextOne) {
   GarbageLibrary library(2);
   DeviceTable table;
   DetectBoards(library, table, 2);
-  EXPECT_EQ(table.ProblemOf(0), (Problem{KVUSB_PROBLEM_PERMISSION, "1"}));
-  EXPECT_EQ(table.ProblemOf(1), (Problem{KVUSB_PROBLEM_PERMISSION, "2"}));
+  EXPECT_EQ(table.ProblemOf(0), (Problem{KVUSB_PROBLEM_PERMISSION, "0"}));
+  EXPECT_EQ(table.ProblemOf(1), (Problem{KVUSB_PROBLEM_PERMISSION, "1"}));
   table.Clear();
   EXPECT_EQ(table.ProblemOf(1), Problem());
 }
