@@ -47,10 +47,7 @@ TEST(UdevRule, IsTheOneFoundFirstInTheOrderOfUdev) {
 }
 
 TEST(UdevRule, IsJudgedByTheVersionInItsFirstLine) {
-  const struct {
-    const char* text;
-    RuleState state;
-  } cases[]{
+  const std::pair<const char*, RuleState> cases[]{
       {"# Quillon udev rule, version 1\nand whatever follows", RuleState::kCurrent},
       {"# Quillon udev rule, version 99999\n", RuleState::kCurrent},
       {"# Quillon udev rule, version 0", RuleState::kOutdated},
@@ -60,10 +57,10 @@ TEST(UdevRule, IsJudgedByTheVersionInItsFirstLine) {
       {"\n# Quillon udev rule, version 1\n", RuleState::kOutdated},
       {"SUBSYSTEM==\"hidraw\", MODE=\"0666\"\n", RuleState::kOutdated},
   };
-  for (const auto& c : cases) {
-    SCOPED_TRACE(c.text);
-    Write(kEtc, c.text);
-    ExpectFound(c.state, kEtc);
+  for (const auto& [text, state] : cases) {
+    SCOPED_TRACE(text);
+    Write(kEtc, text);
+    ExpectFound(state, kEtc);
   }
 }
 

@@ -46,6 +46,14 @@ Ran Kvx(const std::vector<std::string>& arguments) {
   return {status, out.str(), err.str()};
 }
 
+// `made` is a path; `more` are further words of the command line.
+Ran Make(const std::string& device, const std::string& image, const std::string& made,
+         const std::vector<std::string>& more = {}) {
+  std::vector<std::string> words{"make", "--device", device, "--from", image, "-o", made};
+  words.insert(words.end(), more.begin(), more.end());
+  return Kvx(words);
+}
+
 const std::string kHex =
     ":0400000002820304"
     "71\n"
@@ -53,9 +61,7 @@ const std::string kHex =
     ":00000001FF\n";
 
 TEST(KvxMain, MakesAFileFromIntelHex) {
-  const Ran ran = Kvx(
-      {"make", "--device", "0910", "--from", Written("image.HEX", kHex), "-o", PathOf("made.kvx")});
-  EXPECT_EQ(ran.status, 0) << ran.err;
+  EXPECT_EQ(Make("0910", Written("image.HEX", kHex), PathOf("made.kvx")).status, 0);
   EXPECT_EQ(Contents("made.kvx"), Raw("\x10\x09"
                                       "\x00\x04\x00\x00\x02\x82\x03\x04"
                                       "\x00\x01\x01\x00\xAA"
@@ -73,17 +79,12 @@ TEST(KvxMain, MakesAFileFromIntelHex) {
 
 TEST(KvxMain, MakesFilesForTheNodeSystemFromBytes) {
   const std::string image = Written("image.bin", std::string(57, 'x'));
-  EXPECT_EQ(
-      Kvx({"make", "--device", "0800", "--core", "--from", image, "-o", PathOf("core.kvx")}).status,
-      0);
+  EXPECT_EQ(Make("0800", image, PathOf("core.kvx"), {"--core"}).status, 0);
   EXPECT_EQ(Contents("core.kvx"),
             Raw("\x00\x08\x00\x00\x00\x39\x00\x00") + std::string(57, 'x') + "\x01");
   EXPECT_THAT(Kvx({"info", PathOf("core.kvx")}).out, HasSubstr("node I/O system (core)\n"));
 
-  EXPECT_EQ(Kvx({"make", "--device", "1200", "--node-version", "0130", "--from", image, "-o",
-                 PathOf("nodes.kvx")})
-                .status,
-            0);
+  EXPECT_EQ(Make("1200", image, PathOf("nodes.kvx"), {"--node-version", "0130"}).status, 0);
   EXPECT_EQ(Contents("nodes.kvx"), Raw("\x00\x12\x30\x01\x00\x38\x00\x00") + std::string(56, 'x') +
                                        Raw("\x00\x01\x00\x38x\x01"))
       << "no more than 56 bytes of a record reach a node";
@@ -91,11 +92,7 @@ TEST(KvxMain, MakesFilesForTheNodeSystemFromBytes) {
 }
 
 TEST(KvxMain, ChecksSayWhatIsWrong) {
-  struct Case {
-    std::string bytes;
-    const char* problem;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"", "too short"},
       {"\x10", "too short"},
       {Raw("\x00\x08\x00"), "too short"},
@@ -113,10 +110,10 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
        "Records 2 and 1 both have the byte at 0x0101"},
       {Raw("\x00\x08\x30\x01\x00\x39\x00\x00") + std::string(57, 'x'), "only 56 reach a node"},
   };
-  for (const Case& c : cases) {
-    const Ran ran = Kvx({"check", Written("bad.kvx", c.bytes)});
-    EXPECT_EQ(ran.status, 1) << c.problem;
-    EXPECT_THAT(ran.err, HasSubstr(c.problem));
+  for (const auto& [bytes, problem] : cases) {
+    const Ran ran = Kvx({"check", Written("bad.kvx", bytes)});
+    EXPECT_EQ(ran.status, 1) << problem;
+    EXPECT_THAT(ran.err, HasSubstr(problem));
     EXPECT_THAT(ran.err, HasSubstr("bad.kvx: "));
     EXPECT_EQ(ran.out, "");
   }
@@ -126,46 +123,39 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
 }
 
 TEST(KvxMain, MakesNothingOfABadImage) {
-  const auto make = [](const std::string& from, const std::string& to) {
-    return Kvx({"make", "--device", "0910", "--from", from, "-o", to});
+  const std::pair<std::string, const char*> bad[] = {
+      {Written("bad.hex", ":00000001FE\n"), "bad.hex: Line 1"},
+      {Written("none.hex", ":00000001FF\n"), "holds no data"},
+      {Written("big.bin", std::string(65537, 'x')), "65536"},
+      {Written("huge.hex", std::string(5'000'000, ':')), "is larger than"},
+      {Written("void.bin", ""), "It is empty."},
+      {Written("image.elf", "x"), "ends neither"},
+      {PathOf("missing.bin"), ": It cannot be opened: No"},
   };
-  const std::string to = PathOf("never.kvx");
-  EXPECT_THAT(make(Written("bad.hex", ":00000001FE\n"), to).err, HasSubstr("bad.hex: Line 1"));
-  EXPECT_THAT(make(Written("none.hex", ":00000001FF\n"), to).err, HasSubstr("holds no data"));
-  EXPECT_THAT(make(Written("big.bin", std::string(65537, 'x')), to).err, HasSubstr("65536"));
-  EXPECT_THAT(make(Written("huge.hex", std::string(5'000'000, ':')), to).err,
-              HasSubstr("is larger than"));
-  EXPECT_THAT(make(Written("void.bin", ""), to).err, HasSubstr("It is empty."));
-  EXPECT_THAT(make(Written("image.elf", "x"), to).err, HasSubstr("ends neither"));
-  EXPECT_THAT(make(PathOf("missing.bin"), to).err, HasSubstr(": It cannot be opened: No"));
-  EXPECT_FALSE(std::filesystem::exists(to));
-  EXPECT_EQ(make(Written("good.hex", kHex), PathOf("no/such/folder.kvx")).status, 1);
+  for (const auto& [image, problem] : bad)
+    EXPECT_THAT(Make("0910", image, PathOf("never.kvx")).err, HasSubstr(problem));
+  EXPECT_FALSE(std::filesystem::exists(PathOf("never.kvx")));
+  EXPECT_EQ(Make("0910", Written("good.hex", kHex), PathOf("no/such/folder.kvx")).status, 1);
 }
 
 TEST(KvxMain, KeepsTheImageAndAFileThatItCannotReplaceWhole) {
   const std::string image = Written("image.hex", kHex);
   std::filesystem::create_symlink(image, PathOf("link.kvx"));
   std::filesystem::create_hard_link(image, PathOf("twin.kvx"));
-  const auto make = [&](const std::string& to) {
-    return Kvx({"make", "--device", "0910", "--from", image, "-o", to});
-  };
   for (const char* name : {"image.hex", "link.kvx", "twin.kvx"}) {
-    EXPECT_THAT(make(PathOf(name)).err, HasSubstr("It is the image itself")) << name;
+    EXPECT_THAT(Make("0910", image, PathOf(name)).err, HasSubstr("It is the image itself")) << name;
     EXPECT_EQ(Contents(name), kHex);
   }
   // So long a name leaves no room for the temporary file's.
-  EXPECT_THAT(make(Written(std::string(250, 'x'), "old")).err, HasSubstr("cannot be written: "));
+  EXPECT_THAT(Make("0910", image, Written(std::string(250, 'x'), "old")).err,
+              HasSubstr("cannot be written: "));
   EXPECT_EQ(Contents(std::string(250, 'x')), "old");
 }
 
 TEST(KvxMain, ExplainsItsCommandLine) {
   EXPECT_EQ(Kvx({"--help"}).status, 0);
   EXPECT_THAT(Kvx({"--help"}).out, HasSubstr("Usage: kvx"));
-  struct Case {
-    std::vector<std::string> arguments;
-    const char* problem;
-  };
-  const Case cases[] = {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{}, "Usage: kvx"},
       {{"burn"}, "not expected: burn"},
       {{"--"}, "A command is required"},
@@ -187,10 +177,10 @@ TEST(KvxMain, ExplainsItsCommandLine) {
       {{"make", "--device", "0800", "--from", "a", "-o", "b", "--node-version", "0000"},
        "not all 0"},
   };
-  for (const Case& c : cases) {
-    const Ran ran = Kvx(c.arguments);
-    EXPECT_EQ(ran.status, 2) << c.problem;
-    EXPECT_THAT(ran.err, HasSubstr(c.problem));
+  for (const auto& [arguments, problem] : cases) {
+    const Ran ran = Kvx(arguments);
+    EXPECT_EQ(ran.status, 2) << problem;
+    EXPECT_THAT(ran.err, HasSubstr(problem));
     EXPECT_EQ(ran.out, "");
   }
 }

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <fstream>
 
 #include "devlink/LoadedLibrary.h"
@@ -52,12 +53,9 @@ TEST(LoadedLibrary, FourFunctionsAreEnough) {
   EXPECT_EQ(library->WriteData(table[1], packet), KVUSB_WRITE_FAILED) << "the other record";
   EXPECT_EQ(library->ReadData(table[1], packet), KVUSB_READ_TIMEOUT);
   EXPECT_EQ(library->ReadData(table[0], packet), KVUSB_OK);
-  HidPacket answer{0xAB};
-  answer[59] = 9;
-  answer[60] = 4;
-  answer[61] = 3;
-  answer[62] = 2;
-  answer[63] = 1;
+  HidPacket answer{0, 1, 2, 3, 4, 9};
+  answer[64] = 0xAB;
+  std::ranges::reverse(answer);
   answer[64] = 0xAB;
   EXPECT_EQ(packet, answer);
 

@@ -56,11 +56,7 @@ TEST(IntelHex, KnowsSegmentsAndStartAddresses) {
 }
 
 TEST(IntelHex, SaysWhatIsWrongAndWhere) {
-  struct Case {
-    std::string text;
-    const char* problem;
-  };
-  const Case cases[] = {
+  const std::pair<std::string, const char*> cases[] = {
       {"", "The end record is missing"},
       {":0100000011EE\n", "The end record is missing"},
       {":0100000011EF\n" + kEnd, "Line 1 has a wrong checksum"},
@@ -84,7 +80,8 @@ TEST(IntelHex, SaysWhatIsWrongAndWhere) {
       {":0100000400FB\n" + kEnd, "Line 1 is an address record without two bytes"},
       {":00000003FD\n" + kEnd, "Line 1 is a start record without four bytes"},
   };
-  for (const Case& c : cases) EXPECT_THAT(ProblemOf(c.text), HasSubstr(c.problem)) << c.text;
+  for (const auto& [text, problem] : cases)
+    EXPECT_THAT(ProblemOf(text), HasSubstr(problem)) << text;
 }
 
 TEST(ImageSource, ABinaryBeginsAtZeroAndEndsWithTheAddresses) {
@@ -101,12 +98,9 @@ TEST(ImageSource, CutsPiecesIntoRecords) {
   ASSERT_EQ(records.size(), 3U);
   EXPECT_EQ(records[0].length, 59);
   EXPECT_EQ(records[0].Address(), 0x00F0);
-  EXPECT_EQ(records[0].type, 0);
   EXPECT_EQ(records[0].data[58], 58);
-  EXPECT_EQ(records[1].length, 1);
-  EXPECT_EQ(records[1].Address(), 0x012B);
-  EXPECT_EQ(records[1].data[0], 59);
-  EXPECT_EQ(records[2].Address(), 0x8000);
+  EXPECT_EQ(records[1], (KvxRecord{1, 0x2B, 0x01, 0, {59}}));
+  EXPECT_EQ(records[2], (KvxRecord{1, 0x00, 0x80, 0, {0xEE}}));
 
   const auto narrow = std::get<std::vector<KvxRecord>>(SplitIntoRecords(pieces, 56));
   ASSERT_EQ(narrow.size(), 3U);

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <tuple>
 
 #include "firmware/KvxImage.h"
 
@@ -55,18 +56,10 @@ TEST(KvxImage, ReadsItsRecordsAndWritesThemAgain) {
   EXPECT_FALSE(image.cut_at_end);
   ASSERT_EQ(image.records.size(), 3U);
 
-  KvxRecord expected{};
-  expected.length = 3;
-  expected.address_low = 0x34;
-  expected.address_high = 0x12;
-  expected.data[0] = 0xAA;
-  expected.data[1] = 0xBB;
-  expected.data[2] = 0xCC;
-  EXPECT_EQ(image.records[0], expected) << "with zeros behind the data";
+  EXPECT_EQ(image.records[0], (KvxRecord{3, 0x34, 0x12, 0, {0xAA, 0xBB, 0xCC}}))
+      << "with zeros behind the data";
   EXPECT_EQ(image.records[0].Address(), 0x1234);
-  EXPECT_EQ(image.records[1].type, 0x42);
-  EXPECT_EQ(image.records[1].length, 0);
-  EXPECT_EQ(image.records[1].Address(), 0xFFFE);
+  EXPECT_EQ(image.records[1], (KvxRecord{0, 0xFE, 0xFF, 0x42, {}}));
   EXPECT_EQ(image.records[2].length, 59);
   EXPECT_EQ(image.records[2].data[58], 0x77);
 
@@ -76,18 +69,17 @@ TEST(KvxImage, ReadsItsRecordsAndWritesThemAgain) {
 TEST(KvxImage, TheNodeSystemsFilesHaveOneWordMore) {
   const Bytes core = Joined({0x00, 0x08, 0x00, 0x00}, kThree);
   const Bytes nodes = Joined({0x00, 0x08, 0x31, 0x01}, kThree);
-  EXPECT_EQ(ImageOf(core, KvxFileKind::kCore).node_version, 0);
-  EXPECT_EQ(ImageOf(nodes, KvxFileKind::kNode).node_version, 0x0131);
-  EXPECT_EQ(ImageOf(core, KvxFileKind::kCore).records.size(), 3U);
-  EXPECT_EQ(ImageOf(nodes, KvxFileKind::kNode).records.size(), 3U);
-  EXPECT_EQ(WriteKvx(ImageOf(core, KvxFileKind::kCore)), core);
-  EXPECT_EQ(WriteKvx(ImageOf(nodes, KvxFileKind::kNode)), nodes);
-
+  const std::tuple<Bytes, KvxFileKind, int> files[] = {{core, KvxFileKind::kCore, 0},
+                                                       {nodes, KvxFileKind::kNode, 0x0131}};
+  for (const auto& [file, kind, version] : files) {
+    EXPECT_EQ(ImageOf(file, kind).node_version, version);
+    EXPECT_EQ(ImageOf(file, kind).records.size(), 3U);
+    EXPECT_EQ(WriteKvx(ImageOf(file, kind)), file);
+    EXPECT_EQ(KvxKindOf(file), kind);
+  }
   EXPECT_EQ(ProblemOf(nodes, KvxFileKind::kCore), (KvxProblem{Reason::kNodeFile, 0x0131}));
   EXPECT_EQ(ProblemOf(core, KvxFileKind::kNode), (KvxProblem{Reason::kCoreFile}));
 
-  EXPECT_EQ(KvxKindOf(core), KvxFileKind::kCore);
-  EXPECT_EQ(KvxKindOf(nodes), KvxFileKind::kNode);
   EXPECT_EQ(KvxKindOf(Bytes{0x00, 0x12, 0x00, 0x01}), KvxFileKind::kNode) << "the second product";
   EXPECT_EQ(KvxKindOf(Bytes{0x00, 0x08, 0x31}), KvxFileKind::kCore);
   EXPECT_EQ(KvxKindOf(Joined({0x10, 0x09}, kThree)), KvxFileKind::kPlain);

@@ -16,21 +16,17 @@ TEST(SerialNumber, IsRefusedWithoutACommandUnlessItHasThreeDigits) {
 }
 
 TEST(SerialNumber, IsSetByAnEchoAndByAFailedExchange) {
-  struct Case {
-    const char* transcript;
-    SerialResult result;
-  };
-  const Case cases[] = {
+  const std::pair<const char*, SerialResult> cases[] = {
       {"write 0 -> 0 : 00 00 00 00 07 00 30 34 32 *\nread 0 -> 0 : 07 *", SerialResult::kSet},
       {"write 0 -> 0 : 00 00 00 00 07 00 30 34 32 *\nread 0 -> 0 : ee *", SerialResult::kRefused},
       // Intended: whoever makes a lost answer a failure tells users of failures that are none.
       {"write 0 -> 0 : 00 00 00 00 07 00 30 34 32 *\nread 0 -> 4", SerialResult::kSet},
       {"write 0 -> 1 : 00 00 00 00 07 00 30 34 32 *", SerialResult::kSet},
   };
-  for (const Case& c : cases) {
-    testing::TranscriptLibrary library(c.transcript);
+  for (const auto& [transcript, result] : cases) {
+    testing::TranscriptLibrary library(transcript);
     DeviceRecord board{};
-    EXPECT_EQ(SetSerial(library, board, "0427"), c.result) << c.transcript;
+    EXPECT_EQ(SetSerial(library, board, "0427"), result) << transcript;
   }
 }
 

@@ -13,23 +13,51 @@
 
 namespace quillon::testing {
 
+using Bytes = std::vector<std::uint8_t>;
+
 struct DrawnField {
   char letter;
   Field field;
 };
 
 template <typename Block>
-std::vector<std::uint8_t> WireOf(const Block& block) {
-  std::vector<std::uint8_t> wire(Block::kSize);
+Bytes WireOf(const Block& block) {
+  Bytes wire(Block::kSize);
   block.Write(std::span<std::uint8_t, Block::kSize>(wire));
   return wire;
 }
 
 template <typename Block>
-Block BlockOf(const std::vector<std::uint8_t>& wire) {
+Block BlockOf(const Bytes& wire) {
   Block block;
   block.Read(std::span<const std::uint8_t, Block::kSize>(wire));
   return block;
+}
+
+// A record's fields by their letters, as "o1 f10".
+template <typename Block>
+std::string FieldsOf(const Block& block, std::size_t record,
+                     const std::vector<DrawnField>& fields) {
+  std::string shown;
+  for (const auto& [letter, field] : fields)
+    shown += (shown.empty() ? "" : " ") + (letter + std::to_string(block.Get(record, field)));
+  return shown;
+}
+
+// Sets a field to more than it holds and to nothing: its own bits change and no other.
+template <typename Block>
+void ExpectChangesItsOwnBits(std::string bits, const DrawnField& drawn) {
+  for (char& bit : bits) bit = bit == drawn.letter ? bit : '_';
+  bits.resize(Block::kSize * 8, '_');
+  for (const unsigned before : {0x00U, 0xFFU}) {
+    auto block = BlockOf<Block>(Bytes(Block::kSize, static_cast<std::uint8_t>(before)));
+    block.Set(0, drawn.field, before == 0 ? 0xFFFFFFFFU : 0U);
+    std::string changed;
+    for (const std::uint8_t byte : WireOf(block))
+      for (unsigned bit = 8; bit-- > 0;)
+        changed += ((byte ^ before) >> bit & 1) != 0 ? drawn.letter : '_';
+    EXPECT_EQ(changed, bits);
+  }
 }
 
 // Walks one bit through every record of a block. `drawing` has the bytes of a record one behind the
@@ -40,13 +68,14 @@ void ExpectLayout(std::string_view drawing, const std::vector<DrawnField>& field
   std::string bits(drawing);
   std::erase(bits, ' ');
   ASSERT_EQ(bits.size(), Block::kRecordBytes * 8);
+  for (const DrawnField& drawn : fields) ExpectChangesItsOwnBits<Block>(bits, drawn);
   for (std::size_t at = 0; at < Block::kSize * 8; ++at) {
     const std::size_t record = at / 8 / Block::kRecordBytes;
     const std::size_t byte = at / 8 % Block::kRecordBytes;
     const std::size_t bit = at % 8;
     SCOPED_TRACE("record " + std::to_string(record) + ", byte " + std::to_string(byte) + ", bit " +
                  std::to_string(bit));
-    std::vector<std::uint8_t> wire(Block::kSize);
+    Bytes wire(Block::kSize);
     wire[at / 8] = static_cast<std::uint8_t>(1U << bit);
     auto block = BlockOf<Block>(wire);
     EXPECT_EQ(WireOf(block), wire);

@@ -4,18 +4,17 @@
 
 namespace quillon::testing {
 
+const std::vector<DrawnField> kDigital{{'m', digital::kMode},       {'i', digital::kInvert},
+                                       {'M', digital::kMaster},     {'o', digital::kOn},
+                                       {'p', digital::kPulseWidth}, {'e', digital::kEncoder}};
+
 TEST(DigitalBlock, HasEveryFieldInItsPlace) {
-  ExpectLayout<digital::Block>("mmmm_iMo pppppppp ____eeee", {{'o', digital::kOn},
-                                                              {'M', digital::kMaster},
-                                                              {'i', digital::kInvert},
-                                                              {'m', digital::kMode},
-                                                              {'p', digital::kPulseWidth},
-                                                              {'e', digital::kEncoder}});
+  ExpectLayout<digital::Block>("mmmm_iMo pppppppp ____eeee", kDigital);
   ExpectLayout<digital::ScanMatrixByte>("_______s", {{'s', digital::kScanMatrix}});
 }
 
 TEST(DigitalBlock, TravelsAsTheBoardHoldsIt) {
-  std::vector<std::uint8_t> wire(48);
+  Bytes wire(48);
   wire[0] = 0x27;   // pulse, invert, master, on
   wire[1] = 0xFF;   // 2550 ms
   wire[2] = 0x00;   // no encoder
@@ -23,16 +22,8 @@ TEST(DigitalBlock, TravelsAsTheBoardHoldsIt) {
   wire[46] = 0x19;  // 250 ms
   wire[47] = 0xA3;  // bits that are kept, GRAY 4X
   auto block = BlockOf<digital::Block>(wire);
-  EXPECT_EQ(block.Get(0, digital::kMode), 2U);
-  EXPECT_EQ(block.Get(0, digital::kInvert), 1U);
-  EXPECT_EQ(block.Get(0, digital::kMaster), 1U);
-  EXPECT_EQ(block.Get(0, digital::kOn), 1U);
-  EXPECT_EQ(block.Get(0, digital::kPulseWidth), 255U);
-  EXPECT_EQ(block.Get(0, digital::kEncoder), 0U);
-  EXPECT_EQ(block.Get(15, digital::kMode), 4U);
-  EXPECT_EQ(block.Get(15, digital::kMaster), 0U);
-  EXPECT_EQ(block.Get(15, digital::kPulseWidth), 25U);
-  EXPECT_EQ(block.Get(15, digital::kEncoder), 3U);
+  EXPECT_EQ(FieldsOf(block, 0, kDigital), "m2 i1 M1 o1 p255 e0");
+  EXPECT_EQ(FieldsOf(block, 15, kDigital), "m4 i0 M0 o1 p25 e3");
 
   block.Set(15, digital::kOn, 0);
   block.Set(15, digital::kMaster, 1);

@@ -4,35 +4,31 @@
 
 namespace quillon::testing {
 
+// The record of a HAT, whose four channels begin with `first`.
+std::vector<DrawnField> HatFields(unsigned first) {
+  return {{'m', hat::kMode},
+          {'o', hat::kOn},
+          {'4', hat::Damping(first + 3)},
+          {'3', hat::Damping(first + 2)},
+          {'2', hat::Damping(first + 1)},
+          {'1', hat::Damping(first)}};
+}
+
 TEST(HatBlock, HasEveryFieldInItsPlace) {
-  const std::vector<DrawnField> hat1{{'o', hat::kOn},        {'m', hat::kMode},
-                                     {'1', hat::Damping(0)}, {'2', hat::Damping(1)},
-                                     {'3', hat::Damping(2)}, {'4', hat::Damping(3)}};
-  ExpectLayout<hat::Block>("____mmmo 44332211", hat1);
-  ExpectLayout<hat::Block>("____mmmo 88776655", {{'o', hat::kOn},
-                                                 {'m', hat::kMode},
-                                                 {'5', hat::Damping(4)},
-                                                 {'6', hat::Damping(5)},
-                                                 {'7', hat::Damping(6)},
-                                                 {'8', hat::Damping(7)}});
+  for (const unsigned first : {0U, 4U})
+    ExpectLayout<hat::Block>("____mmmo 44332211", HatFields(first));
 }
 
 TEST(HatBlock, TravelsAsTheBoardHoldsIt) {
-  std::vector<std::uint8_t> wire{
+  Bytes wire{
       0xAB,  // HAT 1: bits that are kept, code 5, on
       0xE4,  // channels 4 to 1: HI, MID, LO, OFF
       0x58,  // HAT 2: bits that are kept, code 4, off
       0x1B,  // channels 8 to 5: OFF, LO, MID, HI
   };
   auto block = BlockOf<hat::Block>(wire);
-  EXPECT_EQ(block.Get(0, hat::kMode), 5U);
-  EXPECT_EQ(block.Get(0, hat::kOn), 1U);
-  EXPECT_EQ(block.Get(0, hat::Damping(0)), 0U);
-  EXPECT_EQ(block.Get(0, hat::Damping(3)), 3U);
-  EXPECT_EQ(block.Get(1, hat::kMode), 4U);
-  EXPECT_EQ(block.Get(1, hat::kOn), 0U);
-  EXPECT_EQ(block.Get(1, hat::Damping(4)), 3U);
-  EXPECT_EQ(block.Get(1, hat::Damping(7)), 0U);
+  EXPECT_EQ(FieldsOf(block, 0, HatFields(0)), "m5 o1 43 32 21 10");
+  EXPECT_EQ(FieldsOf(block, 1, HatFields(4)), "m4 o0 40 31 22 13");
 
   block.Set(0, hat::kMode, 3);
   block.Set(1, hat::kOn, 1);

@@ -6,26 +6,19 @@
 
 namespace quillon::testing {
 
+const std::vector<DrawnField> kTweak{{'c', tweak::kCombine},  {'k', tweak::kCalibrate},
+                                     {'a', tweak::kActive},   {'i', tweak::kTrimMin},
+                                     {'d', tweak::kDeadzone}, {'x', tweak::kTrimMax}};
+
 TEST(TweakBlock, HasEveryFieldInItsPlace) {
-  ExpectLayout<tweak::Block>("___cccka iiiiiiii dddddddd xxxxxxxx", {{'a', tweak::kActive},
-                                                                     {'k', tweak::kCalibrate},
-                                                                     {'c', tweak::kCombine},
-                                                                     {'i', tweak::kTrimMin},
-                                                                     {'d', tweak::kDeadzone},
-                                                                     {'x', tweak::kTrimMax}});
+  ExpectLayout<tweak::Block>("___cccka iiiiiiii dddddddd xxxxxxxx", kTweak);
 }
 
 TEST(TweakBlock, KeepsTheBitsThatNobodyEdits) {
-  std::array<std::uint8_t, 32> wire;
-  wire.fill(0xFF);
-  tweak::Block block;
-  block.Read(wire);
-  for (const Field field : {tweak::kActive, tweak::kCalibrate, tweak::kCombine, tweak::kTrimMin,
-                            tweak::kDeadzone, tweak::kTrimMax}) {
-    block.Set(7, field, 0);
-  }
+  auto block = BlockOf<tweak::Block>(Bytes(32, 0xFF));
+  for (const DrawnField& drawn : kTweak) block.Set(7, drawn.field, 0);
   block.Set(6, tweak::kCombine, 5);
-  block.Write(wire);
+  const auto wire = WireOf(block);
   EXPECT_THAT(std::span(wire).last(8),
               ::testing::ElementsAre(/* S1 combined with Rz */ 0xF7, 0xFF, 0xFF, 0xFF,
                                      /* S2 */ 0xE0, 0x00, 0x00, 0x00));

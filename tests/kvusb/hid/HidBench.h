@@ -16,6 +16,10 @@ namespace quillon::testing {
 using Bytes = std::vector<std::uint8_t>;
 
 inline const std::string kJoystick = R"("product": "0x0910", "firmware": "2.82")";
+inline const std::string kOneBoard = "{\"id\": \"a\", " + kJoystick + "}";
+inline const std::string kTwoBoards = kOneBoard + ", {\"id\": \"b\", " + kJoystick + "}";
+
+inline const Bytes kReadHat = {0, 0, 0, 0, 0x13}, kReadAnalog = {0, 0, 0, 0, 0x11};
 
 inline sim::Rig RigOf(const std::string& boards) {
   auto rig = sim::ParseRig(R"({"boards": [)" + boards + "]}");
@@ -53,15 +57,18 @@ class HidBench {
 
   std::int32_t Close() { return hid.CloseDevices(std::span(table).first(count)); }
 
-  // Sends the bytes, zeros behind them, and gives the first `wanted` bytes of the answer; none when
-  // the write or the read failed.
-  Bytes Ask(Bytes packet, std::size_t wanted = 1, std::size_t board = 0) {
+  // Sends the bytes, zeros behind them; Read() puts the answer over them.
+  std::int32_t Write(const Bytes& request, std::size_t board = 0) {
+    packet = request;
     packet.resize(KVUSB_PACKET_BYTES);
-    wrote = hid.WriteData(table[board], PacketSpan(packet));
-    read = wrote == KVUSB_OK ? hid.ReadData(table[board], PacketSpan(packet)) : -1;
-    if (wrote != KVUSB_OK || read != KVUSB_OK) return {};
-    packet.resize(wanted);
-    return packet;
+    return wrote = hid.WriteData(table[board], PacketSpan(packet));
+  }
+  std::int32_t Read(std::size_t board = 0) { return read = hid.ReadData(table[board], PacketSpan(packet)); }
+
+  // The first `wanted` bytes of the answer; none when the write or the read failed.
+  Bytes Ask(const Bytes& request, std::size_t wanted = 1, std::size_t board = 0) {
+    if (Write(request, board) != KVUSB_OK || Read(board) != KVUSB_OK) return {};
+    return {packet.begin(), packet.begin() + static_cast<std::ptrdiff_t>(wanted)};
   }
 
   EmulatedKernel kernel;
@@ -69,6 +76,7 @@ class HidBench {
   std::vector<DeviceRecord> table;
   std::vector<std::uint32_t> types;
   std::size_t count = 0;
+  Bytes packet;
   std::int32_t wrote = -1, read = -1;
 };
 

@@ -71,10 +71,6 @@ class OverSimulatedBoards : public ::testing::Test {
     setenv("QUILLON_SIM_RIG", RIG_FILE, 1);
     setenv("QUILLON_SIM_LATENCY_US", "0", 1);
   }
-  ~OverSimulatedBoards() override {
-    unsetenv("QUILLON_SIM_RIG");
-    unsetenv("QUILLON_SIM_LATENCY_US");
-  }
 };
 
 TEST_F(OverSimulatedBoards, EveryPromiseIsKept) {
@@ -160,11 +156,7 @@ INSTANTIATE_TEST_SUITE_P(
 TEST(Conformance, ExplainsItsCommandLine) {
   EXPECT_THAT(Examine({"--help"}).out, HasSubstr("Usage: kvusb-conformance"));
   EXPECT_EQ(Examine({"--help"}).status, kPromisesKept);
-  struct Wrong {
-    std::vector<std::string> arguments;
-    const char* problem;
-  };
-  const Wrong cases[] = {
+  const std::pair<std::vector<std::string>, const char*> cases[] = {
       {{}, "LIBRARY is required"},
       {{"--fast", "sim"}, "not expected: --fast"},
       {{"sim", "hid"}, "not expected: hid"},
@@ -175,10 +167,10 @@ TEST(Conformance, ExplainsItsCommandLine) {
       {{"sim"}, "/nowhere/libkvusb-sim.so does not exist"},
       {{RIG_FILE}, "cannot be loaded"},
   };
-  for (const Wrong& wrong : cases) {
-    const Ran ran = Examine(wrong.arguments);
-    EXPECT_EQ(ran.status, kNothingExamined) << wrong.problem;
-    EXPECT_THAT(ran.err, HasSubstr(wrong.problem));
+  for (const auto& [arguments, problem] : cases) {
+    const Ran ran = Examine(arguments);
+    EXPECT_EQ(ran.status, kNothingExamined) << problem;
+    EXPECT_THAT(ran.err, HasSubstr(problem));
     EXPECT_THAT(ran.out, Not(HasSubstr("ok")));
   }
 }

@@ -3,12 +3,11 @@
 #include <gmock/gmock.h>
 
 #include <cstdlib>
-#include <filesystem>
 #include <fstream>
-#include <string>
-#include <vector>
 
-#include "kvusb/kvusb.h"
+#include "devlink/HidPacket.h"
+#include "devlink/LoadedLibrary.h"
+#include "devlink/SharedObject.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::sim {
@@ -21,97 +20,35 @@ using ::testing::HasSubstr;
 class SimLibrary : public ::testing::Test {
  protected:
   SimLibrary() { setenv("QUILLON_SIM_LATENCY_US", "0", 1); }
-  ~SimLibrary() override { Unload(); }
 
-  void Load() {
-    library_ = dlopen(KVUSB_SIM_FILE, RTLD_NOW | RTLD_LOCAL);
-    ASSERT_NE(library_, nullptr) << dlerror();
-    Bind(detect_, "DetectHID");
-    Bind(write_, "WriteData");
-    Bind(read_, "ReadData");
-    Bind(close_, "CloseDevices");
-    Bind(set_handler_, "SetDeviceChangeHandler");
-    Bind(describe_, "DescribeProblem");
+  void Load() { library_ = std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(KVUSB_SIM_FILE)); }
+
+  // The answer of the first board to the packet.
+  HidPacket Ask(HidPacket packet) {
+    std::uint32_t count = 0;
+    EXPECT_NE(library_->DetectHID(count, table_, KVUSB_TYPE_FIRMWARE), 0);
+    EXPECT_EQ(library_->WriteData(table_[0], packet), KVUSB_OK);
+    EXPECT_EQ(library_->ReadData(table_[0], packet), KVUSB_OK);
+    return packet;
   }
 
-  void Unload() {
-    if (library_ != nullptr) dlclose(library_);
-    library_ = nullptr;
-  }
-
-  template <typename Function>
-  void Bind(Function& function, const char* name) {
-    function = reinterpret_cast<Function>(dlsym(library_, name));
-    ASSERT_NE(function, nullptr) << name;
-  }
-
-  std::string Problem() {
-    char text[512] = "untouched";
-    const bool has = describe_(nullptr, text, sizeof text) != 0;
-    EXPECT_EQ(has, text[0] != '\0');
-    return text;
-  }
-
-  void* library_ = nullptr;
-  DetectHIDFunction detect_ = nullptr;
-  WriteDataFunction write_ = nullptr;
-  ReadDataFunction read_ = nullptr;
-  CloseDevicesFunction close_ = nullptr;
-  SetDeviceChangeHandlerFunction set_handler_ = nullptr;
-  DescribeProblemFunction describe_ = nullptr;
+  std::unique_ptr<HidLibrary> library_;
   std::vector<DeviceRecord> table_ = std::vector<DeviceRecord>(64);
 };
 
-TEST_F(SimLibrary, DetectsAnswersAndForgetsAllWhenUnloaded) {
-  Load();
-  EXPECT_EQ(Problem(), "");
-  std::uint32_t count = 0;
-  ASSERT_NE(detect_(&count, table_.data(), KVUSB_TYPE_FIRMWARE), 0);
-  ASSERT_GE(count, 7U);
-  EXPECT_EQ(table_[0].product_id, 0x0910);
-  std::uint8_t packet[65] = {0, 0, 0, 0, 0x0D, 1, 0x77};
-  EXPECT_NE(write_(&table_[0], packet), KVUSB_WRITE_FAILED);
-  EXPECT_EQ(read_(&table_[0], packet), KVUSB_OK);
-  EXPECT_EQ(packet[0], 0x0D);
-  int calls = 0;
-  DeviceChangeHandler handler = [](std::uint32_t, std::uint32_t, const char*, void* context) {
-    ++*static_cast<int*>(context);
-  };
-  for (const std::size_t board : {1U, 2U}) {
-    EXPECT_NE(set_handler_(handler, &calls), 0);
-    std::uint8_t restart[65] = {0, 0, 0, 0, 9};
-    write_(&table_[board], restart);
-    EXPECT_EQ(read_(&table_[board], restart), KVUSB_OK);
-    EXPECT_EQ(calls, 2) << "and none after it was taken back";
-    handler = nullptr;
-  }
-  EXPECT_NE(close_(count, table_.data()), 0);
-
-  Unload();
-  EXPECT_EQ(dlopen(KVUSB_SIM_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still in memory";
-  Load();
-  ASSERT_NE(detect_(&count, table_.data(), KVUSB_TYPE_FIRMWARE), 0);
-  std::uint8_t query[65] = {0, 0, 0, 0, 0x11};
-  write_(&table_[0], query);
-  read_(&table_[0], query);
-  EXPECT_EQ(query[1], 0x59) << "factory settings again";
-}
-
-TEST_F(SimLibrary, KeepsSettingsInTheStateFolder) {
+TEST_F(SimLibrary, ForgetsAllWhenUnloadedUnlessThereIsAStateFolder) {
   const auto folder = testing::OwnFolders::Root() / "kept";
-  setenv("QUILLON_SIM_STATE", folder.c_str(), 1);
-  std::uint32_t count = 0;
-  Load();
-  ASSERT_NE(detect_(&count, table_.data(), KVUSB_TYPE_FIRMWARE), 0);
-  std::uint8_t packet[65] = {0, 0, 0, 0, 0x0D, 1, 0x77};
-  write_(&table_[0], packet);
-  Unload();
-  Load();
-  ASSERT_NE(detect_(&count, table_.data(), KVUSB_TYPE_FIRMWARE), 0);
-  std::uint8_t query[65] = {0, 0, 0, 0, 0x11};
-  write_(&table_[0], query);
-  read_(&table_[0], query);
-  EXPECT_EQ(query[1], 0x77);
+  for (const bool keeps : {false, true}) {
+    if (keeps) setenv("QUILLON_SIM_STATE", folder.c_str(), 1);
+    Load();
+    EXPECT_EQ(library_->DescribeProblem(nullptr), Problem());
+    EXPECT_EQ(Ask({0, 0, 0, 0, 0x0D, 1, 0x77})[0], 0x0D);
+    library_.reset();
+    EXPECT_EQ(dlopen(KVUSB_SIM_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still in memory";
+    Load();
+    EXPECT_EQ(Ask({0, 0, 0, 0, 0x11})[1], keeps ? 0x77 : 0x59);
+    library_.reset();
+  }
   EXPECT_TRUE(std::filesystem::exists(folder / "joystick-1.json"));
   unsetenv("QUILLON_SIM_STATE");
 }
@@ -129,17 +66,20 @@ TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
     Load();
     std::uint32_t count = 5;
     for (std::uint32_t type = 1; type <= 3; ++type)
-      EXPECT_EQ(detect_(&count, table_.data(), type), 0);
-    EXPECT_NE(close_(0, table_.data()), 0);
-    EXPECT_THAT(Problem(), AllOf(HasSubstr(file.string()), HasSubstr(reason)));
+      EXPECT_EQ(library_->DetectHID(count, table_, type), 0);
+    EXPECT_NE(library_->CloseDevices({}), 0);
+    EXPECT_THAT(library_->DescribeProblem(nullptr).sentence,
+                AllOf(HasSubstr(file.string()), HasSubstr(reason)));
+    const SharedObject same(KVUSB_SIM_FILE);
     for (std::uint32_t size = 1; size < 100; ++size) {
       std::string cut(size, '?');
-      EXPECT_NE(describe_(nullptr, cut.data(), size), 0);
+      EXPECT_NE(same.Find<DescribeProblemFunction>("DescribeProblem")(nullptr, cut.data(), size),
+                0);
       const std::string text = cut.c_str();
       EXPECT_LT(text.size(), size);
       EXPECT_FALSE(text.ends_with('\xC3')) << "half a character";
     }
-    Unload();
+    library_.reset();
   }
   unsetenv("QUILLON_SIM_RIG");
 }

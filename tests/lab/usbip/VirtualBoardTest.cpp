@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include "testing/OwnFolders.h"
 #include "lab/usbip/HostBytes.h"
+#include "testing/OwnFolders.h"
 #include "usbip/VirtualBoard.h"
 
 namespace quillon::usbip {
@@ -92,6 +92,8 @@ TEST(VirtualBoard, TellsAHostAllThatItAsksWhenItIsPluggedIn) {
   EXPECT_EQ(bench.Says(SubmitBytes(3, false, 0, 0, {0x21, 10, 0, 0, 0, 0, 0, 0})),
             AnswerBytes(3, 0, 0))
       << "SET_IDLE";
+  EXPECT_EQ(get({0x81, 6, 0, 0x21, 0, 0, 9, 0}, 9),
+            AnswerBytes(1, 0, 9, {9, 0x21, 0x11, 0x01, 0, 1, 0x22, 25, 0}));
   EXPECT_EQ(get({0x81, 6, 0, 0x22, 0, 0, 64, 0}, 64),
             AnswerBytes(1, 0, 25, {0x06, 0x4C, 0xFF, 0x09, 3,    0xA1, 0x01, 0x15, 0x00,
                                    0x26, 0xFF, 0x00, 0x75, 0x08, 0x95, 0x40, 0x09, 0x10,
@@ -107,6 +109,11 @@ TEST(VirtualBoard, AnswersWhicheverComesFirstTheRequestOrTheReader) {
   EXPECT_EQ(bench.Says(OutBytes(3, Report(kIdentity))), AnswerBytes(3, 0, 64));
   EXPECT_EQ(bench.board.NextStep(), std::nullopt) << "nobody waits for the answer";
   EXPECT_EQ(bench.Says(InBytes(4)), Answered(4, {6, 1, 0x10, 1}));
+  bench.Says(InBytes(5));
+  const SetupBytes set_report = {0x21, 9, 0, 2, 0, 0, 64, 0};
+  EXPECT_EQ(bench.Says(SubmitBytes(6, false, 0, 64, set_report, Report(kIdentity))),
+            Joined(AnswerBytes(6, 0, 64), Answered(5, {6, 1, 0x10, 1})))
+      << "on the control endpoint";
 }
 
 TEST(VirtualBoard, KeepsTheConfigurationApartFromTheGame) {
@@ -140,19 +147,9 @@ TEST(VirtualBoard, GivesBackTransfersThatTheHostDoesNotWantAnyMore) {
             Joined(AnswerBytes(5, 0, 64), Answered(2, {6, 1, 0x10, 1})));
 }
 
-TEST(VirtualBoard, TakesReportsOnTheControlEndpointToo) {
-  Bench bench(Spi());
-  bench.Says(InBytes(1));
-  EXPECT_EQ(
-      bench.Says(SubmitBytes(2, false, 0, 64, {0x21, 9, 0, 2, 0, 0, 64, 0}, Report(kIdentity))),
-      Joined(AnswerBytes(2, 0, 64), Answered(1, {6, 1, 0x10, 1})));
-}
-
 TEST(VirtualBoard, StallsWhatItDoesNotKnow) {
-  const struct {
-    const char* about;
-    Wire bytes;
-  } cases[] = {
+  const auto get = [](const SetupBytes& setup) { return SubmitBytes(7, true, 0, 64, setup); };
+  const std::pair<const char*, Wire> cases[] = {
       {"a short report", OutBytes(7, Wire(63), 2)},
       {"a long report", OutBytes(7, Wire(65), 2)},
       {"an empty report", OutBytes(7, {}, 2)},
@@ -160,11 +157,14 @@ TEST(VirtualBoard, StallsWhatItDoesNotKnow) {
       {"an endpoint that is not there", OutBytes(7, Report(kIdentity), 3)},
       {"a reader of one", InBytes(7, 0xFFFFFFFF)},
       {"a setup against its direction", SubmitBytes(7, false, 0, 0, {0x80, 6, 0, 1, 0, 0, 18, 0})},
-      {"a string that is not there", SubmitBytes(7, true, 0, 255, {0x80, 6, 9, 3, 9, 4, 255, 0})},
-      {"an interface that is not there",
-       SubmitBytes(7, true, 0, 64, {0x81, 6, 0, 0x22, 2, 0, 64, 0})},
+      {"a second device", get({0x80, 6, 1, 1, 0, 0, 64, 0})},
+      {"a second configuration", get({0x80, 6, 1, 2, 0, 0, 64, 0})},
+      {"a string that is not there", get({0x80, 6, 4, 3, 9, 4, 64, 0})},
+      {"boards know full speed only", get({0x80, 6, 0, 6, 0, 0, 64, 0})},
+      {"an interface that is not there", get({0x81, 6, 0, 0x22, 2, 0, 64, 0})},
+      {"a descriptor that no interface has", get({0x81, 6, 0, 0x23, 0, 0, 64, 0})},
       {"another configuration", SubmitBytes(7, false, 0, 0, {0x00, 9, 2, 0, 0, 0, 0, 0})},
-      {"GET_REPORT", SubmitBytes(7, true, 0, 64, {0xA1, 1, 0, 1, 1, 0, 64, 0})},
+      {"GET_REPORT", get({0xA1, 1, 0, 1, 1, 0, 64, 0})},
       {"a report for the game's control",
        SubmitBytes(7, false, 0, 64, {0x21, 9, 0, 2, 0, 0, 64, 0}, Report(kIdentity))},
       {"a feature report",
