@@ -91,12 +91,8 @@ TEST(HatChannels, ShowsTheModesThatBoardsReportByATableOfItsOwn) {
 }
 
 TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
-  struct Edit {
-    int hat;
-    const char* mode;
-  };
   const struct {
-    std::vector<Edit> edits;
+    std::vector<std::pair<int, const char*>> edits;
     const char* modes;
   } cases[]{
       {{{1, "FALCO"}}, "FALCO / FALCO"},
@@ -107,7 +103,7 @@ TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
   };
   for (const auto& c : cases) {
     Bench bench;
-    for (const Edit& edit : c.edits) bench.grid.Enter(edit.hat, kMode, edit.mode);
+    for (const auto& [hat, mode] : c.edits) bench.grid.Enter(hat, kMode, mode);
     EXPECT_EQ(bench.Modes(), c.modes);
   }
 
