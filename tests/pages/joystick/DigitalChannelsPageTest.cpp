@@ -122,6 +122,8 @@ TEST(DigitalChannels, AppliesThePairRules) {
   EXPECT_EQ(bench.grid.Text(4, kMode), "Normal");
   bench.grid.Enter(7, kEncoder, "GRAY 2X - A");
   EXPECT_EQ(bench.Row(8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
+  for (int row = 1; row <= 16; ++row)  // the decoding is chosen on the odd one
+    EXPECT_EQ(bench.grid.Kind(row, kEncoder), row % 2 ? CellKind::kCombo : CellKind::kPlain) << row;
 }
 
 TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
