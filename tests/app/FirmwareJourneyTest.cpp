@@ -5,16 +5,10 @@
 #include <QLineEdit>
 #include <QMenuBar>
 #include <QPlainTextEdit>
-#include <QPushButton>
 #include <functional>
 
 #include "app/MainBench.h"
-#include "pages/common/CPageSet.h"
-#include "sim/Bus.h"
 #include "testing/OwnFolders.h"
-#include "testing/link/FaultyLibrary.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "tree/CDeviceTreeCtrl.h"
 
 // Firmware into a board, through the whole window, with the notifications that it causes.
 namespace quillon::testing {
@@ -25,38 +19,22 @@ using Icon = UserPrompts::Icon;
 constexpr const char* kFlashBoard =
     R"({"id": "f", "product": "0x0910", "serial": "003", "firmware": "2.71", "mode": "flash"})";
 
-class Journey {
+class Journey : public SimMain {
  public:
-  explicit Journey(const std::string& boards)
-      : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [)" + boards + "]}")), {.latency = {}}),
-        library(bus),
-        main(library) {
-    bus.SetChangeHandler(
+  explicit Journey(const std::string& boards) : SimMain(boards) {
+    bus.SetDeviceChangeHandler(
         [](std::uint32_t event, std::uint32_t type, const char* path, void* self) {
-          static_cast<Journey*>(self)->main.notifier.Report(event, type, path);
+          static_cast<Journey*>(self)->bench.notifier.Report(event, type, path);
         },
         this);
-    main.window.Initialise();
-    main.settled = 0;
+    bench.window.Initialise();
+    bench.settled = 0;
   }
 
-  void Select(const QString& label) {
-    auto& tree = main.window.Tree();
-    const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, label, 1,
-                                           Qt::MatchContains | Qt::MatchRecursive);
-    ASSERT_FALSE(found.isEmpty()) << label.toStdString();
-    tree.setCurrentIndex(found.front());
-  }
-
-  void Click(const QString& text) {
-    for (auto* const button : main.window.ShownPageSet()->findChildren<QPushButton*>()) {
-      if (button->text() == text) return button->click();
-    }
-    ADD_FAILURE() << "no button " << text.toStdString();
-  }
+  void Click(const QString& text) const { Press(text).click(); }
 
   std::string Text(int which) const {
-    return main.window.ShownPageSet()
+    return bench.window.ShownPageSet()
         ->findChildren<QPlainTextEdit*>()
         .at(which)
         ->toPlainText()
@@ -74,12 +52,12 @@ class Journey {
         QByteArray::fromHex("1009"
                             "0002000002830002000200000002000400000001"));
     file.close();
-    main.prompts.ExpectOpenFile(name);
+    bench.prompts.ExpectOpenFile(name);
     Click("Load...");
   }
 
   void ExpectSuccess() {
-    main.prompts.ExpectMessage(
+    bench.prompts.ExpectMessage(
         "Flash update completed successfully!\r\n\r\nYou may click on the Execute button to "
         "restart the module\r\nin Device Mode.",
         "Flash Update Complete", Icon::kInformation);
@@ -88,14 +66,14 @@ class Journey {
   // Runs an event between the first record and the second.
   void DuringTheRun(const std::function<void()>& event) {
     library.BeforeWrite({.nth = 1, .command = 0}, [this, event] {
-      QMetaObject::invokeMethod(&main.window, event, Qt::QueuedConnection);
+      QMetaObject::invokeMethod(&bench.window, event, Qt::QueuedConnection);
     });
   }
 
   // The enabled menus and entries.
   QStringList EnabledMenu() const {
     QStringList texts;
-    for (const QAction* const menu : main.window.menuBar()->actions()) {
+    for (const QAction* const menu : bench.window.menuBar()->actions()) {
       if (menu->isEnabled()) texts << menu->text();
       for (const QAction* const entry : menu->menu()->actions()) {
         if (entry->isEnabled() && !entry->isSeparator()) texts << entry->text();
@@ -103,10 +81,6 @@ class Journey {
     }
     return texts;
   }
-
-  sim::Bus bus;
-  FaultyLibrary library;
-  MainBench main;
 };
 
 }  // namespace
@@ -116,7 +90,8 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
                      {"id": "o", "product": "0x0910", "serial": "002", "firmware": "2.82"})");
   const sim::BoardState& board = journey.bus.Find("j")->State();
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("WARNING: Firmware update required!"));
-  const auto menu = journey.main.window.Tree().MakeMenu(journey.main.window.Tree().currentIndex());
+  const auto menu =
+      journey.bench.window.Tree().MakeMenu(journey.bench.window.Tree().currentIndex());
   QStringList enabled;
   for (const QAction* const entry : menu->actions()) {
     if (entry->isEnabled()) enabled << entry->text();
@@ -124,9 +99,9 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
   EXPECT_TRUE(enabled.contains("Restart in Flash Mode"));
   EXPECT_FALSE(enabled.contains("Restart in Device Mode"));
 
-  journey.main.window.Tree().Run(DeviceTool::kRestartFlash);
-  journey.main.RunEvents();
-  EXPECT_EQ(journey.main.settled, 1) << "what waited for the restart, once";
+  journey.bench.window.Tree().Run(DeviceTool::kRestartFlash);
+  journey.bench.RunEvents();
+  EXPECT_EQ(journey.bench.settled, 1) << "what waited for the restart, once";
   EXPECT_TRUE(board.flash_mode);
   journey.Select(": 001");
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("Loader Version"));
@@ -136,19 +111,19 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
   journey.Click("Program");
   EXPECT_THAT(journey.Log(), ::testing::EndsWith("\nFlash Update Complete!\n"));
   journey.Click("Execute");
-  journey.main.RunEvents();
+  journey.bench.RunEvents();
   journey.Select(": 001");
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("  Flash Version : 2.83\n"));
-  EXPECT_TRUE(journey.main.window.ShownPageSet()->isTabEnabled(1));
+  EXPECT_TRUE(journey.bench.window.ShownPageSet()->isTabEnabled(1));
 
-  journey.main.prompts.ExpectMessage(
+  journey.bench.prompts.ExpectMessage(
       "New device serial number successfully set.\r\n\r\nClick on the REBOOT button to "
       "initialise\r\ndevice with new serial number.",
       "Serial Number", Icon::kInformation);
-  journey.main.window.ShownPageSet()->findChild<QLineEdit*>()->setText("517");
+  journey.bench.window.ShownPageSet()->findChild<QLineEdit*>()->setText("517");
   journey.Click("Set");
   journey.Click("Reboot");
-  journey.main.RunEvents();
+  journey.bench.RunEvents();
   journey.Select(": 517");
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("Device Serial Num. : 517"));
   EXPECT_EQ(journey.bus.Find("o")->State().serial, "002");
@@ -156,20 +131,16 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
 
 TEST(FirmwareJourney, LocksTreeAndMenuOnEveryWayThroughARun) {
   const auto fail = [](Journey& journey) {
-    journey.main.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail",
-                                       Icon::kExclamation);
+    journey.bench.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail",
+                                        Icon::kExclamation);
   };
   const struct {
     const char* name;
     std::function<void(Journey&)> prepare;
+    bool sends = true;
   } ways[]{
       {"success", [](Journey& journey) { journey.ExpectSuccess(); }},
       {"abort", [](Journey& journey) { journey.DuringTheRun([&] { journey.Click("Abort"); }); }},
-      {"status",
-       [&](Journey& journey) {
-         journey.library.AnswerWithEcho({.nth = 2, .command = 0}, 4);
-         fail(journey);
-       }},
       {"erase fails",
        [&](Journey& journey) {
          journey.library.FailWrite({.command = 8});
@@ -180,90 +151,72 @@ TEST(FirmwareJourney, LocksTreeAndMenuOnEveryWayThroughARun) {
          journey.bus.ProvokeFault("f", {.kind = sim::FaultKind::kVanish, .command = 0, .nth = 2});
          fail(journey);
        }},
+      {"file for another product",
+       [](Journey& journey) {
+         journey.Select(": 009");
+         journey.bench.prompts.ExpectMessage(
+             "An invalid or incompatible file is currently loaded\r\n"
+             "and cannot be used with the current device\r\n\r\n",
+             "Invalid KVX File!", Icon::kExclamation);
+       },
+       false},
   };
   for (const auto& way : ways) {
     SCOPED_TRACE(way.name);
-    Journey journey(kFlashBoard);
+    Journey journey(std::string(kFlashBoard) +
+                    R"(, {"id": "g", "product": "0x1000", "serial": "009", "firmware": "2.71",
+                          "mode": "flash"})");
     journey.Load();
     const auto before = journey.EnabledMenu();
     ASSERT_TRUE(before.contains("&Exit"));
     int looked = 0;
-    journey.library.BeforeWrite({.nth = 1, .command = 8}, [&] {
+    const auto look = [&] {
       ++looked;
-      EXPECT_FALSE(journey.main.window.Tree().isEnabled());
+      EXPECT_FALSE(journey.bench.window.Tree().isEnabled());
       EXPECT_EQ(journey.EnabledMenu(), QStringList());
-      journey.main.ReportArrival();
-    });
+      journey.bench.ReportArrival();
+    };
+    if (way.sends) {
+      journey.library.BeforeWrite({.nth = 1, .command = 8}, look);
+    } else {
+      journey.bench.prompts.WhileOpen(look);
+    }
     way.prepare(journey);
     journey.Click("Program");
     EXPECT_EQ(looked, 1);
-    EXPECT_TRUE(journey.main.window.Tree().isEnabled());
+    EXPECT_TRUE(journey.bench.window.Tree().isEnabled());
     EXPECT_EQ(journey.EnabledMenu(), before);
-    EXPECT_EQ(journey.main.settled, 0) << "a notification waits for the end of the run";
-    journey.main.RunEvents();
-    EXPECT_EQ(journey.main.settled, 1);
+    EXPECT_EQ(journey.bench.settled, 0) << "a notification waits for the end of the run";
+    journey.bench.RunEvents();
+    EXPECT_EQ(journey.bench.settled, 1);
   }
-}
-
-TEST(FirmwareJourney, UnlocksTreeAndMenuWhenTheFileIsForAnotherProduct) {
-  Journey journey(std::string(kFlashBoard) +
-                  R"(, {"id": "g", "product": "0x1000", "serial": "009", "firmware": "2.71",
-                        "mode": "flash"})");
-  journey.Load();
-  const auto before = journey.EnabledMenu();
-  journey.Select(": 009");
-  journey.main.prompts.ExpectMessage(
-      "An invalid or incompatible file is currently loaded\r\n"
-      "and cannot be used with the current device\r\n\r\n",
-      "Invalid KVX File!", Icon::kExclamation);
-  journey.main.prompts.WhileOpen([&] { EXPECT_EQ(journey.EnabledMenu(), QStringList()); });
-  journey.Click("Program");
-  EXPECT_TRUE(journey.main.window.Tree().isEnabled());
-  EXPECT_EQ(journey.EnabledMenu(), before);
 }
 
 TEST(FirmwareJourney, ClosesTheWindowOnceTheRunIsAborted) {
   Journey journey(kFlashBoard);
-  journey.main.window.show();
+  journey.bench.window.show();
   journey.Load();
-  journey.DuringTheRun([&] { EXPECT_FALSE(journey.main.window.close()); });
+  journey.DuringTheRun([&] { EXPECT_FALSE(journey.bench.window.close()); });
   journey.Click("Program");
   EXPECT_THAT(journey.Log(), ::testing::EndsWith("Aborted!\nFlash Update Aborted!\n"));
-  EXPECT_TRUE(journey.main.window.isVisible());
-  journey.main.ReportArrival();
-  journey.main.RunEvents();
-  EXPECT_FALSE(journey.main.window.isVisible());
-  EXPECT_EQ(journey.main.settled, 0) << "no new list for a window that closes";
+  EXPECT_TRUE(journey.bench.window.isVisible());
+  journey.bench.ReportArrival();
+  journey.bench.RunEvents();
+  EXPECT_FALSE(journey.bench.window.isVisible());
+  EXPECT_EQ(journey.bench.settled, 0) << "no new list for a window that closes";
 }
 
 TEST(FirmwareJourney, RestartsTheBoardThatAPortBelongsTo) {
   Journey journey(R"({"id": "j", "product": "0x0910", "firmware": "2.82"},
                      {"id": "n", "product": "0x0800", "serial": "008", "firmware": "1.10"})");
-  auto& tree = journey.main.window.Tree();
+  auto& tree = journey.bench.window.Tree();
   tree.SetNodeReader([] { return NodeList{true}; });
   tree.Rebuild();
-  ASSERT_EQ(journey.main.link.table.Current(), 0U);
+  ASSERT_EQ(journey.bench.link.table.Current(), 0U);
   journey.Select("Port B");
   tree.Run(DeviceTool::kRestartFlash);
   EXPECT_TRUE(journey.bus.Find("n")->State().flash_mode);
   EXPECT_FALSE(journey.bus.Find("j")->State().flash_mode);
-}
-
-TEST(FirmwareJourney, RestartsNoProductWithoutAFamily) {
-  for (const char* const product : {"1600", "4242"}) {
-    // Only what detects the board: a restart would be a call too many.
-    TranscriptLibrary library(std::string(R"(
-      close 0 -> 1
-      detect 2 -> 1 boards 1
-      board pid )") + product +
-                              R"( version 0100 product "P" maker "M" serial "001"
-      detect 1 -> 0
-      detect 3 -> 0)");
-    MainBench bench(library);
-    bench.window.Initialise();
-    bench.window.Tree().Run(DeviceTool::kRestartFlash);
-    bench.window.Tree().Run(DeviceTool::kRestartDevice);
-  }
 }
 
 }  // namespace quillon::testing

@@ -1,12 +1,21 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <gtest/gtest.h>
+
 #include <QCoreApplication>
+#include <QPushButton>
+#include <stdexcept>
+#include <string>
 #include <vector>
 
 #include "app/CMainDialog.h"
 #include "app/Profile.h"
+#include "pages/common/CPageSet.h"
+#include "testing/link/FaultyLibrary.h"
+#include "testing/link/SimLibrary.h"
 #include "testing/pages/ScriptedPrompts.h"
+#include "tree/CDeviceTreeCtrl.h"
 
 namespace quillon::testing {
 
@@ -74,5 +83,43 @@ class MainBench {
   OwnAccess access;
   CMainDialog window;
 };
+
+// The main window over simulated boards, which are given as in a rig.
+class SimMain {
+ public:
+  explicit SimMain(const std::string& boards)
+      : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [)" + boards + "]}")), {.latency = {}}),
+        sim(bus),
+        library(sim),
+        bench(library) {}
+
+  // Selects the board or port with this text in its label, as a click does.
+  void Select(const QString& label) {
+    auto& tree = bench.window.Tree();
+    const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, label, 1,
+                                           Qt::MatchContains | Qt::MatchRecursive);
+    ASSERT_FALSE(found.isEmpty()) << label.toStdString();
+    tree.setCurrentIndex(found.front());
+  }
+
+  // A button of the pages that are shown. A missing one ends the test.
+  QPushButton& Press(const QString& text) const {
+    for (auto* const button : bench.window.ShownPageSet()->findChildren<QPushButton*>()) {
+      if (button->text() == text) return *button;
+    }
+    throw std::runtime_error("The pages have no button " + text.toStdString());
+  }
+
+  sim::Bus bus;
+  SimLibrary sim;
+  FaultyLibrary library;
+  MainBench bench;
+};
+
+// The calls of a detection that finds one board, of this product.
+inline std::string OneBoard(const std::string& product) {
+  return "close 0 -> 1\ndetect 2 -> 1 boards 1\nboard pid " + product +
+         " version 0100 product \"P\" maker \"M\" serial \"001\"\ndetect 1 -> 0\ndetect 3 -> 0";
+}
 
 }  // namespace quillon::testing

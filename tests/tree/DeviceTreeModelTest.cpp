@@ -103,33 +103,36 @@ TEST(DeviceTreeModel, ListsThePresentNodesWithTheirPorts) {
   EXPECT_EQ(Lines(tree.model).size(), 4U);
 }
 
-TEST(DeviceTreeModel, ShowsNoRawTextOfABoard) {
+TEST(DeviceTreeModel, DescribesBoardsAndTheirProblemsAndNeverAsMarkup) {
   Tree tree;
-  AddBoard(tree.table, 2, 0x0910, std::string(260, '\xFF'), std::string(20, '9'));
-  AddBoard(tree.table, 2, 0x0910, "<b>Bell\a</b>\nline", "");
-  tree.model.Rebuild(tree.table);
-  const QModelIndex root = tree.model.index(1, 0);
-  const QModelIndex unending = tree.model.index(0, 0, root), markup = tree.model.index(1, 0, root);
-  EXPECT_EQ(unending.data().toString(), QString::fromUtf8("\uFFFD : 99999999999999999999"));
-  EXPECT_EQ(markup.data().toString(), QString::fromUtf8("<b>Bell\uFFFD</b>\uFFFDline : "));
-  EXPECT_EQ(markup.data(Qt::ToolTipRole).toString(), "Product id 0x0910, in Device Mode");
-}
-
-TEST(DeviceTreeModel, DescribesBoardsAndNothingElse) {
-  Tree tree;
-  AddBoard(tree.table, 1, 0x000A);
+  AddBoard(tree.table, 1, 0x000A, std::string(260, '\xFF'), std::string(20, '9'));
   AddBoard(tree.table, 3, 0x0800);
   AddBoard(tree.table, 8, 0xBEEF);
+  AddBoard(tree.table, 2, 0x0910, "<b>Bell\a</b>\nline", "");
+  AddBoard(tree.table, 1, 0x0520);
+  tree.table.SetProblem(3, {KVUSB_PROBLEM_PERMISSION, "<img src=x> & no\a."});
+  tree.table.SetProblem(4, {KVUSB_PROBLEM_IN_USE, ""});
+  tree.table.SetCurrent(3);
   tree.model.Rebuild(tree.table, std::vector<NodeList>{{}, {true}});
-  const auto tip = [](const QModelIndex& item) {
-    return item.data(Qt::ToolTipRole).toString().toStdString();
+  const auto text = [](const QModelIndex& item, int role = Qt::ToolTipRole) {
+    return item.data(role).toString().toStdString();
   };
-  const QModelIndex system = tree.model.IndexOfBoard(1);
-  EXPECT_EQ(tip(tree.model.IndexOfBoard(0)), "Product id 0x000A, in Flash Mode (current board)");
-  EXPECT_EQ(tip(system), "Product id 0x0800, in Device Mode");
-  EXPECT_EQ(tip(tree.model.IndexOfBoard(2)), "Product id 0xBEEF, in an unknown mode");
-  EXPECT_EQ(tip(tree.model.index(0, 0)), "");
-  EXPECT_EQ(tip(tree.model.index(0, 0, system)), "");
+  const auto board = [&](std::uint32_t i) { return tree.model.IndexOfBoard(i); };
+  EXPECT_EQ(text(board(0), Qt::DisplayRole), "\uFFFD : 99999999999999999999");
+  EXPECT_EQ(text(board(0)), "Product id 0x000A, in Flash Mode");
+  EXPECT_EQ(text(board(1)), "Product id 0x0800, in Device Mode");
+  EXPECT_EQ(text(board(2)), "Product id 0xBEEF, in an unknown mode");
+  EXPECT_EQ(text(tree.model.index(0, 0)), "");
+  EXPECT_EQ(text(tree.model.index(0, 0, board(1))), "");
+  EXPECT_EQ(text(board(3), Qt::DisplayRole), "<b>Bell\uFFFD</b>\uFFFDline : ");
+  EXPECT_EQ(text(board(3)),
+            "<qt>Product id 0x0910, in Device Mode (current board). &lt;img src=x&gt; &amp; "
+            "no\uFFFD.</qt>");
+  EXPECT_EQ(text(board(3), Qt::AccessibleDescriptionRole),
+            "Product id 0x0910, in Device Mode (current board). <img src=x> & no\uFFFD.");
+  EXPECT_EQ(text(board(4), Qt::AccessibleDescriptionRole),
+            "Product id 0x0520, in Flash Mode. It does not work, and the HID library does not say "
+            "why.");
 }
 
 TEST(DeviceTreeModel, DrawsEveryKindOfItemWithItsOwnImage) {
@@ -185,26 +188,6 @@ TEST(DeviceTreeModel, PutsASignOnTheImageOfABoardWithAProblem) {
   tree.model.Rebuild(tree.table);
   EXPECT_NE(image(3, 1), marked);
   EXPECT_EQ(image(3, 1), image(2, 1));
-}
-
-TEST(DeviceTreeModel, TellsAProblemAfterTheDescriptionAndNeverAsMarkup) {
-  Tree tree;
-  AddBoard(tree.table, 2, 0x0910, "Stick", "7");
-  AddBoard(tree.table, 1, 0x0520);
-  tree.table.SetProblem(0, {KVUSB_PROBLEM_PERMISSION, "<img src=x> & no\a."});
-  tree.table.SetProblem(1, {KVUSB_PROBLEM_IN_USE, ""});
-  tree.model.Rebuild(tree.table);
-  const QModelIndex marked = tree.model.IndexOfBoard(0), silent = tree.model.IndexOfBoard(1);
-  EXPECT_EQ(marked.data().toString(), "Stick : 7");
-  EXPECT_EQ(marked.data(Qt::ToolTipRole).toString(),
-            QString::fromUtf8("<qt>Product id 0x0910, in Device Mode (current board). "
-                              "&lt;img src=x&gt; &amp; no\uFFFD.</qt>"));
-  EXPECT_EQ(marked.data(Qt::AccessibleDescriptionRole).toString(),
-            QString::fromUtf8("Product id 0x0910, in Device Mode (current board). "
-                              "<img src=x> & no\uFFFD."));
-  EXPECT_EQ(silent.data(Qt::AccessibleDescriptionRole).toString(),
-            "Product id 0x0520, in Flash Mode. It does not work, and the HID library does not say "
-            "why.");
 }
 
 TEST(DeviceTreeModel, MarksTheCurrentBoardAlone) {

@@ -4,9 +4,8 @@
 #include <algorithm>
 
 #include "pages/joystick/CAnalogChannelsPage.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
-#include "widgets/CStatusLed.h"
+#include "testing/pages/TranscriptPage.h"
+#include "widgets/CGridCtrl.h"
 
 namespace quillon::testing {
 namespace {
@@ -40,87 +39,74 @@ constexpr const char* kRetrieve = R"(
   read 0 -> 0 : 15 b5 03 20 fb ff 10 00 10 ff c3 01 00 31 00 08 21 00 00 f7 1f 80 *
 )";
 
+using Bench = TranscriptGridPage<CAnalogChannelsPage>;
+
 }  // namespace
 
 TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  EXPECT_EQ(OriginOf(page), "Not retrieved from the board yet.");
-  Button(page, "Retrieve").click();
+  Bench bench(AnalogInputs::kWithEncoders);
+  EXPECT_EQ(OriginOf(bench.page), "Not retrieved from the board yet.");
+  bench.Press("Retrieve", kRetrieve);
 
-  const CGridCtrl& grid = Grid(page);
-  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
-  EXPECT_EQ(RowText(grid, 2), "Analog 2: ON Y Z Spike 10=10 12 Bits=11");
-  EXPECT_EQ(RowText(grid, 3), "Analog 3: 0=0 12 Bits=11") << "off: its axis bits mean nothing";
-  EXPECT_EQ(RowText(grid, 4), "Analog 4: Spike 5=5 12 Bits=11");
-  EXPECT_EQ(RowText(grid, 5), "Analog 5: ON S1 10=10 4 Bits=3");
-  EXPECT_EQ(RowText(grid, 6), "Analog 6: ON 0=0 4 Bits=3");
-  EXPECT_EQ(RowText(grid, 9), "AE SSI 1: ON Rz Invert 12 Bits=11 Button 3=3");
-  EXPECT_EQ(RowText(grid, 10), "AE SSI 2: ON Ry 16 Bits=15 Incremental Button 31=31")
+  EXPECT_EQ(bench.Row(1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
+  EXPECT_EQ(bench.Row(2), "Analog 2: ON Y Z Spike 10=10 12 Bits=11");
+  EXPECT_EQ(bench.Row(3), "Analog 3: 0=0 12 Bits=11") << "off: its axis bits mean nothing";
+  EXPECT_EQ(bench.Row(4), "Analog 4: Spike 5=5 12 Bits=11");
+  EXPECT_EQ(bench.Row(5), "Analog 5: ON S1 10=10 4 Bits=3");
+  EXPECT_EQ(bench.Row(6), "Analog 6: ON 0=0 4 Bits=3");
+  EXPECT_EQ(bench.Row(9), "AE SSI 1: ON Rz Invert 12 Bits=11 Button 3=3");
+  EXPECT_EQ(bench.Row(10), "AE SSI 2: ON Ry 16 Bits=15 Incremental Button 31=31")
       << "values that the lists do not offer are shown and kept";
-  EXPECT_EQ(RowText(grid, 11), "AE SSI 3: 4 Bits=3 Button 16=16") << "off";
-  EXPECT_EQ(RowText(grid, 12), "AE SSI 4: ON 13 Bits=12 Incremental Button 1=1");
-  EXPECT_EQ(RowText(grid, 15), "INC CH 1: ON S2 Invert 16 Bits=15 Button 31=31");
-  EXPECT_FALSE(Lamp(page, "Error").IsLit());
-  EXPECT_FALSE(Lamp(page, "Busy").IsLit());
-  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001.");
+  EXPECT_EQ(bench.Row(11), "AE SSI 3: 4 Bits=3 Button 16=16") << "off";
+  EXPECT_EQ(bench.Row(12), "AE SSI 4: ON 13 Bits=12 Incremental Button 1=1");
+  EXPECT_EQ(bench.Row(15), "INC CH 1: ON S2 Invert 16 Bits=15 Button 31=31");
+  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  EXPECT_FALSE(Lamp(bench.page, "Busy").IsLit());
+  EXPECT_EQ(OriginOf(bench.page), "Retrieved from Board : 001.");
 }
 
 TEST(AnalogChannels, IsNotWidenedByTheNameThatABoardGivesItself) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  const int width = page.minimumSizeHint().width();
-  std::ranges::fill(bench.link.table.Record(0).product_text, 'W');
-  Button(page, "Retrieve").click();
-  ASSERT_TRUE(OriginOf(page).startsWith("Retrieved from WWWW"));
-  EXPECT_EQ(page.minimumSizeHint().width(), width);
+  Bench bench(AnalogInputs::kWithEncoders);
+  const int width = bench.page.minimumSizeHint().width();
+  std::ranges::fill(bench.board.link.table.Record(0).product_text, 'W');
+  bench.Press("Retrieve", kRetrieve);
+  ASSERT_TRUE(OriginOf(bench.page).startsWith("Retrieved from WWWW"));
+  EXPECT_EQ(bench.page.minimumSizeHint().width(), width);
 }
 
 TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  Button(page, "Retrieve").click();
-  library.Expect(R"(
+  Bench bench(AnalogInputs::kWithEncoders);
+  bench.Press("Retrieve", kRetrieve);
+  bench.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
     read 0 -> 0 : 0d *
     write 0 -> 0 : 00 00 00 00 16 01 b5 03 20 fb ff 10 30 10 00 c2 01 00 31 00 08 30 00 00 f5 1f 80 *
     read 0 -> 0 : 16 *
   )");
-  Button(page, "Update").click();
-  EXPECT_FALSE(Lamp(page, "Error").IsLit());
 }
 
 TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
-  TranscriptLibrary library("");
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  CGridCtrl& grid = Grid(page);
+  Bench bench(AnalogInputs::kWithEncoders);
 
-  grid.Click(3, kX);
-  EXPECT_EQ(RowText(grid, 3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
-  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON 5=5 12 Bits=11");
-  grid.Click(9, kX);
-  EXPECT_EQ(RowText(grid, 9), "AE SSI 1: X 12 Bits=11 None=0") << "ON stays the user's";
-  EXPECT_EQ(RowText(grid, 3), "Analog 3: ON Z 5=5 12 Bits=11");
-  grid.Click(9, kX);
-  EXPECT_EQ(grid.Value(9, kX), 0U);
+  bench.grid.Click(3, kX);
+  EXPECT_EQ(bench.Row(3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
+  EXPECT_EQ(bench.Row(1), "Analog 1: ON 5=5 12 Bits=11");
+  bench.grid.Click(9, kX);
+  EXPECT_EQ(bench.Row(9), "AE SSI 1: X 12 Bits=11 None=0") << "ON stays the user's";
+  EXPECT_EQ(bench.Row(3), "Analog 3: ON Z 5=5 12 Bits=11");
+  bench.grid.Click(9, kX);
+  EXPECT_EQ(bench.grid.Value(9, kX), 0U);
 
-  EXPECT_EQ(grid.Background(9, kOn), qRgb(191, 212, 227));
-  EXPECT_EQ(grid.Background(9, kSpike), qRgb(191, 212, 227));
-  EXPECT_EQ(grid.Background(3, kX), qRgb(240, 240, 240));
-  grid.Click(0, kX);
-  grid.Click(4, 0);
-  EXPECT_EQ(grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
+  EXPECT_EQ(bench.grid.Background(9, kOn), qRgb(191, 212, 227));
+  EXPECT_EQ(bench.grid.Background(9, kSpike), qRgb(191, 212, 227));
+  EXPECT_EQ(bench.grid.Background(3, kX), qRgb(240, 240, 240));
+  bench.grid.Click(0, kX);
+  bench.grid.Click(4, 0);
+  EXPECT_EQ(bench.grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
 }
 
 TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
-  TranscriptLibrary library("");
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  CGridCtrl& grid = Grid(page);
+  Bench bench(AnalogInputs::kWithEncoders);
   const struct {
     int row, column;
     const char* text;
@@ -130,84 +116,33 @@ TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
             {15, kResolution, "16 Bits", 15}, {9, kCentering, "Button 16", 16},
             {15, kCentering, "Button 1", 1},  {9, kCentering, "None", 0}};
   for (const auto& c : cases) {
-    grid.Enter(c.row, c.column, c.text);
-    EXPECT_EQ(grid.Value(c.row, c.column), c.code) << c.text;
-    EXPECT_EQ(grid.Text(c.row, c.column), c.text);
+    bench.grid.Enter(c.row, c.column, c.text);
+    EXPECT_EQ(bench.grid.Value(c.row, c.column), c.code) << c.text;
+    EXPECT_EQ(bench.grid.Text(c.row, c.column), c.text);
   }
 }
 
-TEST(AnalogChannels, MarksEditsUntilTheyAreSetBackOrStored) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  CGridCtrl& grid = Grid(page);
-  grid.Click(1, kInvert);
-  EXPECT_FALSE(grid.IsMarked(1, kInvert)) << "nothing to compare with before a retrieve";
-  Button(page, "Retrieve").click();
-  grid.Click(1, kInvert);
-  EXPECT_TRUE(grid.IsMarked(1, kInvert));
-  EXPECT_FALSE(grid.IsMarked(1, kSpike));
-  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001. Edited since.");
-  grid.Click(1, kInvert);
-  EXPECT_FALSE(grid.IsMarked(1, kInvert));
-
-  // A failed update has changed the settings blocks; the edits are still edits.
-  grid.Click(1, kSpike);
-  library.Expect(R"(
-    write 0 -> 1 : 00 00 00 00 0d 01 55 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *)");
-  Button(page, "Update").click();
-  EXPECT_TRUE(grid.IsMarked(1, kSpike));
-  library.Expect(R"(
-    write 0 -> 0 : 00 00 00 00 0d 01 55 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
-    read 0 -> 0 : 0d *
-    write 0 -> 0 : 00 00 00 00 16 01 b5 03 20 fb ff 10 30 10 00 c2 01 00 31 00 08 30 00 00 f5 1f 80 *
-    read 0 -> 0 : 16 *)");
-  Button(page, "Update").click();
-  EXPECT_FALSE(grid.IsMarked(1, kSpike));
-  EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
-}
-
-TEST(AnalogChannels, LoadsDefaultsAfterAYesAndSendsNothing) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  CGridCtrl& grid = Grid(page);
-  Button(page, "Retrieve").click();
-  const char* question = "Are you sure you want to load the\r\ndefault settings for this page?";
-  bench.prompts.ExpectQuestion(question, "Load Defaults", false);
-  Button(page, "Defaults").click();
-  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11") << "after a No";
-  bench.prompts.ExpectQuestion(question, "Load Defaults", true);
-  Button(page, "Defaults").click();
-  EXPECT_EQ(RowText(grid, 1), "Analog 1: ON X 5=5 12 Bits=11");
-  EXPECT_EQ(RowText(grid, 8), "Analog 8: ON S2 5=5 12 Bits=11");
-  EXPECT_EQ(RowText(grid, 10), "AE SSI 2: 12 Bits=11 None=0");
-  EXPECT_EQ(RowText(grid, 15), "INC CH 1: 16 Bits=15 None=0");
-}
-
-TEST(AnalogChannels, StartsNothingWhileSomethingElseIsUnderWay) {
-  TranscriptLibrary library("");
-  PageBench bench(library);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kWithEncoders);
-  const auto hold = bench.link.gate.Enter();
-  for (const char* name : {"Retrieve", "Update", "Defaults"}) Button(page, name).click();
-  EXPECT_FALSE(Lamp(page, "Error").IsLit());
+TEST(AnalogChannels, LoadsDefaults) {
+  Bench bench(AnalogInputs::kWithEncoders);
+  bench.Press("Retrieve", kRetrieve);
+  bench.page.LoadDefaults();
+  EXPECT_EQ(bench.Row(1), "Analog 1: ON X 5=5 12 Bits=11");
+  EXPECT_EQ(bench.Row(8), "Analog 8: ON S2 5=5 12 Bits=11");
+  EXPECT_EQ(bench.Row(10), "AE SSI 2: 12 Bits=11 None=0");
+  EXPECT_EQ(bench.Row(15), "INC CH 1: 16 Bits=15 None=0");
 }
 
 TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
-  TranscriptLibrary library(R"(
+  Bench bench(AnalogInputs::kAnalogOnly);
+  EXPECT_EQ(bench.grid.Rows(), 9);
+  EXPECT_EQ(bench.grid.Text(0, bench.grid.Columns() - 1), "Resolution");
+  bench.Press("Retrieve", R"(
     write 0 -> 0 : 00 00 00 00 11 *
-    read 0 -> 0 : 11 57 0b 01 *
+    read 0 -> 0 : 11 57 0b 01 *)");
+  EXPECT_EQ(bench.Row(1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
+  bench.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 00 03 00 00 03 00 00 03 00 00 03 00 00 03 00 00 03 00 00 03 *
     read 0 -> 0 : 0d *)");
-  PageBench bench(library, 0x0920, 0x0120);
-  CAnalogChannelsPage page(bench.Context(), AnalogInputs::kAnalogOnly);
-  EXPECT_EQ(Grid(page).Rows(), 9);
-  EXPECT_EQ(Grid(page).Text(0, Grid(page).Columns() - 1), "Resolution");
-  Button(page, "Retrieve").click();
-  EXPECT_EQ(RowText(Grid(page), 1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
-  Button(page, "Update").click();
-  EXPECT_FALSE(Lamp(page, "Error").IsLit());
 }
 
 }  // namespace quillon::testing

@@ -12,8 +12,6 @@
 
 #include "pages/joystick/CAxisCalibrateDlg.h"
 #include "pages/joystick/CAxisTweakPage.h"
-#include "sim/Bus.h"
-#include "testing/link/FaultyLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "testing/pages/PageBench.h"
 #include "widgets/CStatusLed.h"
@@ -91,11 +89,6 @@ constexpr const char* kMeasured = "Automatic 1025- 32770- 64515- told";
 
 class AxisCalibrate : public ::testing::Test {
  protected:
-  void ExpectFailureMessage() {
-    bench.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
-                                UserPrompts::Icon::kError);
-  }
-
   TranscriptLibrary library{""};
   PageBench bench{library};
   CAxisTweakPage page{bench.Context()};
@@ -121,17 +114,28 @@ TEST_F(AxisCalibrate, BeginsToMeasureWhenItOpens) {
   EXPECT_TRUE(bench.link.gate.IsOpen());
 }
 
-TEST_F(AxisCalibrate, EveryWayToCloseSendsOneClosingCommand) {
+TEST_F(AxisCalibrate, EveryWayToCloseSendsOneCommandWhichAloneDecides) {
+  constexpr const char* kNotBegun = R"(
+    write 0 -> 0 : 00 00 00 00 30 00 02 *
+    read 0 -> 0 : 31 01 04 02 80 03 fc *)";
+  const auto press = [](const char* button) {
+    return [button](QDialog& dialog) { Press(dialog, button); };
+  };
+  const auto hit = [](Qt::Key key) {
+    return [key](QDialog& dialog) { QTest::keyClick(&dialog, key); };
+  };
   struct Case {
     const char* name;
     std::function<void(QDialog&)> act;
     const char* closing;
+    const char* begin = kBegin;
+    bool failed = false;
   };
   const Case cases[]{
-      {"OK", [](QDialog& dialog) { Press(dialog, "OK"); }, kAccept},
-      {"Enter", [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Return); }, kAccept},
-      {"Cancel", [](QDialog& dialog) { Press(dialog, "Cancel"); }, kCancel},
-      {"Escape", [](QDialog& dialog) { QTest::keyClick(&dialog, Qt::Key_Escape); }, kCancel},
+      {"OK", press("OK"), kAccept},
+      {"Enter", hit(Qt::Key_Return), kAccept},
+      {"Cancel", press("Cancel"), kCancel},
+      {"Escape", hit(Qt::Key_Escape), kCancel},
       {"close button", [](QDialog& dialog) { dialog.close(); }, kCancel},
       {"hidden", [](QDialog& dialog) { dialog.hide(); }, kCancel},
       {"twice",
@@ -140,15 +144,31 @@ TEST_F(AxisCalibrate, EveryWayToCloseSendsOneClosingCommand) {
          dialog.close();
          dialog.reject();
        },
-       kAccept}};
+       kAccept},
+      {"not begun, but accepted", press("OK"), kAccept, kNotBegun},
+      {"not begun, but cancelled", press("Cancel"), kCancel, kNotBegun},
+      {"accept not written", press("OK"), "write 0 -> 1 : 00 00 00 00 31 00 02 *", kBegin, true},
+      {"accept refused", press("OK"), "write 0 -> 0 : 00 00 00 00 31 00 02 *\nread 0 -> 0 : ee *",
+       kBegin, true},
+      {"cancel not answered", press("Cancel"), "write 0 -> 0 : 00 00 00 00 32 00 02 *\nread 0 -> 4",
+       kBegin, true},
+      {"darkened again", press("OK"), kAccept}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    library.Expect(kBegin);
+    library.Expect(c.begin);
+    if (c.failed) {
+      bench.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
+                                  UserPrompts::Icon::kError);
+      bench.prompts.WhileOpen([&] { EXPECT_FALSE(bench.link.gate.IsOpen()); });
+    }
     Calibrate(page, [&](QDialog& dialog) {
+      EXPECT_EQ(StateText(dialog),
+                c.begin == kNotBegun ? "Automatic 0- 32768- 65535- told" : kMeasured);
       library.Expect(c.closing);
       c.act(dialog);
     });
-    EXPECT_FALSE(Lamp(page, "Error").IsLit());
+    EXPECT_EQ(Lamp(page, "Error").IsLit(), c.failed);
+    EXPECT_EQ(Lamp(page, "Error").IsBlinking(), c.failed);
   }
 }
 
@@ -194,44 +214,6 @@ TEST_F(AxisCalibrate, ReadsAgainWithAutomaticAndSendsNothingWithDefaults) {
   });
 }
 
-TEST_F(AxisCalibrate, OnlyTheLastExchangeDecides) {
-  constexpr const char* kNotBegun = R"(
-    write 0 -> 0 : 00 00 00 00 30 00 02 *
-    read 0 -> 0 : 31 01 04 02 80 03 fc *)";
-  struct Case {
-    const char* name;
-    const char* button;
-    const char* begin;
-    const char* closing;
-    bool failed;
-  };
-  const Case cases[]{
-      {"not begun, but accepted", "OK", kNotBegun, kAccept, false},
-      {"not begun, but cancelled", "Cancel", kNotBegun, kCancel, false},
-      {"accept not written", "OK", kBegin, "write 0 -> 1 : 00 00 00 00 31 00 02 *", true},
-      {"accept refused", "OK", kBegin, "write 0 -> 0 : 00 00 00 00 31 00 02 *\nread 0 -> 0 : ee *",
-       true},
-      {"cancel not answered", "Cancel", kBegin,
-       "write 0 -> 0 : 00 00 00 00 32 00 02 *\nread 0 -> 4", true},
-      {"darkened again", "OK", kBegin, kAccept, false}};
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.name);
-    library.Expect(c.begin);
-    if (c.failed) {
-      ExpectFailureMessage();
-      bench.prompts.WhileOpen([&] { EXPECT_FALSE(bench.link.gate.IsOpen()); });
-    }
-    Calibrate(page, [&](QDialog& dialog) {
-      EXPECT_EQ(StateText(dialog),
-                c.begin == kBegin ? kMeasured : "Automatic 0- 32768- 65535- told");
-      library.Expect(c.closing);
-      Press(dialog, c.button);
-    });
-    EXPECT_EQ(Lamp(page, "Error").IsLit(), c.failed);
-    EXPECT_EQ(Lamp(page, "Error").IsBlinking(), c.failed);
-  }
-}
-
 TEST_F(AxisCalibrate, DoesNotOpenWhileSomethingElseIsUnderWay) {
   const auto hold = bench.link.gate.Enter();
   auto& box = Named<QCheckBox>(page, "Z axis: Calibrate");
@@ -253,50 +235,6 @@ TEST_F(AxisCalibrate, TellsWhenNoDialogCouldBeShown) {
                               UserPrompts::Icon::kNone);
   reporting.ReportCalibration(0, CalibrationStatus::kNotShown);
   EXPECT_FALSE(Lamp(reporting, "Error").IsLit());
-}
-
-TEST(AxisCalibrateOnABoard, FollowsTheAxisAndStoresItsLastReading) {
-  sim::Bus bus(sim::DefaultRig(), {.latency = {}});
-  PageBench bench(bus);
-  bench.Detect();
-  CAxisTweakPage page(bench.Context());
-  const auto stored = bus.Find("joystick-1")->State().calibration[2];
-  Calibrate(page, [&](QDialog& dialog) {
-    const std::string first = StateText(dialog);
-    Choose(dialog, "Automatic");
-    EXPECT_NE(StateText(dialog), first);
-    Press(dialog, "Cancel");
-  });
-  EXPECT_EQ(bus.Find("joystick-1")->State().calibration[2], stored);
-  int min = 0;
-  Calibrate(page, [&](QDialog& dialog) {
-    Choose(dialog, "Automatic");
-    min = Value(dialog, "Min").value();
-    Press(dialog, "OK");
-  });
-  EXPECT_NE(min, stored.min);
-  EXPECT_EQ(bus.Find("joystick-1")->State().calibration[2].min, min);
-}
-
-TEST(AxisCalibrateOnABoard, OutlivesTheBoard) {
-  sim::Bus bus(sim::DefaultRig(), {.latency = {}});
-  PageBench bench(bus);
-  bench.Detect();
-  bool detected_anew = false;
-  bench.link.gate.SetAction([&] { detected_anew = true; });
-  CAxisTweakPage page(bench.Context());
-  bench.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
-                              UserPrompts::Icon::kError);
-  Calibrate(page, [&](QDialog& dialog) {
-    bus.Unplug("joystick-1");
-    bench.link.gate.Request();
-    Choose(dialog, "Automatic");
-    EXPECT_TRUE(dialog.isVisible());
-    EXPECT_FALSE(detected_anew) << "not while the dialog needs the table of boards";
-    Press(dialog, "OK");
-  });
-  EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
-  EXPECT_TRUE(detected_anew);
 }
 
 }  // namespace quillon::testing

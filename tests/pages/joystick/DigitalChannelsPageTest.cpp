@@ -6,10 +6,8 @@
 #include <QTest>
 
 #include "pages/joystick/CDigitalChannelsPage.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/TranscriptPage.h"
 #include "widgets/CGridCtrl.h"
-#include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
 namespace {
@@ -40,24 +38,15 @@ std::string Update(const std::string& payload) {
 
 QCheckBox& ScanMatrixBox(const QWidget& page) { return *page.findChild<QCheckBox*>(); }
 
-// A page over a transcript.
-struct Bench {
-  explicit Bench(const std::string& transcript, ScanMatrix scan_matrix = ScanMatrix::kNone)
-      : library(transcript), board(library), page(board.Context(), scan_matrix), grid(Grid(page)) {}
-
-  TranscriptLibrary library;
-  PageBench board;
-  CDigitalChannelsPage page;
-  CGridCtrl& grid;
-};
+using Bench = TranscriptGridPage<CDigitalChannelsPage>;
 
 }  // namespace
 
 TEST(DigitalChannels, ShowsTheBlockAndLeavesCellsWhoseCodesItDoesNotKnow) {
-  Bench bench(Retrieve(kHeld));
+  Bench bench(ScanMatrix::kNone);
   bench.grid.Enter(9, kMode, "Toggle");
   bench.grid.Enter(9, kEncoder, "GRAY 1X - A");
-  Button(bench.page, "Retrieve").click();
+  bench.Press("Retrieve", Retrieve(kHeld));
   const char* rows[]{"Input 1: ON Normal=0 0=0 None=0",
                      "Input 2: ON Master Toggle=1 255=255 None=0",
                      "Input 3: ON Invert Pulse=2 25=25 None=0",
@@ -68,13 +57,9 @@ TEST(DigitalChannels, ShowsTheBlockAndLeavesCellsWhoseCodesItDoesNotKnow) {
                      "Input 8: ON Invert Rotary=4 1=1 GRAY 4X - B=3",
                      "Input 9: ON Toggle=1 7=7 GRAY 1X - A=1",
                      "Input 10: ON Normal=0 0=0 None=0"};
-  for (int row = 1; row <= 10; ++row) EXPECT_EQ(RowText(bench.grid, row), rows[row - 1]);
-  EXPECT_EQ(RowText(bench.grid, 16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
-  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
-
-  bench.library.Expect(Update(kSentBack));
-  Button(bench.page, "Update").click();
-  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  for (int row = 1; row <= 10; ++row) EXPECT_EQ(bench.Row(row), rows[row - 1]);
+  EXPECT_EQ(bench.Row(16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
+  bench.Press("Update", Update(kSentBack));
 }
 
 TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
@@ -84,35 +69,32 @@ TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
   } cases[]{{"01 ", true}, {"ff ", true}, {"00 ", false}, {"fe ", false}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.held);
-    Bench bench(Retrieve(c.held + std::string(kHeld)), ScanMatrix::kSwitchable);
+    Bench bench(ScanMatrix::kSwitchable);
     QCheckBox& box = ScanMatrixBox(bench.page);
     bench.grid.Enter(9, kMode, "Toggle");
     bench.grid.Enter(9, kEncoder, "GRAY 1X - A");
-    Button(bench.page, "Retrieve").click();
+    bench.Press("Retrieve", Retrieve(c.held + std::string(kHeld)));
     EXPECT_EQ(box.isChecked(), c.on);
-    EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Invert Pulse=2 25=25 None=0");
-    EXPECT_EQ(RowText(bench.grid, 16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
+    EXPECT_EQ(bench.Row(3), "Input 3: ON Invert Pulse=2 25=25 None=0");
+    EXPECT_EQ(bench.Row(16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
 
-    bench.library.Expect(Update((c.on ? "01 " : "00 ") + std::string(kSentBack)));
-    Button(bench.page, "Update").click();
+    bench.Press("Update", Update((c.on ? "01 " : "00 ") + std::string(kSentBack)));
     box.click();
     EXPECT_EQ(OriginOf(bench.page), "Stored in Board : 001. Edited since.");
-    bench.library.Expect(Update((c.on ? "00 " : "01 ") + std::string(kSentBack)));
-    Button(bench.page, "Update").click();
-    EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+    bench.Press("Update", Update((c.on ? "00 " : "01 ") + std::string(kSentBack)));
   }
 }
 
 TEST(DigitalChannels, FullControllerShowsTheScanMatrixBoxDisabledAndSaysWhy) {
-  Bench bench("");
+  Bench bench(ScanMatrix::kNone);
   EXPECT_EQ(ScanMatrixBox(bench.page).text(), "Scan matrix mode.");
   EXPECT_FALSE(ScanMatrixBox(bench.page).isEnabled());
   EXPECT_FALSE(ScanMatrixBox(bench.page).toolTip().isEmpty());
 }
 
 TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
-  Bench bench(Retrieve(kHeld));
-  Button(bench.page, "Retrieve").click();
+  Bench bench(ScanMatrix::kNone);
+  bench.Press("Retrieve", Retrieve(kHeld));
   const auto masters = [&] {
     std::string inputs;
     for (int row = 1; row <= 16; ++row) {
@@ -133,17 +115,19 @@ TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
 }
 
 TEST(DigitalChannels, AppliesThePairRules) {
-  Bench bench("");
+  Bench bench(ScanMatrix::kNone);
   bench.grid.Enter(4, kMode, "Rotary");
   EXPECT_EQ(bench.grid.Text(3, kMode), "Rotary");
   bench.grid.Enter(3, kMode, "Toggle");
   EXPECT_EQ(bench.grid.Text(4, kMode), "Normal");
   bench.grid.Enter(7, kEncoder, "GRAY 2X - A");
-  EXPECT_EQ(RowText(bench.grid, 8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
+  EXPECT_EQ(bench.Row(8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
+  for (int row = 1; row <= 16; ++row)  // the decoding is chosen on the odd one
+    EXPECT_EQ(bench.grid.Kind(row, kEncoder), row % 2 ? CellKind::kCombo : CellKind::kPlain) << row;
 }
 
 TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
-  Bench bench("");
+  Bench bench(ScanMatrix::kNone);
   bench.page.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&bench.page));
   const auto type = [&](const QString& digits, Qt::Key last = Qt::Key_Return) {
@@ -158,20 +142,20 @@ TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
     QCoreApplication::processEvents();
   };
   type("255");
-  EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 255=255 None=0");
+  EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 255=255 None=0");
   for (const char* refused : {"256", "999"}) {
     bench.board.prompts.ExpectMessage("Enter a value between 0 - 255", "Invalid Pulse Width",
                                       UserPrompts::Icon::kExclamation);
     // The box takes the focus, and the user goes elsewhere afterwards: no second message.
     bench.board.prompts.WhileOpen([&] { Button(bench.page, "Update").setFocus(); });
     type(refused);
-    EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 255=255 None=0");
+    EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 255=255 None=0");
     bench.grid.setFocus();
     bench.grid.setCurrentIndex(bench.grid.model()->index(5, 0));
     Button(bench.page, "Retrieve").setFocus();
   }
   type("7");
-  EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 7=7 None=0");
+  EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 7=7 None=0");
 
   // The click that ends the entry does nothing else; an exchange or a question would fail the test.
   for (const char* const button : {"Retrieve", "Update", "Defaults"}) {
@@ -181,7 +165,7 @@ TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
     QTest::mouseClick(&Button(bench.page, button), Qt::LeftButton);
     type("2", Qt::Key_Backspace);
     QTest::mouseClick(&Button(bench.page, button), Qt::LeftButton);
-    EXPECT_EQ(RowText(bench.grid, 3), "Input 3: ON Normal=0 7=7 None=0");
+    EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 7=7 None=0");
   }
   std::string stored = kFactory;
   bench.library.Expect(Update(stored.replace(22, 1, "7")));
@@ -189,13 +173,12 @@ TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
 }
 
 TEST(DigitalChannels, LoadsDefaultsAndLeavesTheScanMatrixAlone) {
-  Bench bench(Retrieve("01 " + std::string(kHeld)), ScanMatrix::kSwitchable);
-  Button(bench.page, "Retrieve").click();
+  Bench bench(ScanMatrix::kSwitchable);
+  bench.Press("Retrieve", Retrieve("01 " + std::string(kHeld)));
   bench.grid.Click(3, kOn);
   bench.page.LoadDefaults();
   for (int row = 1; row <= 16; ++row) {
-    EXPECT_EQ(RowText(bench.grid, row),
-              "Input " + std::to_string(row) + ": ON Normal=0 0=0 None=0");
+    EXPECT_EQ(bench.Row(row), "Input " + std::to_string(row) + ": ON Normal=0 0=0 None=0");
   }
   EXPECT_TRUE(ScanMatrixBox(bench.page).isChecked());
   EXPECT_EQ(bench.grid.Background(3, kOn), qRgb(240, 240, 240)) << "no row is the clicked one";

@@ -7,6 +7,7 @@
 #include "pages/common/CSettingsPage.h"
 #include "pages/joystick/CJoystickPageSet.h"
 #include "testing/pages/SimProgram.h"
+#include "widgets/CEditMark.h"
 #include "widgets/CGridCtrl.h"
 #include "widgets/CStatusLed.h"
 
@@ -32,7 +33,7 @@ struct OnePage {
     pages.EnablePages(false, true);
   }
 
-  // One edit, of what comes in the page's last exchange.
+  // One edit, of what comes in the page's last exchange. The second one sets it back.
   void Edit() const {
     if (auto* const grid = page.findChild<CGridCtrl*>()) {
       for (int column = grid->Columns() - 1; column > 0; --column) {
@@ -42,8 +43,22 @@ struct OnePage {
         }
       }
     }
-    if (auto* const number = page.findChild<QSpinBox*>()) return number->setValue(77);
+    if (auto* const number = page.findChild<QSpinBox*>())
+      return number->setValue(77 - number->value());
     page.findChild<QCheckBox*>()->click();
+  }
+
+  // How many cells and controls are marked as edited.
+  int Marks() const {
+    int marks = 0;
+    for (const auto* const mark : page.findChildren<CEditMark*>()) marks += !mark->isHidden();
+    for (const auto* const grid : page.findChildren<CGridCtrl*>()) {
+      for (int row = 1; row < grid->Rows(); ++row) {
+        for (int column = 1; column < grid->Columns(); ++column)
+          marks += grid->IsMarked(row, column);
+      }
+    }
+    return marks;
   }
 
   // The commands of the exchanges that a button leads to, one for each packet.
@@ -114,6 +129,48 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
         }
       }
     }
+  });
+}
+
+TEST(EveryPage, MarksAnEditUntilItIsSetBackOrStored) {
+  ForEveryPage([](const Family& family, int tab) {
+    const OnePage one(family, tab);
+    const auto expect = [&](const char* origin, int marks) {
+      EXPECT_TRUE(OriginOf(one.page).startsWith(origin)) << OriginOf(one.page).toStdString();
+      EXPECT_EQ(OriginOf(one.page).endsWith("Edited since."), marks > 0);
+      EXPECT_EQ(one.Marks(), marks);
+    };
+    one.Edit();
+    expect("Not retrieved from the board yet.", 0);
+    Button(one.page, "Retrieve").click();
+    for (const int marks : {1, 0, 1}) {
+      one.Edit();
+      expect("Retrieved from", marks);
+    }
+    Button(one.page, "Update").click();
+    expect("Stored in", 0);
+  });
+}
+
+TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIsHeld) {
+  ForEveryPage([](const Family& family, int tab) {
+    OnePage one(family, tab);
+    one.Edit();
+    const auto edited = ShownBy(one.page);
+    {
+      const auto hold = one.program.bench.link.gate.Enter();
+      for (const char* const button : {"Retrieve", "Update", "Defaults"})
+        EXPECT_TRUE(one.Press(button).empty()) << button;
+    }
+    EXPECT_FALSE(Lamp(one.page, "Error").IsLit());
+    for (const bool yes : {false, true}) {
+      EXPECT_EQ(ShownBy(one.page), edited);
+      one.program.bench.prompts.ExpectQuestion(
+          "Are you sure you want to load the\r\ndefault settings for this page?", "Load Defaults",
+          yes);
+      EXPECT_TRUE(one.Press("Defaults").empty());
+    }
+    EXPECT_NE(ShownBy(one.page), edited);
   });
 }
 

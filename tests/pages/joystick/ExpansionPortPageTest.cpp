@@ -8,13 +8,13 @@
 #include <cstring>
 
 #include "pages/joystick/CExpansionPortPage.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/TranscriptPage.h"
 #include "widgets/CEditMark.h"
-#include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
 namespace {
+
+using Bench = TranscriptPage<CExpansionPortPage>;
 
 constexpr auto kFull = ExpansionModules::kOfFullController;
 constexpr auto kScanMatrix = ExpansionModules::kOfScanMatrix;
@@ -79,11 +79,10 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
        3}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    TranscriptLibrary library(Retrieved(c.retrieved) + Stored(c.sent));
-    PageBench bench(library);
-    CExpansionPortPage page(bench.Context(), c.modules);
+    Bench bench(c.modules);
+    const auto& page = bench.page;
     Module(page).setCurrentText(c.before);
-    Button(page, "Retrieve").click();
+    bench.Press("Retrieve", Retrieved(c.retrieved));
     EXPECT_EQ(PortText(page), c.shown);
     for (const int code : {0, 3, 6, 255}) {
       EXPECT_EQ(NamesAnUnknownModule(page, code), code == c.unknown) << code;
@@ -91,8 +90,7 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     const QString held = "The board held the module %1. Update replaces it by Zephyr Card.";
     EXPECT_EQ(Says(page, c.replaced ? held.arg(c.replaced) : "The board held"),
               c.replaced != nullptr);
-    Button(page, "Update").click();
-    EXPECT_FALSE(Lamp(page, "Error").IsLit());
+    bench.Press("Update", Stored(c.sent));
     EXPECT_FALSE(Says(page, "The board held"));
   }
 }
@@ -106,10 +104,8 @@ TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
   } cases[]{{{"1", "1", "2"}, 1, true},  {{"1", "1", "2"}, 0, false},
             {{"1", "1", "2"}, 2, false}, {{"2", "3", "1", "1"}, 3, true},
             {{"1"}, 0, false},           {{}, 0, false}};
-  TranscriptLibrary library(Retrieved("01 01"));
-  PageBench bench(library);
-  CExpansionPortPage page(bench.Context(), kFull);
-  DeviceTable& table = bench.link.table;
+  Bench bench(kFull);
+  DeviceTable& table = bench.board.link.table;
   const DeviceRecord board = table.CurrentRecord();
   for (const auto& c : cases) {
     table.Clear();
@@ -119,70 +115,58 @@ TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
       table.Append(1, KVUSB_TYPE_FIRMWARE);
     }
     table.SetCurrent(c.selected);
-    if (&c == cases) Button(page, "Retrieve").click();
-    page.ShowOrigin();
-    EXPECT_EQ(OriginOf(page).contains("not the board selected"), !c.known) << (&c - cases);
+    if (&c == cases) bench.Press("Retrieve", Retrieved("01 01"));
+    bench.page.ShowOrigin();
+    EXPECT_EQ(OriginOf(bench.page).contains("not the board selected"), !c.known) << (&c - cases);
   }
 }
 
 TEST(ExpansionPort, ForgetsAnUnknownModuleWhenTheUserChooses) {
-  TranscriptLibrary library(Retrieved("01 06"));
-  PageBench bench(library);
-  CExpansionPortPage page(bench.Context(), kFull);
-  Button(page, "Retrieve").click();
+  Bench bench(kFull);
+  const auto& page = bench.page;
+  bench.Press("Retrieve", Retrieved("01 06"));
   Active(page).click();
   Active(page).click();
-  library.Expect(Stored("01 06"));
-  Button(page, "Update").click();
+  bench.Press("Update", Stored("01 06"));
   EXPECT_EQ(OriginOf(page).indexOf("Edited"), -1);
   // The entry that is shown already.
   Q_EMIT Module(page).activated(0);
   EXPECT_FALSE(NamesAnUnknownModule(page, 6));
   EXPECT_GT(OriginOf(page).indexOf("Edited"), 0);
-  library.Expect(Stored("01 01"));
-  Button(page, "Update").click();
+  bench.Press("Update", Stored("01 01"));
 
-  library.Expect(Retrieved("01 06"));
-  Button(page, "Retrieve").click();
+  bench.Press("Retrieve", Retrieved("01 06"));
   Active(page).click();
-  page.LoadDefaults();
+  bench.page.LoadDefaults();
   EXPECT_TRUE(Module(page).findChild<CEditMark*>()->isVisibleTo(&Module(page)));
-  library.Expect(Stored("00 01"));
-  Button(page, "Update").click();
+  bench.Press("Update", Stored("00 01"));
   EXPECT_EQ(PortText(page), "off, Lumen Card");
 }
 
 TEST(ExpansionPort, NoSelectionKeepsTheRetrievedModule) {
-  TranscriptLibrary library(Retrieved("01 03") + Stored("01 03"));
-  PageBench bench(library);
-  CExpansionPortPage page(bench.Context(), kFull);
-  Button(page, "Retrieve").click();
-  Module(page).setCurrentIndex(-1);
-  Button(page, "Update").click();
+  Bench bench(kFull);
+  bench.Press("Retrieve", Retrieved("01 03"));
+  Module(bench.page).setCurrentIndex(-1);
+  bench.Press("Update", Stored("01 03"));
 }
 
 TEST(ExpansionPort, FollowsItsCheckBox) {
-  TranscriptLibrary library("");
-  PageBench bench(library);
-  CExpansionPortPage page(bench.Context(), kFull);
-  EXPECT_EQ(PortText(page), "off, Lumen Card");
-  Active(page).click();
-  EXPECT_EQ(PortText(page), "on, Lumen Card");
-  const QImage lamp = Lamp(page, "Expansion port").grab().toImage();
-  EXPECT_EQ(lamp.pixelColor(lamp.rect().center()), QColor(0, 255, 0));
-  Active(page).click();
-  EXPECT_EQ(PortText(page), "off, Lumen Card");
-  const QImage dark = Lamp(page, "Expansion port").grab().toImage();
-  EXPECT_EQ(dark.pixelColor(dark.rect().center()), QColor(150, 150, 150));
+  const Bench bench(kFull);
+  for (const auto& [text, colour] : {std::pair{"off, Lumen Card", QColor(150, 150, 150)},
+                                     {"on, Lumen Card", QColor(0, 255, 0)},
+                                     {"off, Lumen Card", QColor(150, 150, 150)}}) {
+    EXPECT_EQ(PortText(bench.page), text);
+    const QImage lamp = Lamp(bench.page, "Expansion port").grab().toImage();
+    EXPECT_EQ(lamp.pixelColor(lamp.rect().center()), colour);
+    Active(bench.page).click();
+  }
 }
 
 TEST(ExpansionPort, OnlyTheFullControllerGivesAdviceOnTheDisplay) {
-  TranscriptLibrary library("");
-  PageBench bench(library);
   for (const auto modules : {kFull, kScanMatrix}) {
-    const CExpansionPortPage page(bench.Context(), modules);
+    const Bench bench(modules);
     QStringList titles;
-    for (const auto* group : page.findChildren<QGroupBox*>()) titles << group->title();
+    for (const auto* group : bench.page.findChildren<QGroupBox*>()) titles << group->title();
     EXPECT_EQ(titles.contains("Character LCD 20 x 4 mode"), modules == kFull);
   }
 }

@@ -2,10 +2,8 @@
 #include <gmock/gmock.h>
 
 #include "pages/joystick/CHatChannelsPage.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/TranscriptPage.h"
 #include "widgets/CGridCtrl.h"
-#include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
 namespace {
@@ -20,48 +18,35 @@ std::string Update(const std::string& payload) {
   return "write 0 -> 0 : 00 00 00 00 0f 01 " + payload + " *\nread 0 -> 0 : 0f *\n";
 }
 
-// A page over a transcript.
-struct Bench {
-  explicit Bench(const std::string& transcript, HatUse use = HatUse::kWithOutputs)
-      : library(transcript),
-        board(library),
-        page(board.Context(), use),
-        hats(*page.findChildren<CGridCtrl*>().front()) {}
+struct Bench : TranscriptGridPage<CHatChannelsPage> {
+  explicit Bench(HatUse use = HatUse::kWithOutputs) : TranscriptGridPage(use) {}
 
   CGridCtrl& Damping() { return *page.findChildren<CGridCtrl*>().at(1); }
   std::string Modes() const {
-    return (hats.Text(1, kMode) + " / " + hats.Text(2, kMode)).toStdString();
+    return (grid.Text(1, kMode) + " / " + grid.Text(2, kMode)).toStdString();
   }
   std::string DampingTexts() {
     QStringList texts;
     for (int row = 1; row <= 8; ++row) texts << Damping().Text(row, kDamping);
     return texts.join(u' ').toStdString();
   }
-
-  TranscriptLibrary library;
-  PageBench board;
-  CHatChannelsPage page;
-  CGridCtrl& hats;
 };
 
 }  // namespace
 
 TEST(HatChannels, ShowsTheBlockAndKeepsBitsThatItDoesNotEdit) {
-  Bench bench(Retrieve("a3 e4 58 1b"));
-  Button(bench.page, "Retrieve").click();
-  EXPECT_EQ(RowText(bench.hats, 1), "HAT 1: ON Digital=1");
-  EXPECT_EQ(RowText(bench.hats, 2), "HAT 2: FALCO=4");
+  Bench bench;
+  bench.Press("Retrieve", Retrieve("a3 e4 58 1b"));
+  EXPECT_EQ(bench.Row(1), "HAT 1: ON Digital=1");
+  EXPECT_EQ(bench.Row(2), "HAT 2: FALCO=4");
   EXPECT_EQ(bench.DampingTexts(), "OFF LO MID HI HI MID LO OFF");
-  bench.library.Expect(Update("a3 e4 58 1b"));
-  Button(bench.page, "Update").click();
+  bench.Press("Update", Update("a3 e4 58 1b"));
 
-  bench.hats.Click(1, kOn);
-  bench.hats.Enter(2, kMode, "Digital");
+  bench.grid.Click(1, kOn);
+  bench.grid.Enter(2, kMode, "Digital");
   bench.Damping().Enter(5, kDamping, "MID");
   bench.Damping().Enter(4, kDamping, "OFF");
-  bench.library.Expect(Update("a2 24 52 1a"));
-  Button(bench.page, "Update").click();
-  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  bench.Press("Update", Update("a2 24 52 1a"));
 }
 
 // Not the inverse of what an update sends. Boards and their users rely on it: leave it alone.
@@ -81,10 +66,10 @@ TEST(HatChannels, ShowsTheModesThatBoardsReportByATableOfItsOwn) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.held);
-    Bench bench(Retrieve(c.held));
-    bench.hats.Enter(1, kMode, "ORB : 12-Bit DACs");
-    bench.hats.Enter(2, kMode, "ORB : Shifter Display");
-    Button(bench.page, "Retrieve").click();
+    Bench bench;
+    bench.grid.Enter(1, kMode, "ORB : 12-Bit DACs");
+    bench.grid.Enter(2, kMode, "ORB : Shifter Display");
+    bench.Press("Retrieve", Retrieve(c.held));
     EXPECT_EQ(bench.Modes(), c.modes);
   }
   const struct {
@@ -99,20 +84,15 @@ TEST(HatChannels, ShowsTheModesThatBoardsReportByATableOfItsOwn) {
   };
   for (const auto& c : updates) {
     SCOPED_TRACE(c.mode);
-    Bench bench(Update(c.sent));
-    bench.hats.Enter(c.hat, kMode, c.mode);
-    Button(bench.page, "Update").click();
-    EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+    Bench bench;
+    bench.grid.Enter(c.hat, kMode, c.mode);
+    bench.Press("Update", Update(c.sent));
   }
 }
 
 TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
-  struct Edit {
-    int hat;
-    const char* mode;
-  };
   const struct {
-    std::vector<Edit> edits;
+    std::vector<std::pair<int, const char*>> edits;
     const char* modes;
   } cases[]{
       {{{1, "FALCO"}}, "FALCO / FALCO"},
@@ -122,55 +102,47 @@ TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
       {{{1, "Incremental"}, {2, "Digital"}}, "Incremental / Digital"},
   };
   for (const auto& c : cases) {
-    Bench bench("");
-    for (const Edit& edit : c.edits) bench.hats.Enter(edit.hat, kMode, edit.mode);
+    Bench bench;
+    for (const auto& [hat, mode] : c.edits) bench.grid.Enter(hat, kMode, mode);
     EXPECT_EQ(bench.Modes(), c.modes);
   }
 
   // A board that holds a lone one shows it until the next edit, of the damping too.
   for (const bool of_damping : {false, true}) {
-    Bench bench(Retrieve("09 00 03 00"));
-    Button(bench.page, "Retrieve").click();
+    Bench bench;
+    bench.Press("Retrieve", Retrieve("09 00 03 00"));
     EXPECT_EQ(bench.Modes(), "FALCO / Digital");
-    bench.hats.Click(1, kOn);
+    bench.grid.Click(1, kOn);
     EXPECT_EQ(bench.Modes(), "FALCO / Digital");
-    if (of_damping) {
-      bench.Damping().Enter(1, kDamping, "HI");
-    } else {
-      bench.hats.Enter(2, kMode, "Digital");
-    }
+    of_damping ? bench.Damping().Enter(1, kDamping, "HI") : bench.grid.Enter(2, kMode, "Digital");
     EXPECT_EQ(bench.Modes(), "POV / Digital");
   }
 }
 
 TEST(HatChannels, SmallControllerHasInputsOnlyAndSendsNoDamping) {
-  Bench bench(Retrieve("f0 e4 13 1b"), HatUse::kInputsOnly);
+  Bench bench(HatUse::kInputsOnly);
   EXPECT_EQ(bench.page.findChildren<CGridCtrl*>().size(), 1) << "no damping";
-  bench.hats.Enter(1, kMode, "Digital");
-  Button(bench.page, "Retrieve").click();
+  bench.grid.Enter(1, kMode, "Digital");
+  bench.Press("Retrieve", Retrieve("f0 e4 13 1b"));
   EXPECT_EQ(bench.Modes(), "POV / Digital");
-  bench.library.Expect(Update("f0 00 13 00"));
-  Button(bench.page, "Update").click();
+  bench.Press("Update", Update("f0 00 13 00"));
 
   for (const char* unknown :
        {"05 00 05 00", "07 00 07 00", "09 00 09 00", "0b 00 0b 00", "0d 00 0d 00", "0f 00 0f 00"}) {
     SCOPED_TRACE(unknown);
-    bench.library.Expect(Retrieve(unknown));
-    Button(bench.page, "Retrieve").click();
+    bench.Press("Retrieve", Retrieve(unknown));
     EXPECT_EQ(bench.Modes(), "POV / Digital");
   }
-  bench.hats.Enter(1, kMode, "Digital");
-  bench.library.Expect(Update("03 00 03 00"));
-  Button(bench.page, "Update").click();
-  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
+  bench.grid.Enter(1, kMode, "Digital");
+  bench.Press("Update", Update("03 00 03 00"));
 }
 
 TEST(HatChannels, LoadsDefaults) {
-  Bench bench(Retrieve("06 e4 03 1b"));
-  Button(bench.page, "Retrieve").click();
+  Bench bench;
+  bench.Press("Retrieve", Retrieve("06 e4 03 1b"));
   bench.page.LoadDefaults();
-  EXPECT_EQ(RowText(bench.hats, 1), "HAT 1: ON POV=0");
-  EXPECT_EQ(RowText(bench.hats, 2), "HAT 2: ON POV=0");
+  EXPECT_EQ(bench.Row(1), "HAT 1: ON POV=0");
+  EXPECT_EQ(bench.Row(2), "HAT 2: ON POV=0");
   EXPECT_EQ(bench.DampingTexts(), "MID MID MID MID MID MID MID MID");
 }
 

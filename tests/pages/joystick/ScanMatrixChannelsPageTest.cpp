@@ -2,10 +2,8 @@
 #include <gmock/gmock.h>
 
 #include "pages/joystick/CScanMatrixChannelsPage.h"
-#include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/TranscriptPage.h"
 #include "widgets/CGridCtrl.h"
-#include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
 namespace {
@@ -36,10 +34,7 @@ constexpr const char* kSent1To59 =
     " 03 1a 21 08 1f 26 0d 14 2b 02 19 20 07 1e 25 0c 13 2a 01 18 2f"
     " 06 1d 24 0b 12 29 00 17 2e 05 1c 23 0a 11 28 0f 16";
 constexpr const char* kSent60To64 = " 2d 04 1b 22 01";
-constexpr const char* kLeftOfInputs =
-    " 09 0a 11 28 0f 16 2d 04 1b 22 09 10 27 0e 15 2c 03 1a 21 08 1f"
-    " 26 0d 14 2b 02 19 20 07 1e 25 0c 13 2a 01 18 2f 06 1d 24 0b 12"
-    " 29 00 17 2e 05 1c 23 0a 11 28 0f 16";
+const char* const kLeftOfInputs = kSent1To59 + 3 * 5;
 constexpr const char* kSentPairs1 =
     " 00 00 40 31 05 3f 42 0a 3e f0 0f 3d 80 14 3c b1 19 3b c2 1e 3a"
     " f3 23 39 00 28 38 31 2d 37 42 32 36 73 37 35 80 3c 34 b1 00 33"
@@ -47,9 +42,7 @@ constexpr const char* kSentPairs1 =
 constexpr const char* kSentPairs2 =
     " 2d 80 23 2c b1 28 2b c2 2d 2a f3 32 29 00 37 28 31 3c 27 42 00"
     " 26 73 05 25 80 0a 24 b1 0f 23 c2 14 22 f3 40 40";
-constexpr const char* kLeftOfPairs =
-    " 3c 34 b1 00 33 c2 05 32 f3 0a 31 00 0f 30 31 14 2f 42 19 2e 73"
-    " 1e";
+const char* const kLeftOfPairs = kSentPairs1 + 3 * 37;
 
 std::string Line(const char* head, std::initializer_list<const char*> parts) {
   std::string line = head;
@@ -76,22 +69,13 @@ std::string Update() {
          Line("read 0 -> 0 : 18 *", {});
 }
 
-// A page over a transcript.
-struct Bench {
-  explicit Bench(const std::string& transcript)
-      : library(transcript), board(library), page(board.Context()), grid(Grid(page)) {}
-
-  TranscriptLibrary library;
-  PageBench board;
-  CScanMatrixChannelsPage page;
-  CGridCtrl& grid;
-};
+using Bench = TranscriptGridPage<CScanMatrixChannelsPage>;
 
 }  // namespace
 
 TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
-  Bench bench(Retrieve());
-  Button(bench.page, "Retrieve").click();
+  Bench bench;
+  bench.Press("Retrieve", Retrieve());
   const struct {
     int row;
     const char* text;
@@ -106,55 +90,62 @@ TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
       {63, "Input 63: Invert Rotary=2 GRAY 4X - A=3 Button 64=64 Button 64=64 Hold"},
       {64, "Input 64: ON Normal=0 GRAY 4X - B=3"},
   };
-  for (const auto& row : rows) EXPECT_EQ(RowText(bench.grid, row.row), row.text);
+  for (const auto& row : rows) EXPECT_EQ(bench.Row(row.row), row.text);
   EXPECT_EQ(bench.grid.Text(2, kPush), "");
   EXPECT_EQ(bench.grid.Text(2, kPull), "");
-  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
 
   // Twice: a transfer in packets spoils its own buffer.
-  for (int i = 0; i < 2; ++i) {
-    bench.library.Expect(Update());
-    Button(bench.page, "Update").click();
-    EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
-  }
+  for (int i = 0; i < 2; ++i) bench.Press("Update", Update());
 }
 
 TEST(ScanMatrixChannels, AppliesTheRulesWithItsOwnCodes) {
-  Bench bench("");
+  Bench bench;
   bench.grid.Enter(64, kMode, "Rotary");
-  EXPECT_EQ(RowText(bench.grid, 63), "Input 63: ON Rotary=2 None=0 None=0 None=0");
+  EXPECT_EQ(bench.Row(63), "Input 63: ON Rotary=2 None=0 None=0 None=0");
   bench.grid.Enter(63, kMode, "Toggle");
-  EXPECT_EQ(RowText(bench.grid, 64), "Input 64: ON Normal=0 None=0");
+  EXPECT_EQ(bench.Row(64), "Input 64: ON Normal=0 None=0");
   bench.grid.Enter(63, kEncoder, "GRAY 4X - A");
-  EXPECT_EQ(RowText(bench.grid, 64), "Input 64: ON Normal=0 GRAY 4X - B=3");
+  EXPECT_EQ(bench.Row(64), "Input 64: ON Normal=0 GRAY 4X - B=3");
   bench.grid.Enter(1, kPush, "Button 64");
   bench.grid.Enter(1, kPull, "Button 9");
-  EXPECT_EQ(RowText(bench.grid, 1), "Input 1: ON Normal=0 None=0 Button 64=64 Button 9=9");
+  EXPECT_EQ(bench.Row(1), "Input 1: ON Normal=0 None=0 Button 64=64 Button 9=9");
   bench.grid.Enter(1, kPush, "None");
   bench.grid.Click(1, kHold);
-  EXPECT_EQ(RowText(bench.grid, 1), "Input 1: ON Normal=0 None=0 None=0 Button 9=9 Hold");
+  EXPECT_EQ(bench.Row(1), "Input 1: ON Normal=0 None=0 None=0 Button 9=9 Hold");
 
   bench.grid.Click(2, kMaster);
   bench.grid.Click(50, kMaster);
   EXPECT_EQ(bench.grid.Value(2, kMaster), 0U);
   EXPECT_EQ(bench.grid.Value(50, kMaster), 1U);
-  EXPECT_EQ(bench.grid.Background(50, kHold), qRgb(191, 212, 227));
-  EXPECT_EQ(bench.grid.Background(2, kHold), qRgb(220, 220, 220));
 
   for (const Column column : {kPush, kPull, kHold}) {
     EXPECT_FALSE(bench.grid.IsEnabledCell(2, column));
     bench.grid.Click(2, column);
   }
-  EXPECT_EQ(RowText(bench.grid, 2), "Input 2: ON Normal=0 None=0");
+  EXPECT_EQ(bench.Row(2), "Input 2: ON Normal=0 None=0");
+}
+
+TEST(ScanMatrixChannels, PaintsEachPairAsAUnitAndTheClickedRowApart) {
+  Bench bench;
+  for (const int clicked : {0, 4, 50}) {
+    if (clicked > 0) bench.grid.Click(clicked, kOn);
+    for (int row = 1; row <= 64; ++row) {
+      const QRgb band = (row - 1) / 2 % 2 == 0 ? qRgb(220, 220, 220) : qRgb(240, 240, 240);
+      const QRgb expected = row == clicked ? qRgb(191, 212, 227) : band;
+      for (int column = kOn; column <= kHold; ++column)
+        EXPECT_EQ(bench.grid.Background(row, column), expected) << row << ' ' << column;
+      EXPECT_TRUE(bench.grid.IsEnabledCell(row, kEncoder)) << "shown, though chosen on odd ones";
+    }
+  }
 }
 
 TEST(ScanMatrixChannels, LoadsDefaults) {
-  Bench bench(Retrieve());
-  Button(bench.page, "Retrieve").click();
+  Bench bench;
+  bench.Press("Retrieve", Retrieve());
   bench.page.LoadDefaults();
   for (int row = 1; row <= 64; ++row) {
     const std::string input = "Input " + std::to_string(row) + ": ON Normal=0 None=0";
-    EXPECT_EQ(RowText(bench.grid, row), row % 2 == 0 ? input : input + " None=0 None=0");
+    EXPECT_EQ(bench.Row(row), row % 2 == 0 ? input : input + " None=0 None=0");
   }
 }
 
