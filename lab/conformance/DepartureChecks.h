@@ -10,6 +10,6 @@
 namespace quillon::conformance {
 
 // Boards that leave the bus and, some, come back; those checks that the options ask for.
-std::vector<Check> DepartureChecks(const Options& options, const ConformanceIo& io);
+std::vector<Check> DepartureChecks(const Options& options, const ConformanceIo& io, Moves& moves);
 
 }  // namespace quillon::conformance
