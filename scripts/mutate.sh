@@ -43,16 +43,21 @@ who_cried() {
   sed -n 's|^ *[0-9]*/[0-9]* Test *#[0-9]*: \([^ ]*\) .*\*\*\*.*|\1|p' "$kLog" | head -1
 }
 
-# notice <folder>: 0 when its tests notice the fault, 1 when not, 2 when it does not compile.
+# notice <name> <folder>: 0 when its tests notice the fault, 1 when not, 2 when that cannot be told.
 notice() {
-  local target=$1/all
-  [[ $1 != . ]] || target=all
+  local name=$1 target=$2/all who
+  [[ $2 != . ]] || target=all
   if ! build --target "$target"; then
     echo "BROKEN     $name does not compile, see $kLog"
     return 2
   fi
-  tests_fail "$1" || return 1
-  echo "noticed    $name by $(who_cried)"
+  tests_fail "$2" || return 1
+  who=$(who_cried)
+  if [[ -z $who ]]; then
+    echo "BROKEN     $name keeps the tests from being run, see $kLog"
+    return 2
+  fi
+  echo "noticed    $name by $who"
 }
 
 # judge <patch>: prints a line; 0 when the fault was noticed.
@@ -63,10 +68,10 @@ judge() {
     echo "STALE      $name does not apply any more"
     return 1
   fi
-  notice "$(folder_of "$patch")"
+  notice "$name" "$(folder_of "$patch")"
   status=$?
   if [[ $status -eq 1 ]]; then
-    notice .
+    notice "$name" .
     status=$?
     [[ $status -ne 1 ]] || echo "UNNOTICED  $name: $(sentence_of "$patch")"
   fi
