@@ -15,6 +15,7 @@ declare -rA kPackages=(
   [fuzz]='clang-14 libclang-rt-14-dev'
   [bench]='libbenchmark-dev libxcb1-dev'
   [icons]='librsvg2-bin'
+  [mutate]='patch'
 )
 
 # The programs that show the same on a distribution whose package names we do not know.
@@ -29,6 +30,7 @@ declare -rA kPrograms=(
   [fuzz]='clang++-14'
   [bench]=''
   [icons]='rsvg-convert'
+  [mutate]='patch'
 )
 
 is_debian() {

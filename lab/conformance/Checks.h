@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <string>
 #include <vector>
 
@@ -28,10 +29,14 @@ std::vector<Check> ExchangeChecks(Times& times);
 // Wrong requests: garbage for a record, no request at all, a report number that boards do not have.
 std::vector<Check> MisuseChecks();
 std::vector<Check> ClosingChecks(Times& times);
+// How often boards were made to leave and seen to come back, by product id: of that events tell.
+struct Moves {
+  std::map<std::uint16_t, unsigned> left, came;
+};
+
 // The optional functions.
 std::vector<Check> ProblemChecks();
-// `boards_left` says that boards were made to leave, so events must have told of it.
-Check EventCheck(bool boards_left);
+Check EventCheck(const Moves& moves);
 // Looks at all calls before it. In every other check an exception counts as a failure of the
 // function.
 Check ExceptionCheck();

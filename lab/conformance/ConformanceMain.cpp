@@ -88,12 +88,10 @@ int ConformanceMain(std::span<const std::string> arguments,
                              ProblemChecks(), MisuseChecks()}) {
     Run(checks, boards, *subject, report);
   }
-  const bool boards_leave = (options.restart || options.vanish) &&
-                            std::any_of(subject->Boards().begin(), subject->Boards().end(),
-                                        [](const FoundBoard& board) { return !board.IsBarred(); });
-  for (const Check& check : DepartureChecks(options, io))
+  Moves moves;
+  for (const Check& check : DepartureChecks(options, io, moves))
     Run({check}, AllFound(*subject), *subject, report);
-  Run({EventCheck(boards_leave), ExceptionCheck()}, AllFound(*subject), *subject, report);
+  Run({EventCheck(moves), ExceptionCheck()}, AllFound(*subject), *subject, report);
   io.out << "Detection of all types: " << Median(times.detections)
          << ", an exchange: " << Median(times.exchanges) << " (medians)\n";
   if (boards.empty()) io.out << "There was no board to try most promises on.\n";

@@ -59,11 +59,12 @@ void ExpectGone(Subject& subject, const FoundBoard& board, Findings& findings) {
   ExpectInTime(findings, board.name + ": a call after it has left ", exchange);
 }
 
-void RestartOne(Subject& subject, const FoundBoard& board, const Pause& pause, Findings& findings) {
+// Whether the board said that it restarts.
+bool RestartOne(Subject& subject, const FoundBoard& board, const Pause& pause, Findings& findings) {
   const std::string where = board.name + ", restart: ";
   const Exchange exchange = subject.Ask(board, Command(kRestart));
-  findings.Expect(exchange.answered && exchange.buffer[kEchoByte] == kRestart,
-                  where + "no answer.");
+  const bool restarts = findings.Expect(exchange.answered && exchange.buffer[kEchoByte] == kRestart,
+                                        where + "no answer.");
   ExpectInTime(findings, where, exchange);
   if (board.CanBeAsked()) {
     const HidPacket& question = board.questions.front();
@@ -76,21 +77,30 @@ void RestartOne(Subject& subject, const FoundBoard& board, const Pause& pause, F
       return !after.answered;
     });
   }
+  return restarts;
 }
 
 // No detection before all have restarted: it may list them in another order, and boards that look
 // the same could not be told apart.
-void BoardsRestart(const Pause& pause, Subject& subject, Findings& findings) {
+void BoardsRestart(const Pause& pause, Moves& moves, Subject& subject, Findings& findings) {
   const Keys keys = subject.Keys();
-  for (const FoundBoard& board : subject.Boards())
-    if (!board.IsBarred()) RestartOne(subject, board, pause, findings);
+  std::vector<std::uint16_t> products;
+  for (const FoundBoard& board : subject.Boards()) {
+    if (board.IsBarred() || !RestartOne(subject, board, pause, findings)) continue;
+    products.push_back(board.record->product_id);
+  }
   if (!findings.WasTried()) return;
-  findings.Expect(Await(kRestartLimit, pause, [&] { return Finds(subject, keys); }),
-                  "Not the same boards are found again in 10 seconds.");
+  const bool found =
+      findings.Expect(Await(kRestartLimit, pause, [&] { return Finds(subject, keys); }),
+                      "Not the same boards are found again in 10 seconds.");
+  for (const std::uint16_t product : products) {
+    ++moves.left[product];
+    if (found) ++moves.came[product];
+  }
   ExpectAllAnswer(subject, findings);
 }
 
-void OneVanishes(const VanishOrder& order, const Pause& pause, Subject& subject,
+void OneVanishes(const VanishOrder& order, const Pause& pause, Moves& moves, Subject& subject,
                  Findings& findings) {
   auto& boards = subject.Boards();
   const auto found = std::find_if(boards.begin(), boards.end(), [&](const FoundBoard& board) {
@@ -103,7 +113,10 @@ void OneVanishes(const VanishOrder& order, const Pause& pause, Subject& subject,
   const FoundBoard board = *found;  // a copy: a detection replaces the list
   const Keys left = Without(subject.Keys(), board.key);
   const Exchange exchange = subject.Ask(board, Command(order.command));
-  findings.Expect(!exchange.answered, board.name + ": it answers the command that it leaves at.");
+  if (findings.Expect(!exchange.answered,
+                      board.name + ": it answers the command that it leaves at.")) {
+    ++moves.left[order.product];
+  }
   findings.Expect(exchange.answered || exchange.buffer == exchange.before_read,
                   board.name + ": a ReadData that failed changed the buffer.");
   ExpectInTime(findings, board.name + ": the exchange during which it leaves ", exchange);
@@ -147,17 +160,18 @@ void APersonPullsOne(const ConformanceIo& io, Subject& subject, Findings& findin
 
 }  // namespace
 
-std::vector<Check> DepartureChecks(const Options& options, const ConformanceIo& io) {
+std::vector<Check> DepartureChecks(const Options& options, const ConformanceIo& io, Moves& moves) {
   std::vector<Check> checks;
   if (options.restart) {
-    checks.push_back({"leaving: every board restarts", [&io](Subject& subject, Findings& findings) {
-                        BoardsRestart(io.pause, subject, findings);
-                      }});
+    checks.push_back(
+        {"leaving: every board restarts", [&io, &moves](Subject& subject, Findings& findings) {
+           BoardsRestart(io.pause, moves, subject, findings);
+         }});
   }
   if (options.vanish) {
     checks.push_back({"leaving: board " + HexWord(options.vanish->product, 4) + " vanishes",
-                      [order = *options.vanish, &io](Subject& subject, Findings& findings) {
-                        OneVanishes(order, io.pause, subject, findings);
+                      [order = *options.vanish, &io, &moves](Subject& subject, Findings& findings) {
+                        OneVanishes(order, io.pause, moves, subject, findings);
                       }});
   }
   if (options.unplug) {

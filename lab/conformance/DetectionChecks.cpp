@@ -18,7 +18,15 @@ Check FaultCheck(Times& times, std::string name, FaultList list) {
           }};
 }
 
-void NoteUnterminated(std::span<const char> text, const std::string& what, Findings& findings) {
+// Whether a detection left all bytes as they were before it.
+template <typename Item>
+bool IsUntouched(std::span<const Item> field) {
+  const auto bytes = std::as_bytes(field);
+  return std::all_of(bytes.begin(), bytes.end(), [](std::byte b) { return b == kTablePattern; });
+}
+
+void ExpectText(std::span<const char> text, const std::string& what, Findings& findings) {
+  findings.Expect(!IsUntouched(text), what + " was not written.");
   if (std::find(text.begin(), text.end(), '\0') == text.end())
     findings.Note(what + " has no zero byte at its end.");
 }
@@ -27,9 +35,11 @@ void RecordsAreFilled(Subject& subject, Findings& findings) {
   for (const FoundBoard& board : subject.Boards()) {
     const DeviceRecord& record = *board.record;
     findings.Expect(record.product_id != 0, board.name + ": the product id is 0.");
-    NoteUnterminated(record.product_text, board.name + ": the product text", findings);
-    NoteUnterminated(record.manufacturer, board.name + ": the manufacturer", findings);
-    NoteUnterminated(record.serial_number, board.name + ": the serial number", findings);
+    findings.Expect(!IsUntouched(std::span(&record.version, 1)),
+                    board.name + ": the version was not written.");
+    ExpectText(record.product_text, board.name + ": the product text", findings);
+    ExpectText(record.manufacturer, board.name + ": the manufacturer", findings);
+    ExpectText(record.serial_number, board.name + ": the serial number", findings);
   }
 }
 

@@ -107,6 +107,20 @@ void RowOfExchanges(Times& times, Subject& subject, Findings& findings) {
   }
 }
 
+// What is left of an exchange that was given up is not the next one's answer.
+void UnreadAnswersAreDropped(Subject& subject, Findings& findings) {
+  for (const FoundBoard& board : subject.Boards()) {
+    if (!board.CanBeAsked() || board.questions.size() < 2) continue;
+    HidPacket unread = board.questions.back();
+    Clock::duration took{};
+    subject.Write(board, unread, took);
+    const HidPacket& question = board.questions.front();
+    const Exchange exchange = subject.Ask(board, question);
+    findings.Expect(exchange.answered && exchange.buffer[kEchoByte] == question[kCommandByte],
+                    Asking(board, question) + "not its answer, where an earlier one was not read.");
+  }
+}
+
 // All requests out before the first answer is read.
 void BoardsInTurn(Subject& subject, Findings& findings) {
   std::vector<const FoundBoard*> boards;
@@ -145,6 +159,7 @@ std::vector<Check> ExchangeChecks(Times& times) {
        [&times](Subject& subject, Findings& findings) {
          RowOfExchanges(times, subject, findings);
        }},
+      {"exchange: unread answers", UnreadAnswersAreDropped},
       {"exchange: boards in turn", BoardsInTurn},
   };
 }

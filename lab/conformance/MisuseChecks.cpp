@@ -20,29 +20,40 @@ std::vector<FoundBoard> OneOfEachType(Subject& subject) {
   return out;
 }
 
+void ExpectNoAnswer(Subject& subject, const FoundBoard& board, const std::string& request,
+                    Findings& findings) {
+  HidPacket packet;
+  packet.fill(0x5C);
+  const HidPacket before = packet;
+  Clock::duration took{};
+  const bool answered = subject.Read(board, packet, took);
+  findings.Expect(!answered, board.name + ": ReadData has an answer to " + request + ".");
+  findings.Expect(answered || packet == before,
+                  board.name + ": a ReadData that failed changed the buffer.");
+  findings.Expect(took < kAnswerLimit, board.name + ": ReadData took longer than 3 seconds.");
+}
+
 void ReadsWithoutARequest(Subject& subject, Findings& findings) {
-  for (const FoundBoard& board : OneOfEachType(subject)) {
-    HidPacket packet;
-    packet.fill(0x5C);
-    const HidPacket before = packet;
-    Clock::duration took{};
-    const bool answered = subject.Read(board, packet, took);
-    findings.Expect(!answered, board.name + ": ReadData has an answer to no request.");
-    findings.Expect(answered || packet == before,
-                    board.name + ": a ReadData that failed changed the buffer.");
-    findings.Expect(took < kAnswerLimit, board.name + ": ReadData took longer than 3 seconds.");
-  }
+  const std::vector<FoundBoard> boards = OneOfEachType(subject);
+  for (const FoundBoard& board : boards) ExpectNoAnswer(subject, board, "no request", findings);
+  if (boards.empty()) return;
+  subject.Ask(boards.front(), boards.front().questions.front());
+  ExpectNoAnswer(subject, boards.front(), "a request whose answer was read", findings);
 }
 
 void OtherReportNumbers(Subject& subject, Findings& findings) {
   for (const FoundBoard& board : OneOfEachType(subject)) {
     HidPacket packet = board.questions.front();
+    Clock::duration took{};
+    subject.Write(board, packet, took);  // whose answer is not that of the next request
     packet[0] = 1;
     const std::string where = board.name + ", report number 1: ";
-    Clock::duration took{};
     const bool refused = subject.Write(board, packet, took) == KVUSB_WRITE_FAILED;
     findings.Expect(took < kAnswerLimit, where + "WriteData took longer than 3 seconds.");
-    if (refused) continue;
+    if (refused) {
+      ExpectNoAnswer(subject, board, "a request that was refused", findings);
+      continue;
+    }
     subject.Read(board, packet, took);
     findings.Expect(took < kAnswerLimit, where + "ReadData took longer than 3 seconds.");
   }

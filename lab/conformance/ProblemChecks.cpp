@@ -52,6 +52,12 @@ void BarredBoardsFail(Subject& subject, Findings& findings) {
   }
 }
 
+std::string InCapitals(std::string text) {
+  std::transform(text.begin(), text.end(), text.begin(),
+                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  return text;
+}
+
 bool HasNumber(const std::string& path, const std::string& tag) {
   const auto at = path.find(tag);
   if (at == std::string::npos || path.size() < at + tag.size() + 4) return false;
@@ -66,24 +72,35 @@ void ExpectEvent(const ChangeEvent& event, Findings& findings) {
   findings.Expect(
       event.device_type == KVUSB_DEVICE_INTERFACE,
       "An event is about a device of the type " + std::to_string(event.device_type) + ".");
-  std::string path = event.path;
-  std::transform(path.begin(), path.end(), path.begin(),
-                 [](unsigned char c) { return static_cast<char>(std::toupper(c)); });
+  const std::string path = InCapitals(event.path);
   findings.Expect(HasNumber(path, "VID_") && HasNumber(path, "PID_"),
                   "The path of an event names no vendor and product: " + event.path);
 }
 
+// A system may tell of each interface of a board, so there may be more of them.
+void ExpectToldOf(const std::map<std::uint16_t, unsigned>& moved, std::uint32_t kind,
+                  const std::string& what, const std::vector<ChangeEvent>& events,
+                  Findings& findings) {
+  for (const auto& [product, times] : moved) {
+    const std::string tag = "PID_" + HexWord(product, 4);
+    const auto told = std::count_if(events.begin(), events.end(), [&](const ChangeEvent& event) {
+      return event.event == kind && InCapitals(event.path).find(tag) != std::string::npos;
+    });
+    findings.Expect(told >= static_cast<std::ptrdiff_t>(times),
+                    HexWord(product, 4) + ": " + std::to_string(times) + " times a board " + what +
+                        ", but " + std::to_string(told) + " events tell of that.");
+  }
+}
+
 // Last of all, because it looks at the events of the whole run.
-void EventsTellWhatHappened(bool boards_left, Subject& subject, Findings& findings) {
+void EventsTellWhatHappened(const Moves& moves, Subject& subject, Findings& findings) {
   if (!subject.HasSetHandler()) return findings.NotTried("there is no SetDeviceChangeHandler");
   findings.Expect(subject.ListenForEvents(false) != 0, "The handler cannot be taken back.");
   findings.Expect(subject.ListenForEvents(true) != 0, "The handler cannot be set again.");
   const auto events = subject.Events();
   for (const ChangeEvent& event : events) ExpectEvent(event, findings);
-  const bool told = std::any_of(events.begin(), events.end(), [](const ChangeEvent& event) {
-    return event.event == KVUSB_EVENT_REMOVAL;
-  });
-  findings.Expect(told || !boards_left, "Boards have left, but no event tells of a removal.");
+  ExpectToldOf(moves.left, KVUSB_EVENT_REMOVAL, "left", events, findings);
+  ExpectToldOf(moves.came, KVUSB_EVENT_ARRIVAL, "came back", events, findings);
   findings.Note(std::to_string(events.size()) + " events came.");
 }
 
@@ -96,9 +113,9 @@ std::vector<Check> ProblemChecks() {
   };
 }
 
-Check EventCheck(bool boards_left) {
-  return {"events: what came", [boards_left](Subject& subject, Findings& findings) {
-            EventsTellWhatHappened(boards_left, subject, findings);
+Check EventCheck(const Moves& moves) {
+  return {"events: what came", [&moves](Subject& subject, Findings& findings) {
+            EventsTellWhatHappened(moves, subject, findings);
           }};
 }
 

@@ -14,14 +14,13 @@
 namespace quillon::conformance {
 namespace {
 
-constexpr int kPattern = 0xA5;
 constexpr std::uint32_t kUnsetCount = 0xA5A5A5A5;
 constexpr std::uint8_t kUnreadByte = 0xC3;
 
 const DeviceRecord& Blank() {
   static const DeviceRecord record = [] {
     DeviceRecord blank;
-    std::memset(&blank, kPattern, sizeof blank);
+    std::memset(&blank, std::to_integer<int>(kTablePattern), sizeof blank);
     return blank;
   }();
   return record;

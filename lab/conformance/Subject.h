@@ -2,6 +2,7 @@
 #pragma once
 
 #include <chrono>
+#include <cstddef>
 #include <cstdint>
 #include <filesystem>
 #include <map>
@@ -21,6 +22,9 @@ using Clock = std::chrono::steady_clock;
 
 // How long a library may wait for an answer (kvusb.h), and some time more for a busy machine.
 inline constexpr Clock::duration kAnswerLimit = std::chrono::milliseconds(3000);
+// What stands in every byte of the table before a detection.
+inline constexpr std::byte kTablePattern{0xA5};
+
 // How long a call may take that has nothing to wait for.
 inline constexpr Clock::duration kPromptLimit = std::chrono::milliseconds(1000);
 

@@ -48,6 +48,7 @@ TEST(HidrawList, NamesOursByTheirNumbers) {
   sys.Add("usb1/1-4/1-4:1.0/nonsense", "hidraw4");
   fs::create_symlink("../../devices/gone", sys.root / "class/hidraw/hidraw5");
   EXPECT_THAT(sys.Devices(), ElementsAre("/dev/hidraw2", "/dev/hidraw10"));
+  EXPECT_FALSE(ReadHidrawNode(sys.root / "class/hidraw/hidraw3")) << "of another vendor";
 }
 
 TEST(HidrawList, ReadsWhatIsThereAndDoesWithoutTheRest) {

@@ -75,6 +75,7 @@ TEST(SimNodes, ANodeUpdateGivesTheNodeTheVersionOfTheFinish) {
       << "cut by the packet";
   EXPECT_THAT(bench.Ask({0, 56, 201, 0, 0x1C, 0, 0, 1}), ElementsAre(kFlashFail));
   EXPECT_THAT(bench.Ask({0, 0, 0x31, 0x01, 0x1C, 0, 1, 1}), ElementsAre(1));
+  EXPECT_THAT(bench.Ask({0, 3, 0x10, 0, 0x1C, 0, 0, 1}), ElementsAre(kCommandFail)) << "finished";
 
   const Node& node = bench.TheBoard().State().nodes[1];
   EXPECT_EQ(node.flash_version, 0x0131);
