@@ -10,11 +10,11 @@
 #include <QSettings>
 
 #include "app/CMainDialog.h"
-#include "app/MainBench.h"
+#include "app/MainFixture.h"
 #include "devlink/NoLibrary.h"
 #include "pages/common/CSettingsPage.h"
 #include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 #include "widgets/CGridCtrl.h"
 #include "widgets/CScrollPane.h"
 #include "widgets/CStatusLed.h"
@@ -114,38 +114,38 @@ TEST(MainDialog, DetectsFirmwareThenLoadersThenTheRest) {
     read 1 -> 0 : 06 01 20 01 *
     detect 3 -> 0
   )");
-  MainBench bench(library);
-  const auto root = [&](int row) { return bench.window.Tree().model()->index(row, 0); };
+  MainFixture fixture(library);
+  const auto root = [&](int row) { return fixture.window.Tree().model()->index(row, 0); };
   const auto only_child = [&](int row) {
-    return bench.window.Tree().model()->index(0, 0, root(row)).data().toString();
+    return fixture.window.Tree().model()->index(0, 0, root(row)).data().toString();
   };
-  bench.on_settle = [&] {
+  fixture.on_settle = [&] {
     EXPECT_EQ(only_child(0), "Non Detected");
-    EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
+    EXPECT_EQ(fixture.window.ShownPageSet(), nullptr);
   };
-  bench.window.Initialise();
-  EXPECT_EQ(bench.settled, 1);
+  fixture.window.Initialise();
+  EXPECT_EQ(fixture.settled, 1);
   EXPECT_EQ(only_child(0), "Loader : 002");
   EXPECT_EQ(only_child(1), "Stick : 001");
-  EXPECT_EQ(bench.link.table.Record(1).queried_version, 0x0120);
-  ASSERT_NE(bench.window.ShownPageSet(), nullptr);
-  EXPECT_THAT(ReportOf(bench.window).toStdString(), ::testing::HasSubstr("Device : Stick"));
-  EXPECT_EQ(EnabledTabs(*bench.window.ShownPageSet()).first(2),
+  EXPECT_EQ(fixture.link.table.Record(1).queried_version, 0x0120);
+  ASSERT_NE(fixture.window.ShownPageSet(), nullptr);
+  EXPECT_THAT(ReportOf(fixture.window).toStdString(), ::testing::HasSubstr("Device : Stick"));
+  EXPECT_EQ(EnabledTabs(*fixture.window.ShownPageSet()).first(2),
             QStringList({"Device Configuration", "Analog Channels"}));
 }
 
 TEST(MainDialog, PaintsTheEmptiedTreeBeforeItWaits) {
   SimMain main(kJoystick);
-  auto& window = main.bench.window;
+  auto& window = main.fixture.window;
   const auto is_seen = [&] {
     const QImage screen = window.screen()->grabWindow(window.winId()).toImage();
     return screen == window.grab().toImage().convertToFormat(screen.format());
   };
   window.show();
-  while (main.bench.settled == 0 || !is_seen()) main.bench.RunEvents();
-  main.bench.on_settle = [&] { EXPECT_TRUE(is_seen()); };
+  while (main.fixture.settled == 0 || !is_seen()) main.fixture.RunEvents();
+  main.fixture.on_settle = [&] { EXPECT_TRUE(is_seen()); };
   window.Redetect();
-  EXPECT_EQ(main.bench.settled, 2);
+  EXPECT_EQ(main.fixture.settled, 2);
 }
 
 TEST(MainDialog, SaysThatClosingFailedAndDetectsNothingMoreOnceItIsClosed) {
@@ -156,25 +156,25 @@ TEST(MainDialog, SaysThatClosingFailedAndDetectsNothingMoreOnceItIsClosed) {
     detect 3 -> 0
     close 0 -> 0
   )");
-  MainBench bench(library);
+  MainFixture fixture(library);
   const auto expect_failure = [&] {
-    bench.prompts.ExpectMessage("An error occured while attempting to close device!",
-                                "Close Device Failed", Icon::kExclamation);
+    fixture.prompts.ExpectMessage("An error occured while attempting to close device!",
+                                  "Close Device Failed", Icon::kExclamation);
   };
   expect_failure();
-  bench.window.Initialise();
-  EXPECT_EQ(bench.window.ShownPageSet(), nullptr) << "no boards: the home page";
+  fixture.window.Initialise();
+  EXPECT_EQ(fixture.window.ShownPageSet(), nullptr) << "no boards: the home page";
   expect_failure();
-  bench.prompts.WhileOpen([&] { bench.ReportArrival(); });
-  EXPECT_TRUE(bench.window.close());
-  bench.ReportArrival();
-  bench.RunEvents();
-  EXPECT_EQ(bench.settled, 1);
+  fixture.prompts.WhileOpen([&] { fixture.ReportArrival(); });
+  EXPECT_TRUE(fixture.window.close());
+  fixture.ReportArrival();
+  fixture.RunEvents();
+  EXPECT_EQ(fixture.settled, 1);
 }
 
 TEST(MainDialog, FitsItsScreenAndKeepsTheFocusWhereItWasPressed) {
   SimMain main(kJoystick);
-  auto& window = main.bench.window;
+  auto& window = main.fixture.window;
   window.show();
   window.Initialise();
   const QSize room = window.screen()->availableSize().expandedTo(window.minimumSizeHint());
@@ -201,7 +201,7 @@ TEST(MainDialog, ShowsAllOfEveryPageInASmallWindow) {
     SCOPED_TRACE(product);
     const std::string board = R"({"id": "b", "firmware": "1.00", "product": "0x)" + product + "\"}";
     SimMain main(product.empty() ? "" : board);
-    auto& window = main.bench.window;
+    auto& window = main.fixture.window;
     window.resize(kSmall);
     window.show();
     window.Initialise();
@@ -211,7 +211,7 @@ TEST(MainDialog, ShowsAllOfEveryPageInASmallWindow) {
       set->setTabEnabled(tab, true);
       set->setCurrentIndex(tab);
       window.activateWindow();
-      MainBench::RunEvents();
+      MainFixture::RunEvents();
       EXPECT_EQ(window.size(), kSmall);
       EXPECT_GE(window.Tree().width(), window.Tree().fontMetrics().averageCharWidth() * 32);
       for (auto* const part : set->findChildren<QWidget*>()) {
@@ -242,17 +242,17 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
   for (const auto& [board, last_tab] : cases) {
     SCOPED_TRACE(board);
     SimMain main(R"({"id": "b", )" + std::string(board) + "}");
-    main.bench.window.Initialise();
-    CPageSet* const set = main.bench.window.ShownPageSet();
+    main.fixture.window.Initialise();
+    CPageSet* const set = main.fixture.window.ShownPageSet();
     ASSERT_NE(set, nullptr);
     EXPECT_EQ(set->tabText(set->count() - 1), last_tab);
     set->EnablePages(false, true);
-    main.bench.window.resize(2000, 900);  // has room for all tabs
-    main.bench.window.show();
+    main.fixture.window.resize(2000, 900);  // has room for all tabs
+    main.fixture.window.show();
     for (int tab = 0; tab < set->count(); ++tab) {
       set->setCurrentIndex(tab);
-      MainBench::RunEvents();
-      ExpectReadable(main.bench.window);
+      MainFixture::RunEvents();
+      ExpectReadable(main.fixture.window);
       for (auto* const grid : set->widget(tab)->findChildren<CGridCtrl*>())
         ExpectReadableCells(*grid);
     }
@@ -265,14 +265,14 @@ TEST(MainDialog, ConfiguresOnlyTheFirmwareReleaseThatItKnows) {
                     {"id": "new", "product": "0x0910", "serial": "003", "firmware": "2.90"},
                     {"id": "f", "product": "0x0910", "serial": "004", "mode": "flash",
                      "firmware": "2.82"})");
-  main.bench.window.Initialise();
-  const CPageSet* const set = main.bench.window.ShownPageSet();
+  main.fixture.window.Initialise();
+  const CPageSet* const set = main.fixture.window.ShownPageSet();
   EXPECT_TRUE(set->isTabEnabled(1));
   main.Select(": 002");
   EXPECT_EQ(EnabledTabs(*set), QStringList("Device Configuration"));
-  EXPECT_THAT(ReportOf(main.bench.window).toStdString(),
+  EXPECT_THAT(ReportOf(main.fixture.window).toStdString(),
               ::testing::HasSubstr("WARNING: Firmware update required!"));
-  main.bench.prompts.ExpectMessage(kNewText, "Incompatible Version Detected", Icon::kExclamation);
+  main.fixture.prompts.ExpectMessage(kNewText, "Incompatible Version Detected", Icon::kExclamation);
   main.Select(": 003");
   EXPECT_EQ(EnabledTabs(*set), QStringList("Device Configuration"));
   main.Select(": 004");
@@ -284,62 +284,62 @@ TEST(MainDialog, ConfiguresOnlyTheFirmwareReleaseThatItKnows) {
 
 TEST(MainDialog, DetectsAnewForEveryEventOfOurBoardsOnceTheGateIsOpen) {
   SimMain main(kJoystick);
-  auto& bench = main.bench;
-  bench.window.Initialise();
-  bench.settled = 0;
-  bench.notifier.Report(KVUSB_EVENT_ARRIVAL, KVUSB_DEVICE_INTERFACE, R"(\\?\HID#VID_1234)");
-  bench.notifier.Report(7, KVUSB_DEVICE_INTERFACE, R"(\\?\HID#VID_4C7E)");
-  bench.RunEvents();
-  EXPECT_EQ(bench.settled, 0);
-  bench.ReportArrival();
-  bench.ReportArrival();
-  bench.RunEvents();
-  EXPECT_EQ(bench.settled, 1) << "it starts after both";
+  auto& fixture = main.fixture;
+  fixture.window.Initialise();
+  fixture.settled = 0;
+  fixture.notifier.Report(KVUSB_EVENT_ARRIVAL, KVUSB_DEVICE_INTERFACE, R"(\\?\HID#VID_1234)");
+  fixture.notifier.Report(7, KVUSB_DEVICE_INTERFACE, R"(\\?\HID#VID_4C7E)");
+  fixture.RunEvents();
+  EXPECT_EQ(fixture.settled, 0);
+  fixture.ReportArrival();
+  fixture.ReportArrival();
+  fixture.RunEvents();
+  EXPECT_EQ(fixture.settled, 1) << "it starts after both";
   {
-    const auto hold = bench.link.gate.Enter();
-    bench.ReportArrival();
-    bench.ReportArrival();
-    bench.window.Redetect();
-    bench.RunEvents();
-    EXPECT_EQ(bench.settled, 1) << "not while something is under way";
+    const auto hold = fixture.link.gate.Enter();
+    fixture.ReportArrival();
+    fixture.ReportArrival();
+    fixture.window.Redetect();
+    fixture.RunEvents();
+    EXPECT_EQ(fixture.settled, 1) << "not while something is under way";
   }
-  bench.RunEvents();
-  EXPECT_EQ(bench.settled, 2) << "those held back, once";
+  fixture.RunEvents();
+  EXPECT_EQ(fixture.settled, 2) << "those held back, once";
 }
 
 TEST(MainDialog, DarkensTheLampsWithADetection) {
   SimMain main(kJoystick);
-  main.bench.window.Initialise();
-  CSettingsPage& page = *main.bench.window.ShownPageSet()->Page(1);
+  main.fixture.window.Initialise();
+  CSettingsPage& page = *main.fixture.window.ShownPageSet()->Page(1);
   main.library.FailRead({});
   page.Retrieve();
   EXPECT_TRUE(Lamp(page, "Error").IsBlinking());
-  main.bench.window.Redetect();
+  main.fixture.window.Redetect();
   EXPECT_FALSE(Lamp(page, "Error").IsLit() || Lamp(page, "Error").IsBlinking());
 }
 
 TEST(MainDialog, LoadsDeviceDefaultsIntoTheBoardThatWasConfirmed) {
   SimMain main(std::string(kJoystick) + R"(, {"id": "k", "product": "0x0910", "serial": "007",
                                              "firmware": "2.82"})");
-  auto& bench = main.bench;
-  auto& tree = bench.window.Tree();
-  bench.window.Initialise();
+  auto& fixture = main.fixture;
+  auto& tree = fixture.window.Tree();
+  fixture.window.Initialise();
   main.Select(": 007");
   for (const char* const board : {"j", "k"}) main.bus.Find(board)->Block("analog_a")[0] = 0;
   const auto other = main.bus.Find("j")->State().blocks;
   auto& blocks = main.bus.Find("k")->State().blocks;
   const auto before = blocks;
 
-  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", false);
+  fixture.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", false);
   tree.collapseAll();
   tree.Run(DeviceTool::kLoadDefaults);
   EXPECT_EQ(blocks, before);
   EXPECT_TRUE(tree.isExpanded(tree.model()->index(1, 0))) << "built anew";
-  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
-  bench.prompts.WhileOpen([&] {
+  fixture.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  fixture.prompts.WhileOpen([&] {
     // A board comes while the question is open; were it detected now, board 0 would be current.
-    bench.ReportArrival();
-    bench.RunEvents();
+    fixture.ReportArrival();
+    fixture.RunEvents();
   });
   tree.Run(DeviceTool::kLoadDefaults);
 
@@ -347,19 +347,19 @@ TEST(MainDialog, LoadsDeviceDefaultsIntoTheBoardThatWasConfirmed) {
   analog.resize(6);
   EXPECT_THAT(analog, ::testing::ElementsAre(0x51, 0x0B, 0x01, 0x51, 0x0B, 0x02));
   EXPECT_EQ(main.bus.Find("j")->State().blocks, other);
-  EXPECT_EQ(bench.link.table.Current(), 1U) << "the current board stays current";
-  bench.settled = 0;
-  bench.RunEvents();
-  EXPECT_EQ(bench.settled, 1) << "now the event that waited";
+  EXPECT_EQ(fixture.link.table.Current(), 1U) << "the current board stays current";
+  fixture.settled = 0;
+  fixture.RunEvents();
+  EXPECT_EQ(fixture.settled, 1) << "now the event that waited";
 }
 
 TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
   CountingLibrary library(0xFFFFFFFF);
-  MainBench bench(library);
-  bench.window.Initialise();
-  EXPECT_EQ(bench.link.table.Count(), DeviceTable::kRoom);
+  MainFixture fixture(library);
+  fixture.window.Initialise();
+  EXPECT_EQ(fixture.link.table.Count(), DeviceTable::kRoom);
   bool said = false;
-  for (const auto* const label : bench.window.centralWidget()->findChildren<QLabel*>()) {
+  for (const auto* const label : fixture.window.centralWidget()->findChildren<QLabel*>()) {
     said = said || label->text() ==
                        "The HID library reports 8589934590 boards, but Quillon lists 1024 at "
                        "most. The others are not shown.";
@@ -369,21 +369,21 @@ TEST(MainDialog, ListsWhatFitsOfMoreBoardsThanItHasRoomFor) {
 
 TEST(MainDialog, TakesNoBoardFromARecordThatIsNotListed) {
   CountingLibrary library(0);
-  MainBench bench(library);
-  bench.window.Initialise();
-  EXPECT_EQ(bench.window.ShownPageSet(), nullptr);
-  bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
-  bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+  MainFixture fixture(library);
+  fixture.window.Initialise();
+  EXPECT_EQ(fixture.window.ShownPageSet(), nullptr);
+  fixture.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+  fixture.window.Tree().Run(DeviceTool::kLoadDefaults);
 }
 
 TEST(MainDialog, IsNotWidenedByTheProblemThatItShows) {
   NoLibrary none;
-  MainBench calm(none);
+  MainFixture calm(none);
   calm.window.Initialise();
   NoLibrary wordy(std::string(900, 'W'));
-  MainBench bench(wordy);
-  bench.window.Initialise();
-  EXPECT_EQ(bench.window.minimumSizeHint().width(), calm.window.minimumSizeHint().width());
+  MainFixture fixture(wordy);
+  fixture.window.Initialise();
+  EXPECT_EQ(fixture.window.minimumSizeHint().width(), calm.window.minimumSizeHint().width());
 }
 
 TEST(MainDialog, SendsNothingToProductsWithoutPagesAndNoDefaultsToAFamilysSecondOne) {
@@ -391,17 +391,17 @@ TEST(MainDialog, SendsNothingToProductsWithoutPagesAndNoDefaultsToAFamilysSecond
     SCOPED_TRACE(product);
     // Only what detects the board: an exchange would be a call too many.
     TranscriptLibrary library(OneBoard(product));
-    MainBench bench(library);
-    bench.window.Initialise();
-    EXPECT_EQ(bench.window.ShownPageSet() != nullptr, product == "1000");
-    const auto* const home = bench.window.findChild<QTabWidget*>("home");
+    MainFixture fixture(library);
+    fixture.window.Initialise();
+    EXPECT_EQ(fixture.window.ShownPageSet() != nullptr, product == "1000");
+    const auto* const home = fixture.window.findChild<QTabWidget*>("home");
     ASSERT_NE(home, nullptr);
-    EXPECT_EQ(home->isVisibleTo(&bench.window), product == "4242") << "an unknown one";
-    bench.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
-    bench.window.Tree().Run(DeviceTool::kLoadDefaults);
+    EXPECT_EQ(home->isVisibleTo(&fixture.window), product == "4242") << "an unknown one";
+    fixture.prompts.ExpectQuestion(kItemQuestion, "Load Defaults", true);
+    fixture.window.Tree().Run(DeviceTool::kLoadDefaults);
     if (product == "1000") continue;
-    bench.window.Tree().Run(DeviceTool::kRestartFlash);
-    bench.window.Tree().Run(DeviceTool::kRestartDevice);
+    fixture.window.Tree().Run(DeviceTool::kRestartFlash);
+    fixture.window.Tree().Run(DeviceTool::kRestartDevice);
   }
 }
 
@@ -410,35 +410,35 @@ TEST(MainDialog, ReadsTheOptionsUnlessTheRegistrationFailed) {
   Profile().SetAutoUpdate(5);
   for (const bool registers : {true, false}) {
     NoLibrary library;
-    MainBench bench(library);
-    bench.notifier.registers = registers;
-    bench.window.Initialise();
-    EXPECT_TRUE(bench.notifier.IsStarted());
-    EXPECT_EQ(bench.window.Options(), registers ? StartOptions({0, 5}) : StartOptions());
-    bench.window.Initialise();
-    EXPECT_EQ(bench.settled, 1) << "started once";
+    MainFixture fixture(library);
+    fixture.notifier.registers = registers;
+    fixture.window.Initialise();
+    EXPECT_TRUE(fixture.notifier.IsStarted());
+    EXPECT_EQ(fixture.window.Options(), registers ? StartOptions({0, 5}) : StartOptions());
+    fixture.window.Initialise();
+    EXPECT_EQ(fixture.settled, 1) << "started once";
   }
 }
 
 TEST(MainDialog, DoesNotCloseWhileSomethingIsUnderWayNorStartOnceItIsClosed) {
   NoLibrary library;
-  MainBench bench(library);
+  MainFixture fixture(library);
   {
-    const auto hold = bench.link.gate.Enter();
-    EXPECT_FALSE(bench.window.close());
+    const auto hold = fixture.link.gate.Enter();
+    EXPECT_FALSE(fixture.window.close());
   }
-  EXPECT_TRUE(bench.window.close());
-  bench.window.Initialise();
-  EXPECT_FALSE(bench.notifier.IsStarted());
+  EXPECT_TRUE(fixture.window.close());
+  fixture.window.Initialise();
+  EXPECT_FALSE(fixture.notifier.IsStarted());
 }
 
 TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   Profile().SetAutoUpdate(5);
   NoLibrary library;
-  MainBench bench(library);
+  MainFixture fixture(library);
   QStringList lines;
   QAction* check = nullptr;
-  for (const QAction* const menu : bench.window.menuBar()->actions()) {
+  for (const QAction* const menu : fixture.window.menuBar()->actions()) {
     lines << menu->text();
     for (QAction* const entry : menu->menu()->actions()) {
       if (entry->isSeparator()) {
@@ -461,7 +461,7 @@ TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   EXPECT_TRUE(check->isChecked());
   check->trigger();
   EXPECT_EQ(Profile().AutoUpdate(), 0) << "written at once";
-  EXPECT_EQ(bench.window.Options().auto_update, 0);
+  EXPECT_EQ(fixture.window.Options().auto_update, 0);
   check->trigger();
   EXPECT_EQ(Profile().AutoUpdate(), 5) << "as it was";
 }

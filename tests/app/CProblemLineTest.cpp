@@ -10,9 +10,9 @@
 
 #include "access/InstallCommand.h"
 #include "app/CProblemLine.h"
-#include "app/MainBench.h"
+#include "app/MainFixture.h"
 #include "devlink/NoLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 #include "tree/CDeviceTreeCtrl.h"
 
 namespace quillon::testing {
@@ -59,9 +59,9 @@ Problem Locked(const std::string& sentence = "No.") { return {KVUSB_PROBLEM_PERM
 Problem InUse(const std::string& sentence) { return {KVUSB_PROBLEM_IN_USE, sentence}; }
 
 // The window over such a library, after its first detection.
-struct ProblemBench {
-  explicit ProblemBench(std::vector<ListedBoard> boards, FoundRule rule = {},
-                        bool offers_access = true, const std::string& reason = {})
+struct ProblemFixture {
+  explicit ProblemFixture(std::vector<ListedBoard> boards, FoundRule rule = {},
+                          bool offers_access = true, const std::string& reason = {})
       : library(std::move(boards), reason), main(library, offers_access) {
     main.access.rule = std::move(rule);
     main.window.Initialise();
@@ -96,7 +96,7 @@ struct ProblemBench {
   void PressInstall() { Button(main.window, "Install udev Rule").click(); }
 
   ProblemLibrary library;
-  MainBench main;
+  MainFixture main;
 };
 
 constexpr const char* kMissing =
@@ -106,16 +106,16 @@ constexpr const char* kMissing =
 }  // namespace
 
 TEST(ProblemLine, SaysNothingWhileAllIsWell) {
-  ProblemBench bench({{"Stick"}});
-  EXPECT_FALSE(bench.IsShown(*bench.main.window.findChild<CProblemLine*>()));
+  ProblemFixture fixture({{"Stick"}});
+  EXPECT_FALSE(fixture.IsShown(*fixture.main.window.findChild<CProblemLine*>()));
   // And nothing any more.
-  bench.library.boards[0].problem = Locked();
-  bench.main.window.Redetect();
-  EXPECT_THAT(bench.Lines(), Not(IsEmpty()));
-  bench.library.boards[0].problem = {};
-  bench.main.window.Redetect();
-  EXPECT_FALSE(bench.IsShown(*bench.main.window.findChild<CProblemLine*>()));
-  EXPECT_THAT(bench.Buttons(), IsEmpty());
+  fixture.library.boards[0].problem = Locked();
+  fixture.main.window.Redetect();
+  EXPECT_THAT(fixture.Lines(), Not(IsEmpty()));
+  fixture.library.boards[0].problem = {};
+  fixture.main.window.Redetect();
+  EXPECT_FALSE(fixture.IsShown(*fixture.main.window.findChild<CProblemLine*>()));
+  EXPECT_THAT(fixture.Buttons(), IsEmpty());
 }
 
 TEST(ProblemLine, TellsOfTheFirstBoardAndHowManyOthersDoNotWork) {
@@ -134,10 +134,10 @@ TEST(ProblemLine, TellsOfTheFirstBoardAndHowManyOthersDoNotWork) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.lines.front());
-    EXPECT_EQ(ProblemBench(c.boards, {}, false).Lines(), c.lines);
+    EXPECT_EQ(ProblemFixture(c.boards, {}, false).Lines(), c.lines);
   }
   EXPECT_THAT(
-      ProblemBench({{"A", InUse("Held.")}, {"B", Locked()}}, {}, true, "The library is odd.")
+      ProblemFixture({{"A", InUse("Held.")}, {"B", Locked()}}, {}, true, "The library is odd.")
           .Lines(),
       ElementsAre("The library is odd.", "A : 1 does not work. Held.",
                   "More boards do not work: 1. The tree says why of each.", kMissing));
@@ -166,46 +166,46 @@ TEST(ProblemLine, OffersWhatTheStateOfTheRuleAsksFor) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.advice);
-    ProblemBench bench({{"A", Locked()}}, c.rule);
-    EXPECT_THAT(bench.Lines(), ElementsAre("A : 1 does not work. No.", c.advice));
-    EXPECT_EQ(bench.Buttons(), c.buttons);
+    ProblemFixture fixture({{"A", Locked()}}, c.rule);
+    EXPECT_THAT(fixture.Lines(), ElementsAre("A : 1 does not work. No.", c.advice));
+    EXPECT_EQ(fixture.Buttons(), c.buttons);
   }
   // Only where a permission is missing, and where the system offers something.
-  EXPECT_THAT(ProblemBench({{"A", InUse("Held.")}}).Buttons(), IsEmpty());
-  EXPECT_THAT(ProblemBench({{"A", Locked()}}, {}, false).Buttons(), IsEmpty());
+  EXPECT_THAT(ProblemFixture({{"A", InUse("Held.")}}).Buttons(), IsEmpty());
+  EXPECT_THAT(ProblemFixture({{"A", Locked()}}, {}, false).Buttons(), IsEmpty());
 }
 
 TEST(ProblemLine, InstallsTheRuleAndDetectsOnceWhenItIsThere) {
-  ProblemBench bench({{"A", Locked()}});
-  auto& access = bench.main.access;
-  bench.PressInstall();
+  ProblemFixture fixture({{"A", Locked()}});
+  auto& access = fixture.main.access;
+  fixture.PressInstall();
   ASSERT_EQ(access.runs.size(), 1U);
   ASSERT_EQ(access.runs[0].size(), 4);
   EXPECT_EQ(access.runs[0].last().toStdString(), ElevatedArguments().back());
   EXPECT_EQ(access.runs[0][1], "/bin/sh");
 
-  auto& install = Button(bench.main.window, "Install udev Rule");
+  auto& install = Button(fixture.main.window, "Install udev Rule");
   EXPECT_FALSE(install.isEnabled());
   EXPECT_THAT(install.toolTip().toStdString(), HasSubstr("is being installed"));
-  EXPECT_TRUE(Button(bench.main.window, "Copy Command").isEnabled());
+  EXPECT_TRUE(Button(fixture.main.window, "Copy Command").isEnabled());
   // A board that comes meanwhile changes nothing about it.
-  bench.main.window.Redetect();
+  fixture.main.window.Redetect();
   EXPECT_FALSE(install.isEnabled());
   install.click();
   EXPECT_EQ(access.runs.size(), 1U);
 
-  bench.main.settled = 0;
-  bench.library.boards[0].problem = {};
+  fixture.main.settled = 0;
+  fixture.library.boards[0].problem = {};
   {
-    const auto hold = bench.main.link.gate.Enter();
+    const auto hold = fixture.main.link.gate.Enter();
     access.done({ElevatedEnd::kDone});
-    bench.main.RunEvents();
-    EXPECT_EQ(bench.main.settled, 0) << "not while something is under way";
-    EXPECT_EQ(bench.Outcome(), "The rule is installed.");
+    fixture.main.RunEvents();
+    EXPECT_EQ(fixture.main.settled, 0) << "not while something is under way";
+    EXPECT_EQ(fixture.Outcome(), "The rule is installed.");
   }
-  bench.main.RunEvents();
-  EXPECT_EQ(bench.main.settled, 1);
-  EXPECT_THAT(bench.Lines(), IsEmpty());
+  fixture.main.RunEvents();
+  EXPECT_EQ(fixture.main.settled, 1);
+  EXPECT_THAT(fixture.Lines(), IsEmpty());
 }
 
 TEST(ProblemLine, SaysWhyTheRuleWasNotInstalledAndLetsOneTryAgain) {
@@ -225,36 +225,36 @@ TEST(ProblemLine, SaysWhyTheRuleWasNotInstalledAndLetsOneTryAgain) {
        "Installing the rule failed. Copy the command and run it in a terminal. The system says: "
        "mv: %1\uFFFDdisk"},
   };
-  ProblemBench bench({{"A", Locked()}});
+  ProblemFixture fixture({{"A", Locked()}});
   for (const auto& c : cases) {
     SCOPED_TRACE(c.outcome);
-    bench.PressInstall();
-    EXPECT_EQ(bench.Outcome(), "") << "of the last try";
-    bench.main.access.done(c.result);
-    EXPECT_EQ(bench.Outcome(), c.outcome);
-    EXPECT_TRUE(Button(bench.main.window, "Install udev Rule").isEnabled());
+    fixture.PressInstall();
+    EXPECT_EQ(fixture.Outcome(), "") << "of the last try";
+    fixture.main.access.done(c.result);
+    EXPECT_EQ(fixture.Outcome(), c.outcome);
+    EXPECT_TRUE(Button(fixture.main.window, "Install udev Rule").isEnabled());
   }
-  bench.main.RunEvents();
-  EXPECT_EQ(bench.main.settled, 0) << "nothing has changed for the boards";
+  fixture.main.RunEvents();
+  EXPECT_EQ(fixture.main.settled, 0) << "nothing has changed for the boards";
 }
 
 TEST(ProblemLine, CopiesTheCommand) {
-  ProblemBench bench({{"A", Locked()}});
-  Button(bench.main.window, "Copy Command").click();
+  ProblemFixture fixture({{"A", Locked()}});
+  Button(fixture.main.window, "Copy Command").click();
   EXPECT_EQ(QApplication::clipboard()->text().toStdString(), CopyableCommand());
-  EXPECT_EQ(bench.Outcome(),
+  EXPECT_EQ(fixture.Outcome(),
             "The command is in the clipboard. Paste it into a terminal and run it, then choose "
             "\"Refresh device list\" in the menu of the tree.");
-  EXPECT_THAT(bench.main.access.runs, IsEmpty());
+  EXPECT_THAT(fixture.main.access.runs, IsEmpty());
 }
 
 TEST(ProblemLine, IsUsedByKeyboard) {
-  ProblemBench bench({{"A", Locked(QString("Wwww ").repeated(180).toStdString())}});
-  auto& window = bench.main.window;
+  ProblemFixture fixture({{"A", Locked(QString("Wwww ").repeated(180).toStdString())}});
+  auto& window = fixture.main.window;
   window.resize(640, 420);
   window.show();
   window.activateWindow();
-  MainBench::RunEvents();
+  MainFixture::RunEvents();
   auto& install = Button(window, "Install udev Rule");
   auto& copy = Button(window, "Copy Command");
   const auto press = [](QWidget& widget, int key) {
@@ -273,17 +273,17 @@ TEST(ProblemLine, IsUsedByKeyboard) {
   EXPECT_EQ(window.focusWidget(), &copy);
   install.setFocus();
   press(install, Qt::Key_Space);
-  EXPECT_EQ(bench.main.access.runs.size(), 1U);
+  EXPECT_EQ(fixture.main.access.runs.size(), 1U);
   EXPECT_EQ(window.focusWidget(), &copy) << "the next one, as this one is disabled now";
-  bench.library.boards[0].problem = {};
-  bench.main.access.done({ElevatedEnd::kDone});
-  bench.main.RunEvents();
+  fixture.library.boards[0].problem = {};
+  fixture.main.access.done({ElevatedEnd::kDone});
+  fixture.main.RunEvents();
   EXPECT_EQ(window.focusWidget(), &window.Tree()) << "once the buttons are gone";
 }
 
 TEST(ProblemLine, DoesNotDecideTheWindowsWidth) {
-  ProblemBench calm({{"A"}});
-  ProblemBench wordy({{std::string(250, 'W'), Locked(std::string(900, 'W'))}});
+  ProblemFixture calm({{"A"}});
+  ProblemFixture wordy({{std::string(250, 'W'), Locked(std::string(900, 'W'))}});
   wordy.PressInstall();
   wordy.main.access.done({ElevatedEnd::kFailed, QString(300, 'W')});
   EXPECT_EQ(wordy.main.window.minimumSizeHint().width(),
@@ -293,13 +293,13 @@ TEST(ProblemLine, DoesNotDecideTheWindowsWidth) {
 TEST(ProblemLine, DetectsNothingWhenTheRunOutlivesTheWindow) {
   std::function<void(const ElevatedResult&)> done;
   {
-    ProblemBench bench({{"A", Locked()}});
-    bench.PressInstall();
-    done = bench.main.access.done;
-    EXPECT_TRUE(bench.main.window.close());
+    ProblemFixture fixture({{"A", Locked()}});
+    fixture.PressInstall();
+    done = fixture.main.access.done;
+    EXPECT_TRUE(fixture.main.window.close());
     done({ElevatedEnd::kDone});
-    bench.main.RunEvents();
-    EXPECT_EQ(bench.main.settled, 0) << "closed for good";
+    fixture.main.RunEvents();
+    EXPECT_EQ(fixture.main.settled, 0) << "closed for good";
   }
   done({ElevatedEnd::kDone});  // finds nobody to tell
 }

@@ -7,7 +7,7 @@
 #include <QPlainTextEdit>
 #include <functional>
 
-#include "app/MainBench.h"
+#include "app/MainFixture.h"
 #include "testing/OwnFolders.h"
 
 // Firmware into a board, through the whole window, with the notifications that it causes.
@@ -24,17 +24,17 @@ class Journey : public SimMain {
   explicit Journey(const std::string& boards) : SimMain(boards) {
     bus.SetDeviceChangeHandler(
         [](std::uint32_t event, std::uint32_t type, const char* path, void* self) {
-          static_cast<Journey*>(self)->bench.notifier.Report(event, type, path);
+          static_cast<Journey*>(self)->fixture.notifier.Report(event, type, path);
         },
         this);
-    bench.window.Initialise();
-    bench.settled = 0;
+    fixture.window.Initialise();
+    fixture.settled = 0;
   }
 
   void Click(const QString& text) const { Press(text).click(); }
 
   std::string Text(int which) const {
-    return bench.window.ShownPageSet()
+    return fixture.window.ShownPageSet()
         ->findChildren<QPlainTextEdit*>()
         .at(which)
         ->toPlainText()
@@ -52,12 +52,12 @@ class Journey : public SimMain {
         QByteArray::fromHex("1009"
                             "0002000002830002000200000002000400000001"));
     file.close();
-    bench.prompts.ExpectOpenFile(name);
+    fixture.prompts.ExpectOpenFile(name);
     Click("Load...");
   }
 
   void ExpectSuccess() {
-    bench.prompts.ExpectMessage(
+    fixture.prompts.ExpectMessage(
         "Flash update completed successfully!\r\n\r\nYou may click on the Execute button to "
         "restart the module\r\nin Device Mode.",
         "Flash Update Complete", Icon::kInformation);
@@ -66,14 +66,14 @@ class Journey : public SimMain {
   // Runs an event between the first record and the second.
   void DuringTheRun(const std::function<void()>& event) {
     library.BeforeWrite({.nth = 1, .command = 0}, [this, event] {
-      QMetaObject::invokeMethod(&bench.window, event, Qt::QueuedConnection);
+      QMetaObject::invokeMethod(&fixture.window, event, Qt::QueuedConnection);
     });
   }
 
   // The enabled menus and entries.
   QStringList EnabledMenu() const {
     QStringList texts;
-    for (const QAction* const menu : bench.window.menuBar()->actions()) {
+    for (const QAction* const menu : fixture.window.menuBar()->actions()) {
       if (menu->isEnabled()) texts << menu->text();
       for (const QAction* const entry : menu->menu()->actions()) {
         if (entry->isEnabled() && !entry->isSeparator()) texts << entry->text();
@@ -91,7 +91,7 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
   const sim::BoardState& board = journey.bus.Find("j")->State();
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("WARNING: Firmware update required!"));
   const auto menu =
-      journey.bench.window.Tree().MakeMenu(journey.bench.window.Tree().currentIndex());
+      journey.fixture.window.Tree().MakeMenu(journey.fixture.window.Tree().currentIndex());
   QStringList enabled;
   for (const QAction* const entry : menu->actions()) {
     if (entry->isEnabled()) enabled << entry->text();
@@ -99,9 +99,9 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
   EXPECT_TRUE(enabled.contains("Restart in Flash Mode"));
   EXPECT_FALSE(enabled.contains("Restart in Device Mode"));
 
-  journey.bench.window.Tree().Run(DeviceTool::kRestartFlash);
-  journey.bench.RunEvents();
-  EXPECT_EQ(journey.bench.settled, 1) << "what waited for the restart, once";
+  journey.fixture.window.Tree().Run(DeviceTool::kRestartFlash);
+  journey.fixture.RunEvents();
+  EXPECT_EQ(journey.fixture.settled, 1) << "what waited for the restart, once";
   EXPECT_TRUE(board.flash_mode);
   journey.Select(": 001");
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("Loader Version"));
@@ -111,19 +111,19 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
   journey.Click("Program");
   EXPECT_THAT(journey.Log(), ::testing::EndsWith("\nFlash Update Complete!\n"));
   journey.Click("Execute");
-  journey.bench.RunEvents();
+  journey.fixture.RunEvents();
   journey.Select(": 001");
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("  Flash Version : 2.83\n"));
-  EXPECT_TRUE(journey.bench.window.ShownPageSet()->isTabEnabled(1));
+  EXPECT_TRUE(journey.fixture.window.ShownPageSet()->isTabEnabled(1));
 
-  journey.bench.prompts.ExpectMessage(
+  journey.fixture.prompts.ExpectMessage(
       "New device serial number successfully set.\r\n\r\nClick on the REBOOT button to "
       "initialise\r\ndevice with new serial number.",
       "Serial Number", Icon::kInformation);
-  journey.bench.window.ShownPageSet()->findChild<QLineEdit*>()->setText("517");
+  journey.fixture.window.ShownPageSet()->findChild<QLineEdit*>()->setText("517");
   journey.Click("Set");
   journey.Click("Reboot");
-  journey.bench.RunEvents();
+  journey.fixture.RunEvents();
   journey.Select(": 517");
   EXPECT_THAT(journey.Report(), ::testing::HasSubstr("Device Serial Num. : 517"));
   EXPECT_EQ(journey.bus.Find("o")->State().serial, "002");
@@ -131,8 +131,8 @@ TEST(FirmwareJourney, FromTheTreeToANewVersionAndSerialNumber) {
 
 TEST(FirmwareJourney, LocksTreeAndMenuOnEveryWayThroughARun) {
   const auto fail = [](Journey& journey) {
-    journey.bench.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail",
-                                        Icon::kExclamation);
+    journey.fixture.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail",
+                                          Icon::kExclamation);
   };
   const struct {
     const char* name;
@@ -154,7 +154,7 @@ TEST(FirmwareJourney, LocksTreeAndMenuOnEveryWayThroughARun) {
       {"file for another product",
        [](Journey& journey) {
          journey.Select(": 009");
-         journey.bench.prompts.ExpectMessage(
+         journey.fixture.prompts.ExpectMessage(
              "An invalid or incompatible file is currently loaded\r\n"
              "and cannot be used with the current device\r\n\r\n",
              "Invalid KVX File!", Icon::kExclamation);
@@ -172,47 +172,47 @@ TEST(FirmwareJourney, LocksTreeAndMenuOnEveryWayThroughARun) {
     int looked = 0;
     const auto look = [&] {
       ++looked;
-      EXPECT_FALSE(journey.bench.window.Tree().isEnabled());
+      EXPECT_FALSE(journey.fixture.window.Tree().isEnabled());
       EXPECT_EQ(journey.EnabledMenu(), QStringList());
-      journey.bench.ReportArrival();
+      journey.fixture.ReportArrival();
     };
     if (way.sends) {
       journey.library.BeforeWrite({.nth = 1, .command = 8}, look);
     } else {
-      journey.bench.prompts.WhileOpen(look);
+      journey.fixture.prompts.WhileOpen(look);
     }
     way.prepare(journey);
     journey.Click("Program");
     EXPECT_EQ(looked, 1);
-    EXPECT_TRUE(journey.bench.window.Tree().isEnabled());
+    EXPECT_TRUE(journey.fixture.window.Tree().isEnabled());
     EXPECT_EQ(journey.EnabledMenu(), before);
-    EXPECT_EQ(journey.bench.settled, 0) << "a notification waits for the end of the run";
-    journey.bench.RunEvents();
-    EXPECT_EQ(journey.bench.settled, 1);
+    EXPECT_EQ(journey.fixture.settled, 0) << "a notification waits for the end of the run";
+    journey.fixture.RunEvents();
+    EXPECT_EQ(journey.fixture.settled, 1);
   }
 }
 
 TEST(FirmwareJourney, ClosesTheWindowOnceTheRunIsAborted) {
   Journey journey(kFlashBoard);
-  journey.bench.window.show();
+  journey.fixture.window.show();
   journey.Load();
-  journey.DuringTheRun([&] { EXPECT_FALSE(journey.bench.window.close()); });
+  journey.DuringTheRun([&] { EXPECT_FALSE(journey.fixture.window.close()); });
   journey.Click("Program");
   EXPECT_THAT(journey.Log(), ::testing::EndsWith("Aborted!\nFlash Update Aborted!\n"));
-  EXPECT_TRUE(journey.bench.window.isVisible());
-  journey.bench.ReportArrival();
-  journey.bench.RunEvents();
-  EXPECT_FALSE(journey.bench.window.isVisible());
-  EXPECT_EQ(journey.bench.settled, 0) << "no new list for a window that closes";
+  EXPECT_TRUE(journey.fixture.window.isVisible());
+  journey.fixture.ReportArrival();
+  journey.fixture.RunEvents();
+  EXPECT_FALSE(journey.fixture.window.isVisible());
+  EXPECT_EQ(journey.fixture.settled, 0) << "no new list for a window that closes";
 }
 
 TEST(FirmwareJourney, RestartsTheBoardThatAPortBelongsTo) {
   Journey journey(R"({"id": "j", "product": "0x0910", "firmware": "2.82"},
                      {"id": "n", "product": "0x0800", "serial": "008", "firmware": "1.10"})");
-  auto& tree = journey.bench.window.Tree();
+  auto& tree = journey.fixture.window.Tree();
   tree.SetNodeReader([] { return NodeList{true}; });
   tree.Rebuild();
-  ASSERT_EQ(journey.bench.link.table.Current(), 0U);
+  ASSERT_EQ(journey.fixture.link.table.Current(), 0U);
   journey.Select("Port B");
   tree.Run(DeviceTool::kRestartFlash);
   EXPECT_TRUE(journey.bus.Find("n")->State().flash_mode);

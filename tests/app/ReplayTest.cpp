@@ -8,23 +8,23 @@
 #include <sstream>
 
 #include "app/CProblemLine.h"
-#include "app/MainBench.h"
+#include "app/MainFixture.h"
 #include "devlink/LoadedLibrary.h"
 #include "devlink/TracedLibrary.h"
 #include "pages/common/CPageSet.h"
 #include "pages/common/CSettingsPage.h"
 #include "sim/Bus.h"
 #include "testing/OwnFolders.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 #include "widgets/CGridCtrl.h"
 
 namespace quillon::testing {
 namespace {
 
 // What the user did: started, and retrieved the analog channels of the first board.
-CSettingsPage& RetrieveAnalog(MainBench& bench) {
-  bench.window.Initialise();
-  CSettingsPage* const page = bench.window.ShownPageSet()->Page(1);
+CSettingsPage& RetrieveAnalog(MainFixture& fixture) {
+  fixture.window.Initialise();
+  CSettingsPage* const page = fixture.window.ShownPageSet()->Page(1);
   page->Retrieve();
   return *page;
 }
@@ -44,20 +44,20 @@ TEST(Replay, ShowsInTheWindowWhatTheUserSawAndWhereTheProgramLeavesTheTrace) {
     std::ofstream trace(file);
     TracedLibrary traced(
         bus, [&](auto text) { return trace << text, std::nullopt; }, [] { return 0.0; });
-    MainBench bench(traced);
-    seen = Shown(RetrieveAnalog(bench));
+    MainFixture fixture(traced);
+    seen = Shown(RetrieveAnalog(fixture));
   }
   qputenv("QUILLON_REPLAY", QByteArray::fromStdString(file));
   const auto library = std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(REPLAY_LIBRARY));
-  MainBench bench(*library);
-  CSettingsPage& page = RetrieveAnalog(bench);
+  MainFixture fixture(*library);
+  CSettingsPage& page = RetrieveAnalog(fixture);
   EXPECT_EQ(Shown(page), seen);
   EXPECT_THAT(seen, ::testing::HasSubstr("Retrieved from"));
 
   page.Update();
-  bench.window.Redetect();
+  fixture.window.Redetect();
   std::string problem;
-  for (const auto* const label : bench.window.findChild<CProblemLine*>()->findChildren<QLabel*>())
+  for (const auto* const label : fixture.window.findChild<CProblemLine*>()->findChildren<QLabel*>())
     problem += label->text().toStdString();
   EXPECT_THAT(problem, ::testing::HasSubstr("trace")) << "which the user's program did not send";
 }

@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "firmware/FlashBench.h"
+#include "firmware/FlashFixture.h"
 #include "firmware/FlashUpdate.h"
 #include "testing/link/TranscriptLibrary.h"
 
@@ -63,18 +63,18 @@ TEST(FlashUpdate, SendsAndSaysNothingForAnotherProduct) {
 }
 
 TEST(FlashUpdate, AnAbortTakesEffectBeforeTheNextRecord) {
-  for (int records = 0; records <= FlashBench::kRecords; ++records) {
+  for (int records = 0; records <= FlashFixture::kRecords; ++records) {
     SCOPED_TRACE("aborted after " + std::to_string(records) + " records");
-    FlashBench bench;
+    FlashFixture fixture;
     FlashLog log(records);
-    const bool late = records == FlashBench::kRecords;
-    EXPECT_EQ(bench.Run(log), late ? FlashResult::kCompleted : FlashResult::kAborted);
+    const bool late = records == FlashFixture::kRecords;
+    EXPECT_EQ(fixture.Run(log), late ? FlashResult::kCompleted : FlashResult::kAborted);
     EXPECT_EQ(log.log, kBegun + (late ? kComplete : "Aborted!" + kAborted));
     EXPECT_EQ(log.progress, late ? records : 0);
-    const sim::FlashImage& flash = bench.board.TheBoard().State().flash;
+    const sim::FlashImage& flash = fixture.board.TheBoard().State().flash;
     EXPECT_EQ(flash.bytes.size(), static_cast<std::size_t>(records) * 59);
     EXPECT_EQ(flash.valid, late);
-    bench.ExpectProgrammable();
+    fixture.ExpectProgrammable();
   }
 }
 

@@ -6,7 +6,7 @@
 #include <map>
 #include <string_view>
 
-#include "lab/sim/SimBench.h"
+#include "lab/sim/SimFixture.h"
 #include "sim/Bus.h"
 
 namespace quillon::sim {
@@ -43,58 +43,58 @@ TEST(SimBus, DetectFillsRecordsOfOneType) {
 }
 
 TEST(SimBus, GarbageTextsReachTheRecordByteByByte) {
-  SimBench bench(kJoystickBoard + R"(, "name_hex": "41 07 FF...", "manufacturer_hex": "C3 28",
+  SimFixture fixture(kJoystickBoard + R"(, "name_hex": "41 07 FF...", "manufacturer_hex": "C3 28",
                                       "serial_hex": "31...")");
-  const std::string_view name(bench.record.product_text, sizeof bench.record.product_text);
+  const std::string_view name(fixture.record.product_text, sizeof fixture.record.product_text);
   EXPECT_EQ(name, "A\a" + std::string(258, '\xFF'));
-  EXPECT_STREQ(bench.record.manufacturer, "\xC3\x28");
-  EXPECT_EQ(std::string_view(bench.record.serial_number, 20), std::string(20, '1'));
+  EXPECT_STREQ(fixture.record.manufacturer, "\xC3\x28");
+  EXPECT_EQ(std::string_view(fixture.record.serial_number, 20), std::string(20, '1'));
 }
 
 TEST(SimBus, OnlyARecordOfALivingBoardIsAnswered) {
-  SimBench bench(kJoystickBoard);
+  SimFixture fixture(kJoystickBoard);
   const auto fails = [&] {
-    return bench.Ask(kReadHat).empty() && bench.wrote == 1 && bench.read == 1;
+    return fixture.Ask(kReadHat).empty() && fixture.wrote == 1 && fixture.read == 1;
   };
   ASSERT_FALSE(fails());
-  EXPECT_NE(bench.bus.CloseDevices({&bench.record, 1}), 0);
-  EXPECT_NE(bench.bus.CloseDevices({&bench.record, 1}), 0) << "twice";
-  EXPECT_NE(bench.bus.CloseDevices({}), 0);
-  std::memset(&bench.record, 0xFF, sizeof bench.record);
-  EXPECT_EQ(bench.bus.CloseDevices({&bench.record, 1}), 0) << "garbage";
+  EXPECT_NE(fixture.bus.CloseDevices({&fixture.record, 1}), 0);
+  EXPECT_NE(fixture.bus.CloseDevices({&fixture.record, 1}), 0) << "twice";
+  EXPECT_NE(fixture.bus.CloseDevices({}), 0);
+  std::memset(&fixture.record, 0xFF, sizeof fixture.record);
+  EXPECT_EQ(fixture.bus.CloseDevices({&fixture.record, 1}), 0) << "garbage";
 
-  bench.Detect();
-  bench.bus.Unplug("b");
+  fixture.Detect();
+  fixture.bus.Unplug("b");
   EXPECT_TRUE(fails()) << "unplugged";
-  bench.bus.Plug("b");
+  fixture.bus.Plug("b");
   EXPECT_TRUE(fails()) << "a record from before";
-  bench.Detect();
+  fixture.Detect();
   EXPECT_FALSE(fails());
 }
 
 TEST(SimBus, ReadsAreOnePerWriteAndReportNumbersAreRefused) {
-  SimBench bench(kJoystickBoard);
-  EXPECT_EQ(bench.Ask(kReadHat, 64)[63], kFiller);
+  SimFixture fixture(kJoystickBoard);
+  EXPECT_EQ(fixture.Ask(kReadHat, 64)[63], kFiller);
   std::array<std::uint8_t, 65> packet{1};
-  EXPECT_EQ(bench.bus.ReadData(bench.record, packet), KVUSB_READ_TIMEOUT);
-  EXPECT_EQ(bench.bus.WriteData(bench.record, packet), KVUSB_WRITE_FAILED);
+  EXPECT_EQ(fixture.bus.ReadData(fixture.record, packet), KVUSB_READ_TIMEOUT);
+  EXPECT_EQ(fixture.bus.WriteData(fixture.record, packet), KVUSB_WRITE_FAILED);
 }
 
 TEST(SimBus, ExchangesEraseAndRestartTakeTheirTime) {
   OwnTime time;
-  SimBench bench(R"("product": "0x0910", "firmware": "2.82", "mode": "flash", "erase_ms": 900,
+  SimFixture fixture(R"("product": "0x0910", "firmware": "2.82", "mode": "flash", "erase_ms": 900,
                     "reboot_ms": 450)",
-                 time.Options());
-  bench.Ask({0, 0, 0, 0, 6});
+                     time.Options());
+  fixture.Ask({0, 0, 0, 0, 6});
   EXPECT_EQ(time.now, 2ms);
-  bench.Ask({0, 0, 0, 0, 8});
+  fixture.Ask({0, 0, 0, 0, 8});
   EXPECT_EQ(time.now, 904ms);
-  bench.Ask({0, 0, 0, 0, 9});
-  EXPECT_EQ(bench.Detect(), 0U) << "still away";
+  fixture.Ask({0, 0, 0, 0, 9});
+  EXPECT_EQ(fixture.Detect(), 0U) << "still away";
   time.now += 449ms;
-  EXPECT_EQ(bench.Detect(), 0U);
+  EXPECT_EQ(fixture.Detect(), 0U);
   time.now += 1ms;
-  EXPECT_EQ(bench.Detect(), 1U);
+  EXPECT_EQ(fixture.Detect(), 1U);
 }
 
 struct Events {
@@ -109,28 +109,28 @@ struct Events {
 };
 
 TEST(SimBus, LeavingAndComingBackIsAnnounced) {
-  SimBench bench(kJoystickBoard);
+  SimFixture fixture(kJoystickBoard);
   Events events;
-  bench.bus.SetDeviceChangeHandler(Events::Take, &events);
-  bench.Ask({0, 0, 0, 0, 7, 0, '1', '2', '3'});
-  bench.Ask({0, 0, 0, 0, 0xFF});
-  bench.bus.Unplug("b");
-  bench.bus.Unplug("b");
-  bench.bus.Plug("b");
+  fixture.bus.SetDeviceChangeHandler(Events::Take, &events);
+  fixture.Ask({0, 0, 0, 0, 7, 0, '1', '2', '3'});
+  fixture.Ask({0, 0, 0, 0, 0xFF});
+  fixture.bus.Unplug("b");
+  fixture.bus.Unplug("b");
+  fixture.bus.Plug("b");
   EXPECT_THAT(
       events.seen,
       ElementsAre(R"(-\\?\HID#Vid_4C7E&Pid_0910#001)", R"(+\\?\HID#Vid_4C7E&Pid_0910#123)",
                   R"(-\\?\HID#Vid_4C7E&Pid_0910#123)", R"(+\\?\HID#Vid_4C7E&Pid_0910#123)"));
-  bench.bus.SetDeviceChangeHandler(nullptr, nullptr);
-  bench.bus.Unplug("b");
+  fixture.bus.SetDeviceChangeHandler(nullptr, nullptr);
+  fixture.bus.Unplug("b");
   EXPECT_EQ(events.seen.size(), 4U);
 }
 
 TEST(SimBus, ARestartWhoseAnswerNobodyReadsHappensAllTheSame) {
-  SimBench bench(kJoystickBoard);
+  SimFixture fixture(kJoystickBoard);
   std::array<std::uint8_t, 65> packet{0, 0, 0, 0, 0xFF};
-  bench.bus.WriteData(bench.record, packet);
-  EXPECT_EQ(bench.Detect(), 1U);
+  fixture.bus.WriteData(fixture.record, packet);
+  EXPECT_EQ(fixture.Detect(), 1U);
 }
 
 TEST(SimFaults, TheNthExchangeOfACommandGoesWrongAndNoOther) {
@@ -140,22 +140,22 @@ TEST(SimFaults, TheNthExchangeOfACommandGoesWrongAndNoOther) {
       {FaultKind::kStall, {0, 4}},
   };
   for (const auto& [kind, codes] : results) {
-    SimBench bench(kJoystickBoard);
-    bench.bus.ProvokeFault("b", Of(kind, 0x13, 2));
-    EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
-    EXPECT_THAT(bench.Ask(kReadAnalog), ElementsAre(0x11));
-    EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
-    EXPECT_EQ(std::pair(bench.wrote, bench.read), codes);
-    EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
+    SimFixture fixture(kJoystickBoard);
+    fixture.bus.ProvokeFault("b", Of(kind, 0x13, 2));
+    EXPECT_THAT(fixture.Ask(kReadHat), ElementsAre(0x13));
+    EXPECT_THAT(fixture.Ask(kReadAnalog), ElementsAre(0x11));
+    EXPECT_THAT(fixture.Ask(kReadHat), IsEmpty());
+    EXPECT_EQ(std::pair(fixture.wrote, fixture.read), codes);
+    EXPECT_THAT(fixture.Ask(kReadHat), ElementsAre(0x13));
   }
 }
 
 TEST(SimFaults, WrongAndShortAnswers) {
-  SimBench bench(kJoystickBoard);
-  bench.bus.ProvokeFault("b", Of(FaultKind::kWrongEcho, 0x13, 1, 0x14));
-  bench.bus.ProvokeFault("b", Of(FaultKind::kShortAnswer, 0x11, 1, 2));
-  EXPECT_THAT(bench.Ask(kReadHat, 2), ElementsAre(0x14, 0xA1));
-  EXPECT_THAT(bench.Ask(kReadAnalog, 5), ElementsAre(0x11, 0x59, 0, 0, 0x11))
+  SimFixture fixture(kJoystickBoard);
+  fixture.bus.ProvokeFault("b", Of(FaultKind::kWrongEcho, 0x13, 1, 0x14));
+  fixture.bus.ProvokeFault("b", Of(FaultKind::kShortAnswer, 0x11, 1, 2));
+  EXPECT_THAT(fixture.Ask(kReadHat, 2), ElementsAre(0x14, 0xA1));
+  EXPECT_THAT(fixture.Ask(kReadAnalog, 5), ElementsAre(0x11, 0x59, 0, 0, 0x11))
       << "the rest of the buffer is as it was sent";
 }
 
@@ -164,49 +164,49 @@ TEST(SimFaults, AStalledEraseIsWaitedForLonger) {
       {{0, 0, 0, 0, 0x15}, 2s}, {{0, 0, 0, 0, 8}, 10s}, {{0, 0, 0, 0, 0x1C, 0, 8}, 10s}};
   for (const auto& [request, limit] : stalls) {
     OwnTime time;
-    SimBench bench(kJoystickBoard, time.Options());
-    bench.bus.ProvokeFault("b", Of(FaultKind::kStall, request[4]));
+    SimFixture fixture(kJoystickBoard, time.Options());
+    fixture.bus.ProvokeFault("b", Of(FaultKind::kStall, request[4]));
     const auto before = time.now;
-    EXPECT_THAT(bench.Ask(request), IsEmpty());
+    EXPECT_THAT(fixture.Ask(request), IsEmpty());
     EXPECT_EQ(time.now - before, limit + 2ms);
   }
 }
 
 TEST(SimFaults, AStatusMeansThatTheWorkIsNotDone) {
-  SimBench bench(R"("product": "0x0910", "firmware": "2.71", "mode": "flash", "faults": [
+  SimFixture fixture(R"("product": "0x0910", "firmware": "2.71", "mode": "flash", "faults": [
                     {"kind": "status", "command": "0x00", "nth": 2, "value": 6},
                     {"kind": "status", "command": "0x01", "times": 0, "value": 5}])");
-  bench.Ask({0, 0, 0, 0, 8});
-  EXPECT_THAT(bench.Ask({0, 2, 0, 0, 0, 0, 2, 0x82}), ElementsAre(0));
-  EXPECT_THAT(bench.Ask({0, 1, 9, 0, 0, 0, 1}), ElementsAre(kEepromFail));
-  EXPECT_EQ(bench.TheBoard().State().flash.bytes.size(), 2U);
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 1}), ElementsAre(kConfigFail));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 1}), ElementsAre(kConfigFail)) << "0 times is for ever";
-  EXPECT_FALSE(bench.TheBoard().State().flash.valid);
+  fixture.Ask({0, 0, 0, 0, 8});
+  EXPECT_THAT(fixture.Ask({0, 2, 0, 0, 0, 0, 2, 0x82}), ElementsAre(0));
+  EXPECT_THAT(fixture.Ask({0, 1, 9, 0, 0, 0, 1}), ElementsAre(kEepromFail));
+  EXPECT_EQ(fixture.TheBoard().State().flash.bytes.size(), 2U);
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 1}), ElementsAre(kConfigFail));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 1}), ElementsAre(kConfigFail)) << "0 times is for ever";
+  EXPECT_FALSE(fixture.TheBoard().State().flash.valid);
 }
 
 TEST(SimFaults, NodeFaultsAreNarrowedToFunctionAndNode) {
-  SimBench bench(R"("product": "0x0800", "firmware": "1.10", "mode": "flash",
+  SimFixture fixture(R"("product": "0x0800", "firmware": "1.10", "mode": "flash",
                     "nodes": [{"node": 1, "flash": "1.30"}, {"node": 2, "flash": "1.30"}],
                     "faults": [{"kind": "status", "command": "0x1C", "function": "0x08", "node": 2,
                                 "value": 11}])");
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 7, 1}), ElementsAre(kCommandFail));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 8, 0}), ElementsAre(8));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x1C, 0, 8, 1}), ElementsAre(kCrcFail));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 7, 1}), ElementsAre(kCommandFail));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 8, 0}), ElementsAre(8));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 8, 1}), ElementsAre(kCrcFail));
 }
 
 TEST(SimFaults, ABoardVanishesAndClosingFails) {
-  SimBench bench(kJoystickBoard);
+  SimFixture fixture(kJoystickBoard);
   Events events;
-  bench.bus.SetDeviceChangeHandler(Events::Take, &events);
-  bench.bus.ProvokeFault("b", {.kind = FaultKind::kCloseFails});
-  EXPECT_EQ(bench.bus.CloseDevices({&bench.record, 1}), 0);
-  bench.Detect();
-  bench.bus.ProvokeFault("b", Of(FaultKind::kVanish, 0x13, 2));
-  EXPECT_THAT(bench.Ask(kReadHat), ElementsAre(0x13));
-  EXPECT_THAT(bench.Ask(kReadHat), IsEmpty());
-  EXPECT_EQ(std::pair(bench.wrote, bench.read), std::pair(1, 1));
-  EXPECT_EQ(bench.Detect(), 0U);
+  fixture.bus.SetDeviceChangeHandler(Events::Take, &events);
+  fixture.bus.ProvokeFault("b", {.kind = FaultKind::kCloseFails});
+  EXPECT_EQ(fixture.bus.CloseDevices({&fixture.record, 1}), 0);
+  fixture.Detect();
+  fixture.bus.ProvokeFault("b", Of(FaultKind::kVanish, 0x13, 2));
+  EXPECT_THAT(fixture.Ask(kReadHat), ElementsAre(0x13));
+  EXPECT_THAT(fixture.Ask(kReadHat), IsEmpty());
+  EXPECT_EQ(std::pair(fixture.wrote, fixture.read), std::pair(1, 1));
+  EXPECT_EQ(fixture.Detect(), 0U);
   EXPECT_THAT(events.seen, ElementsAre(R"(-\\?\HID#Vid_4C7E&Pid_0910#001)"));
 }
 

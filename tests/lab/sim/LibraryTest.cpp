@@ -5,9 +5,9 @@
 #include <cstdlib>
 #include <fstream>
 
-#include "devlink/HidPacket.h"
 #include "devlink/LoadedLibrary.h"
 #include "devlink/SharedObject.h"
+#include "kvusb/HidPacket.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::sim {

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include "lab/sim/SimBench.h"
+#include "lab/sim/SimFixture.h"
 
 namespace quillon::sim {
 namespace {
@@ -23,95 +23,97 @@ Bytes Record(std::uint16_t address, const Bytes& data) {
 }
 
 TEST(SimLoader, AnUpdateGivesTheBoardItsNewVersion) {
-  SimBench bench(kLoaderBoard);
-  EXPECT_EQ(bench.record.version, 0x0105);
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0x02, 0x71, 1));
+  SimFixture fixture(kLoaderBoard);
+  EXPECT_EQ(fixture.record.version, 0x0105);
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0x02, 0x71, 1));
 
-  EXPECT_THAT(bench.Ask(kErase), ElementsAre(8));
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0, 0, 0));
-  EXPECT_THAT(bench.Ask(Record(0x0102, {0xAA, 0xBB})), ElementsAre(0));
-  EXPECT_THAT(bench.Ask(Record(0x0000, {0x02, 0x82, 0x33})), ElementsAre(0));
-  EXPECT_THAT(bench.Ask(kFinish), ElementsAre(1));
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0x02, 0x82, 1));
-  EXPECT_THAT(bench.Ask(Record(0, {9})), ElementsAre(kCommandFail)) << "finished";
-  const Bytes& flash = bench.TheBoard().State().flash.bytes;
+  EXPECT_THAT(fixture.Ask(kErase), ElementsAre(8));
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0, 0, 0));
+  EXPECT_THAT(fixture.Ask(Record(0x0102, {0xAA, 0xBB})), ElementsAre(0));
+  EXPECT_THAT(fixture.Ask(Record(0x0000, {0x02, 0x82, 0x33})), ElementsAre(0));
+  EXPECT_THAT(fixture.Ask(kFinish), ElementsAre(1));
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0x02, 0x82, 1));
+  EXPECT_THAT(fixture.Ask(Record(0, {9})), ElementsAre(kCommandFail)) << "finished";
+  const Bytes& flash = fixture.TheBoard().State().flash.bytes;
   ASSERT_EQ(flash.size(), 0x0104U);
   EXPECT_EQ(flash[2], 0x33);
   EXPECT_EQ(flash[3], 0xFF) << "between records nothing was written";
   EXPECT_EQ(flash[0x0103], 0xBB);
 
-  EXPECT_THAT(bench.Ask(kSwitch), ElementsAre(0xFF));
-  EXPECT_EQ(bench.Detect(), 2U);
-  EXPECT_EQ(bench.record.version, 0x0282);
+  EXPECT_THAT(fixture.Ask(kSwitch), ElementsAre(0xFF));
+  EXPECT_EQ(fixture.Detect(), 2U);
+  EXPECT_EQ(fixture.record.version, 0x0282);
 }
 
 TEST(SimLoader, StatusesOfRecordsThatCannotBeStored) {
-  SimBench bench(kLoaderBoard);
-  EXPECT_THAT(bench.Ask(Record(0, {1})), ElementsAre(kCommandFail)) << "before the erase";
-  EXPECT_THAT(bench.Ask(kFinish), ElementsAre(kCommandFail)) << "before the erase";
-  bench.Ask(kErase);
-  EXPECT_THAT(bench.Ask({0, 60, 0, 0, 0}), ElementsAre(kCommandFail)) << "60 bytes";
-  EXPECT_THAT(bench.Ask(Record(0x0FC5, Bytes(59))), ElementsAre(0)) << "the last 59 bytes";
-  EXPECT_THAT(bench.Ask(Record(0x0FC6, Bytes(59))), ElementsAre(kFlashFail)) << "one beyond";
-  EXPECT_THAT(bench.Ask({0, 1, 0, 0, 3}), ElementsAre(kCommandFail)) << "no type of record";
-  bench.Ask(kRestart);
-  bench.Detect();
-  EXPECT_THAT(bench.Ask(Record(0, {1})), ElementsAre(kCommandFail)) << "erased before the restart";
+  SimFixture fixture(kLoaderBoard);
+  EXPECT_THAT(fixture.Ask(Record(0, {1})), ElementsAre(kCommandFail)) << "before the erase";
+  EXPECT_THAT(fixture.Ask(kFinish), ElementsAre(kCommandFail)) << "before the erase";
+  fixture.Ask(kErase);
+  EXPECT_THAT(fixture.Ask({0, 60, 0, 0, 0}), ElementsAre(kCommandFail)) << "60 bytes";
+  EXPECT_THAT(fixture.Ask(Record(0x0FC5, Bytes(59))), ElementsAre(0)) << "the last 59 bytes";
+  EXPECT_THAT(fixture.Ask(Record(0x0FC6, Bytes(59))), ElementsAre(kFlashFail)) << "one beyond";
+  EXPECT_THAT(fixture.Ask({0, 1, 0, 0, 3}), ElementsAre(kCommandFail)) << "no type of record";
+  fixture.Ask(kRestart);
+  fixture.Detect();
+  EXPECT_THAT(fixture.Ask(Record(0, {1})), ElementsAre(kCommandFail))
+      << "erased before the restart";
 }
 
 TEST(SimLoader, AnImageWithoutAVersionIsNotValidAndDoesNotRun) {
-  SimBench bench(kLoaderBoard);
-  bench.Ask(kErase);
-  bench.Ask(Record(0x0002, {1, 2, 3}));
-  EXPECT_THAT(bench.Ask(kFinish), ElementsAre(kConfigFail));
-  bench.Ask(kSwitch);
-  EXPECT_EQ(bench.Detect(), 1U);
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0, 0, 0));
+  SimFixture fixture(kLoaderBoard);
+  fixture.Ask(kErase);
+  fixture.Ask(Record(0x0002, {1, 2, 3}));
+  EXPECT_THAT(fixture.Ask(kFinish), ElementsAre(kConfigFail));
+  fixture.Ask(kSwitch);
+  EXPECT_EQ(fixture.Detect(), 1U);
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0, 0, 0));
 }
 
 TEST(SimLoader, LosingPowerInAnUpdateLeavesNoValidImage) {
-  SimBench bench(kLoaderBoard);
-  bench.Ask(kErase);
-  bench.Ask(Record(0, {0x02, 0x82}));
-  bench.bus.Unplug("b");
-  EXPECT_EQ(bench.Detect(), 0U);
-  bench.bus.Plug("b");
-  ASSERT_EQ(bench.Detect(), 1U);
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0, 0, 0));
-  EXPECT_THAT(bench.Ask(Record(2, {1})), ElementsAre(kCommandFail));
+  SimFixture fixture(kLoaderBoard);
+  fixture.Ask(kErase);
+  fixture.Ask(Record(0, {0x02, 0x82}));
+  fixture.bus.Unplug("b");
+  EXPECT_EQ(fixture.Detect(), 0U);
+  fixture.bus.Plug("b");
+  ASSERT_EQ(fixture.Detect(), 1U);
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0, 0, 0));
+  EXPECT_THAT(fixture.Ask(Record(2, {1})), ElementsAre(kCommandFail));
 }
 
 TEST(SimLoader, TheFirmwareTakesNoFlashCommand) {
-  SimBench bench(kJoystickBoard);
+  SimFixture fixture(kJoystickBoard);
   for (const Bytes& request : {kErase, kFinish, Record(0, {1})})
-    EXPECT_THAT(bench.Ask(request), ElementsAre(kCommandFail));
-  EXPECT_TRUE(bench.TheBoard().State().flash.valid);
+    EXPECT_THAT(fixture.Ask(request), ElementsAre(kCommandFail));
+  EXPECT_TRUE(fixture.TheBoard().State().flash.valid);
 }
 
 TEST(SimLoader, TheQueriedWordOfTheRigHoldsUntilTheNextUpdate) {
-  SimBench bench(R"("product": "0x1500", "firmware": "1.10", "queried": "1.34")");
-  EXPECT_EQ(bench.record.version, 0x0110);
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0x01, 0x34, 1));
-  bench.Ask(kSwitch);
-  ASSERT_EQ(bench.Detect(), 1U);
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0x01, 0x10, 1)) << "the loader looks itself";
-  bench.Ask(kErase);
-  bench.Ask(Record(0, {0x01, 0x12}));
-  bench.Ask(kFinish);
-  bench.Ask(kSwitch);
-  ASSERT_EQ(bench.Detect(), 3U);
-  EXPECT_THAT(bench.Ask(kIdentity, 4), ElementsAre(6, 0x01, 0x12, 1));
+  SimFixture fixture(R"("product": "0x1500", "firmware": "1.10", "queried": "1.34")");
+  EXPECT_EQ(fixture.record.version, 0x0110);
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0x01, 0x34, 1));
+  fixture.Ask(kSwitch);
+  ASSERT_EQ(fixture.Detect(), 1U);
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0x01, 0x10, 1))
+      << "the loader looks itself";
+  fixture.Ask(kErase);
+  fixture.Ask(Record(0, {0x01, 0x12}));
+  fixture.Ask(kFinish);
+  fixture.Ask(kSwitch);
+  ASSERT_EQ(fixture.Detect(), 3U);
+  EXPECT_THAT(fixture.Ask(kIdentity, 4), ElementsAre(6, 0x01, 0x12, 1));
 }
 
 TEST(SimLoader, ASerialNumberCountsAfterTheNextRestart) {
-  SimBench bench(kJoystickBoard);
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 7, 0, '0', '4', '2'}), ElementsAre(7));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 7, 0, '0', 'x', '2'}), ElementsAre(kRefused));
-  bench.Detect();
-  EXPECT_STREQ(bench.record.serial_number, "001");
-  EXPECT_THAT(bench.Ask(kRestart), ElementsAre(9));
-  EXPECT_EQ(bench.Detect(), 2U) << "9 keeps the mode";
-  EXPECT_STREQ(bench.record.serial_number, "042");
+  SimFixture fixture(kJoystickBoard);
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 7, 0, '0', '4', '2'}), ElementsAre(7));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 7, 0, '0', 'x', '2'}), ElementsAre(kRefused));
+  fixture.Detect();
+  EXPECT_STREQ(fixture.record.serial_number, "001");
+  EXPECT_THAT(fixture.Ask(kRestart), ElementsAre(9));
+  EXPECT_EQ(fixture.Detect(), 2U) << "9 keeps the mode";
+  EXPECT_STREQ(fixture.record.serial_number, "042");
 }
 
 }  // namespace

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include "lab/sim/SimBench.h"
+#include "lab/sim/SimFixture.h"
 
 namespace quillon::sim {
 namespace {
@@ -40,26 +40,26 @@ constexpr WholeBlock kWhole[] = {
 TEST(SimSettings, WholeBlocksAreKeptToTheLastBit) {
   for (const WholeBlock& block : kWhole) {
     SCOPED_TRACE(std::string(block.product) + " " + block.name);
-    SimBench bench(Device(block.product));
+    SimFixture fixture(Device(block.product));
     const Bytes data = Pattern(block.bytes);
     // Bytes 1 to 3 of a block without a range may hold anything.
-    EXPECT_THAT(bench.Ask(Joined({0, 7, 99, 3, block.write, 1}, data)), ElementsAre(block.write));
-    EXPECT_TRUE(std::ranges::equal(bench.TheBoard().Block(block.name), data));
+    EXPECT_THAT(fixture.Ask(Joined({0, 7, 99, 3, block.write, 1}, data)), ElementsAre(block.write));
+    EXPECT_TRUE(std::ranges::equal(fixture.TheBoard().Block(block.name), data));
     // The byte behind the block carries nothing.
-    EXPECT_EQ(bench.Ask({0, 1, 2, 3, block.read}, block.bytes + 2),
+    EXPECT_EQ(fixture.Ask({0, 1, 2, 3, block.read}, block.bytes + 2),
               Joined(Joined({block.read}, data), {kFiller}));
-    EXPECT_THAT(bench.Ask(Joined({0, 0, 0, 0, block.write, 0}, Bytes(block.bytes))),
+    EXPECT_THAT(fixture.Ask(Joined({0, 0, 0, 0, block.write, 0}, Bytes(block.bytes))),
                 ElementsAre(kRefused))
         << "a write without argument 1";
-    EXPECT_EQ(bench.Ask({0, 0, 0, 0, block.read}, block.bytes + 1), Joined({block.read}, data));
+    EXPECT_EQ(fixture.Ask({0, 0, 0, 0, block.read}, block.bytes + 1), Joined({block.read}, data));
   }
 }
 
 TEST(SimSettings, FactoryValuesHoldBitsThatNobodyEditsAndTheRigReplacesThem) {
-  SimBench bench(kJoystickBoard + R"(, "blocks": {"hat": "0B 12 05 34"})");
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x11}, 10),
+  SimFixture fixture(kJoystickBoard + R"(, "blocks": {"hat": "0B 12 05 34"})");
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x11}, 10),
               ElementsAre(0x11, 0x59, 0xAB, 0x01, 0x51, 0x5B, 0x02, 0x35, 0x0B, 0x04));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0x0B, 0x12, 0x05, 0x34));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0x0B, 0x12, 0x05, 0x34));
 }
 
 struct RangedBlock {
@@ -78,31 +78,31 @@ constexpr RangedBlock kRanged[] = {
 TEST(SimSettings, RangedBlocksTravelInChunks) {
   for (const RangedBlock& block : kRanged) {
     SCOPED_TRACE(std::string(block.product) + " " + block.name);
-    SimBench bench(Device(block.product));
+    SimFixture fixture(Device(block.product));
     const Bytes data = Pattern(static_cast<std::size_t>(block.end - block.start));
     const auto rest = static_cast<std::uint8_t>(data.size() - 59);
     const auto middle = static_cast<std::uint8_t>(block.start + 59);
-    EXPECT_THAT(bench.Ask(Joined({0, 59, block.start, middle, block.write, 1},
-                                 Bytes(data.begin(), data.begin() + 59))),
+    EXPECT_THAT(fixture.Ask(Joined({0, 59, block.start, middle, block.write, 1},
+                                   Bytes(data.begin(), data.begin() + 59))),
                 ElementsAre(block.write));
-    EXPECT_THAT(bench.Ask(Joined({0, rest, middle, block.end, block.write, 1},
-                                 Bytes(data.begin() + 59, data.end()))),
+    EXPECT_THAT(fixture.Ask(Joined({0, rest, middle, block.end, block.write, 1},
+                                   Bytes(data.begin() + 59, data.end()))),
                 ElementsAre(block.write));
     // In one stretch of 63 bytes from the middle of the first chunk into the second.
     const auto from = static_cast<std::uint8_t>(block.start + 1);
     const auto to = static_cast<std::uint8_t>(from + 63);
-    EXPECT_EQ(bench.Ask({0, 63, from, to, block.read}, 64),
+    EXPECT_EQ(fixture.Ask({0, 63, from, to, block.read}, 64),
               Joined({block.read}, Bytes(data.begin() + 1, data.begin() + 64)));
     const auto last = static_cast<std::uint8_t>(block.end - 1);
-    EXPECT_EQ(bench.Ask({0, 1, last, block.end, block.read}, 3),
+    EXPECT_EQ(fixture.Ask({0, 1, last, block.end, block.read}, 3),
               (Bytes{block.read, data.back(), kFiller}));
   }
 }
 
 TEST(SimSettings, RangesOutsideTheBlockAreRefused) {
-  SimBench bench(Device("0x0710"));
-  const Bytes before(bench.TheBoard().Block("inputs").begin(),
-                     bench.TheBoard().Block("inputs").end());
+  SimFixture fixture(Device("0x0710"));
+  const Bytes before(fixture.TheBoard().Block("inputs").begin(),
+                     fixture.TheBoard().Block("inputs").end());
   const Bytes ranges[] = {
       {1, 7, 8},         // before the block
       {2, 0x47, 0x49},   // beyond its end
@@ -114,13 +114,13 @@ TEST(SimSettings, RangesOutsideTheBlockAreRefused) {
   };
   for (const Bytes& range : ranges) {
     SCOPED_TRACE(::testing::PrintToString(range));
-    EXPECT_THAT(bench.Ask({0, range[0], range[1], range[2], 0x12}), ElementsAre(kRefused));
-    EXPECT_THAT(bench.Ask(Joined({0, range[0], range[1], range[2], 0x0E, 1}, Bytes(59))),
+    EXPECT_THAT(fixture.Ask({0, range[0], range[1], range[2], 0x12}), ElementsAre(kRefused));
+    EXPECT_THAT(fixture.Ask(Joined({0, range[0], range[1], range[2], 0x0E, 1}, Bytes(59))),
                 ElementsAre(kRefused));
   }
-  EXPECT_THAT(bench.Ask(Joined({0, 60, 8, 68, 0x0E, 1}, Bytes(59))), ElementsAre(kRefused))
+  EXPECT_THAT(fixture.Ask(Joined({0, 60, 8, 68, 0x0E, 1}, Bytes(59))), ElementsAre(kRefused))
       << "a write of 60 bytes does not fit a packet";
-  EXPECT_TRUE(std::ranges::equal(bench.TheBoard().Block("inputs"), before));
+  EXPECT_TRUE(std::ranges::equal(fixture.TheBoard().Block("inputs"), before));
 }
 
 TEST(SimSettings, CommandsOfOtherFamiliesAndModesAreRefused) {
@@ -135,12 +135,12 @@ TEST(SimSettings, CommandsOfOtherFamiliesAndModesAreRefused) {
       {Device("0x1700"), {0x11, 0x14, 0x1D, 0x30}},
   };
   for (const auto& [board, commands] : unknown) {
-    SimBench bench(board);
+    SimFixture fixture(board);
     for (const std::uint8_t command : commands)
-      EXPECT_THAT(bench.Ask({0, 0, 0, 0, command, 1}), ElementsAre(kRefused))
+      EXPECT_THAT(fixture.Ask({0, 0, 0, 0, command, 1}), ElementsAre(kRefused))
           << board << " " << int{command};
   }
-  SimBench loader(R"("product": "0x0910", "firmware": "2.82", "mode": "flash")");
+  SimFixture loader(R"("product": "0x0910", "firmware": "2.82", "mode": "flash")");
   for (const std::uint8_t command : Bytes{0x11, 0x0D, 0x12, 0x30, 0x99})
     EXPECT_THAT(loader.Ask({0, 0, 0, 0, command, 1}), ElementsAre(kCommandFail)) << int{command};
 }

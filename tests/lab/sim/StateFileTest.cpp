@@ -5,7 +5,7 @@
 #include <iterator>
 
 #include "boards/StateFile.h"
-#include "lab/sim/SimBench.h"
+#include "lab/sim/SimFixture.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::sim {
@@ -37,58 +37,59 @@ class SimState : public ::testing::Test {
 
 TEST_F(SimState, SettingsSerialAndCalibrationOutliveTheBus) {
   {
-    SimBench bench(kJoystickBoard, Options());
+    SimFixture fixture(kJoystickBoard, Options());
     EXPECT_FALSE(fs::exists(File())) << "nothing changed yet";
-    bench.Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
-    bench.Ask({0, 0, 0, 0, 0x33, 0, 6, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06});
-    bench.Ask({0, 0, 0, 0, 7, 0, '9', '8', '7'});
+    fixture.Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
+    fixture.Ask({0, 0, 0, 0, 0x33, 0, 6, 0x01, 0x02, 0x03, 0x04, 0x05, 0x06});
+    fixture.Ask({0, 0, 0, 0, 7, 0, '9', '8', '7'});
   }
   const fs::path leftover = folder_ / "b.json.999999999.tmp";  // no system counts that far
   std::ofstream(leftover) << "half";
   fs::permissions(File(), fs::perms(0644));
-  SimBench bench(kJoystickBoard, Options());
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xFA, 0x12, 0xFB, 0x34));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x30, 0, 6}, 7), ElementsAre(0x30, 1, 2, 3, 4, 5, 6));
-  EXPECT_STREQ(bench.record.serial_number, "987") << "a new start, so the new number";
-  EXPECT_THAT(bench.bus.DescribeProblem(&bench.record).sentence, IsEmpty());
+  SimFixture fixture(kJoystickBoard, Options());
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xFA, 0x12, 0xFB, 0x34));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x30, 0, 6}, 7), ElementsAre(0x30, 1, 2, 3, 4, 5, 6));
+  EXPECT_STREQ(fixture.record.serial_number, "987") << "a new start, so the new number";
+  EXPECT_THAT(fixture.bus.DescribeProblem(&fixture.record).sentence, IsEmpty());
   EXPECT_FALSE(fs::exists(leftover));
-  bench.Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
+  fixture.Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
   EXPECT_EQ(fs::status(File()).permissions(), fs::perms(0600)) << "the owner's alone";
 }
 
 TEST_F(SimState, ModeFlashAndNodesOutliveTheBus) {
   {
-    SimBench bench(kNodeBoard, Options());
-    bench.Ask({0, 0, 0, 0, 0x1C, 0, 8, 4});
-    bench.Ask({0, 1, 0, 0, 0x1C, 0, 0, 4, 0, 0x77});
-    bench.Ask({0, 0, 0x31, 0x01, 0x1C, 0, 1, 4});
-    bench.Ask({0, 0, 0, 0, 8});
-    bench.Ask({0, 2, 0, 0, 0, 0, 0x01, 0x12});
-    bench.Ask({0, 0, 0, 0, 1});
-    bench.Ask({0, 0, 0, 0, 0xFF});
-    bench.Detect();
-    bench.Ask({0, 2, 6, 2, 0x1C, 1, 0x26, 4, 0, 0x0D, 0xC0});
+    SimFixture fixture(kNodeBoard, Options());
+    fixture.Ask({0, 0, 0, 0, 0x1C, 0, 8, 4});
+    fixture.Ask({0, 1, 0, 0, 0x1C, 0, 0, 4, 0, 0x77});
+    fixture.Ask({0, 0, 0x31, 0x01, 0x1C, 0, 1, 4});
+    fixture.Ask({0, 0, 0, 0, 8});
+    fixture.Ask({0, 2, 0, 0, 0, 0, 0x01, 0x12});
+    fixture.Ask({0, 0, 0, 0, 1});
+    fixture.Ask({0, 0, 0, 0, 0xFF});
+    fixture.Detect();
+    fixture.Ask({0, 2, 6, 2, 0x1C, 1, 0x26, 4, 0, 0x0D, 0xC0});
   }
   {
-    SimBench bench(kNodeBoard, Options());
-    EXPECT_EQ(bench.Detect(), 3U);
-    EXPECT_EQ(bench.record.version, 0x0112);
-    EXPECT_THAT(bench.Ask({0, 0, 0, 0, 6}, 4), ElementsAre(6, 0x01, 0x12, 1));
-    EXPECT_THAT(bench.Ask({0, 0, 6, 2, 0x1C, 0, 0x25, 4, 2}, 3), ElementsAre(0x25, 0x0D, 0xC0));
-    EXPECT_EQ(bench.TheBoard().State().nodes[4].flash_version, 0x0131);
-    EXPECT_EQ(bench.TheBoard().State().nodes[4].flash.bytes, Bytes{0x77});
-    bench.Ask({0, 0, 0, 0, 0xFF});
-    bench.Detect();
-    bench.Ask({0, 0, 0, 0, 8});
-    bench.Ask({0, 2, 0, 0, 0, 0, 0x01, 0x12});
+    SimFixture fixture(kNodeBoard, Options());
+    EXPECT_EQ(fixture.Detect(), 3U);
+    EXPECT_EQ(fixture.record.version, 0x0112);
+    EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 6}, 4), ElementsAre(6, 0x01, 0x12, 1));
+    EXPECT_THAT(fixture.Ask({0, 0, 6, 2, 0x1C, 0, 0x25, 4, 2}, 3), ElementsAre(0x25, 0x0D, 0xC0));
+    EXPECT_EQ(fixture.TheBoard().State().nodes[4].flash_version, 0x0131);
+    EXPECT_EQ(fixture.TheBoard().State().nodes[4].flash.bytes, Bytes{0x77});
+    fixture.Ask({0, 0, 0, 0, 0xFF});
+    fixture.Detect();
+    fixture.Ask({0, 0, 0, 0, 8});
+    fixture.Ask({0, 2, 0, 0, 0, 0, 0x01, 0x12});
   }
-  SimBench bench(kNodeBoard, Options());
-  EXPECT_EQ(bench.Detect(), 1U);
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 6}, 4), ElementsAre(6, 0, 0, 0)) << "power lost in an update";
+  SimFixture fixture(kNodeBoard, Options());
+  EXPECT_EQ(fixture.Detect(), 1U);
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 6}, 4), ElementsAre(6, 0, 0, 0))
+      << "power lost in an update";
 }
 
 TEST_F(SimState, AFileCutAnywhereOrChangedIsSetAside) {
-  SimBench(kJoystickBoard, Options()).Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
+  SimFixture(kJoystickBoard, Options()).Ask({0, 0, 0, 0, 0x0F, 1, 0xFA, 0x12, 0xFB, 0x34});
   const std::string whole = Text();
   std::vector<std::string> texts = {"", "null", "[]", "{}", "\xFF\xFE"};
   for (std::size_t part = 1; part < 8; ++part)
@@ -112,28 +113,30 @@ TEST_F(SimState, AFileCutAnywhereOrChangedIsSetAside) {
   for (const std::string& text : texts) {
     SCOPED_TRACE(text);
     Replace(text);
-    SimBench bench(kJoystickBoard, Options());
-    EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xA1, 0xE4, 0x53, 0x1B));
-    EXPECT_THAT(bench.bus.DescribeProblem(&bench.record).sentence, HasSubstr("starts with factory settings"));
+    SimFixture fixture(kJoystickBoard, Options());
+    EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0xA1, 0xE4, 0x53, 0x1B));
+    EXPECT_THAT(fixture.bus.DescribeProblem(&fixture.record).sentence,
+                HasSubstr("starts with factory settings"));
     EXPECT_FALSE(fs::exists(File()));
     EXPECT_TRUE(fs::exists(folder_ / "b.json.broken"));
     fs::remove(folder_ / "b.json.broken");
   }
   Replace(whole);
-  SimBench bench(kJoystickBoard, Options());
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}, 2), ElementsAre(0x13, 0xFA)) << "whole, it is used";
+  SimFixture fixture(kJoystickBoard, Options());
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x13}, 2), ElementsAre(0x13, 0xFA)) << "whole, it is used";
 }
 
 TEST_F(SimState, AFolderThatCannotBeUsedIsToldAndTheBoardsWork) {
   std::ofstream(testing::OwnFolders::Root() / "file") << "in the way";
-  SimBench bench(kJoystickBoard,
-                 {.state_folder = testing::OwnFolders::Root() / "file" / "below", .latency = {}});
-  EXPECT_THAT(bench.bus.DescribeProblem(nullptr).sentence, HasSubstr("cannot be made"));
-  EXPECT_THAT(bench.Ask({0, 0, 0, 0, 0x13}), ElementsAre(0x13));
+  SimFixture fixture(
+      kJoystickBoard,
+      {.state_folder = testing::OwnFolders::Root() / "file" / "below", .latency = {}});
+  EXPECT_THAT(fixture.bus.DescribeProblem(nullptr).sentence, HasSubstr("cannot be made"));
+  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x13}), ElementsAre(0x13));
 
   // A folder in the place of the file: neither read nor written.
   fs::create_directories(folder_ / "b.json");
-  SimBench other(kJoystickBoard, Options());
+  SimFixture other(kJoystickBoard, Options());
   EXPECT_THAT(other.bus.DescribeProblem(&other.record).sentence, HasSubstr("is a folder"));
   Bus bus(RigOf(R"({"id": "c", )" + kJoystickBoard + "}"), Options());
   DeviceRecord record{};

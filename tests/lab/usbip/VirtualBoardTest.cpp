@@ -57,11 +57,11 @@ Wire Answered(std::uint32_t number, Wire front) {
 }
 
 // A board whose clock stands still until somebody moves it.
-struct Bench {
+struct Fixture {
   VirtualBoard board;
   Time now = kStart;
 
-  explicit Bench(const sim::BoardSpec& spec) : board(spec) {}
+  explicit Fixture(const sim::BoardSpec& spec) : board(spec) {}
 
   Wire Says(const Wire& bytes) {
     board.Receive(bytes, now);
@@ -75,9 +75,9 @@ struct Bench {
 };
 
 TEST(VirtualBoard, TellsAHostAllThatItAsksWhenItIsPluggedIn) {
-  Bench bench(Spi());
+  Fixture fixture(Spi());
   const auto get = [&](const SetupBytes& setup, std::uint32_t length) {
-    return bench.Says(SubmitBytes(1, true, 0, length, setup));
+    return fixture.Says(SubmitBytes(1, true, 0, length, setup));
   };
   const Wire device = {18, 1, 0, 2, 0, 0, 0, 64, 0x7E, 0x4C, 0x00, 0x15, 0x10, 0x01, 1, 2, 3, 1};
   EXPECT_EQ(get({0x80, 6, 0, 1, 0, 0, 64, 0}, 64), AnswerBytes(1, 0, 18, device));
@@ -86,10 +86,10 @@ TEST(VirtualBoard, TellsAHostAllThatItAsksWhenItIsPluggedIn) {
             AnswerBytes(1, 0, 9, {9, 2, 41, 0, 1, 1, 0, 0x80, 50}));
   EXPECT_EQ(get({0x80, 6, 2, 3, 9, 4, 255, 0}, 255), AnswerBytes(1, 0, 4, {4, 3, 'Q', 0}));
   EXPECT_EQ(get({0x80, 8, 0, 0, 0, 0, 1, 0}, 1), AnswerBytes(1, 0, 1, {0}));
-  EXPECT_EQ(bench.Says(SubmitBytes(2, false, 0, 0, {0x00, 9, 1, 0, 0, 0, 0, 0})),
+  EXPECT_EQ(fixture.Says(SubmitBytes(2, false, 0, 0, {0x00, 9, 1, 0, 0, 0, 0, 0})),
             AnswerBytes(2, 0, 0));
   EXPECT_EQ(get({0x80, 8, 0, 0, 0, 0, 1, 0}, 1), AnswerBytes(1, 0, 1, {1}));
-  EXPECT_EQ(bench.Says(SubmitBytes(3, false, 0, 0, {0x21, 10, 0, 0, 0, 0, 0, 0})),
+  EXPECT_EQ(fixture.Says(SubmitBytes(3, false, 0, 0, {0x21, 10, 0, 0, 0, 0, 0, 0})),
             AnswerBytes(3, 0, 0))
       << "SET_IDLE";
   EXPECT_EQ(get({0x81, 6, 0, 0x21, 0, 0, 9, 0}, 9),
@@ -102,16 +102,16 @@ TEST(VirtualBoard, TellsAHostAllThatItAsksWhenItIsPluggedIn) {
 }
 
 TEST(VirtualBoard, AnswersWhicheverComesFirstTheRequestOrTheReader) {
-  Bench bench(Spi());
-  EXPECT_THAT(bench.Says(InBytes(1)), IsEmpty());
-  EXPECT_EQ(bench.Says(OutBytes(2, Report(kIdentity))),
+  Fixture fixture(Spi());
+  EXPECT_THAT(fixture.Says(InBytes(1)), IsEmpty());
+  EXPECT_EQ(fixture.Says(OutBytes(2, Report(kIdentity))),
             Joined(AnswerBytes(2, 0, 64), Answered(1, {6, 1, 0x10, 1})));
-  EXPECT_EQ(bench.Says(OutBytes(3, Report(kIdentity))), AnswerBytes(3, 0, 64));
-  EXPECT_EQ(bench.board.NextStep(), std::nullopt) << "nobody waits for the answer";
-  EXPECT_EQ(bench.Says(InBytes(4)), Answered(4, {6, 1, 0x10, 1}));
-  bench.Says(InBytes(5));
+  EXPECT_EQ(fixture.Says(OutBytes(3, Report(kIdentity))), AnswerBytes(3, 0, 64));
+  EXPECT_EQ(fixture.board.NextStep(), std::nullopt) << "nobody waits for the answer";
+  EXPECT_EQ(fixture.Says(InBytes(4)), Answered(4, {6, 1, 0x10, 1}));
+  fixture.Says(InBytes(5));
   const SetupBytes set_report = {0x21, 9, 0, 2, 0, 0, 64, 0};
-  EXPECT_EQ(bench.Says(SubmitBytes(6, false, 0, 64, set_report, Report(kIdentity))),
+  EXPECT_EQ(fixture.Says(SubmitBytes(6, false, 0, 64, set_report, Report(kIdentity))),
             Joined(AnswerBytes(6, 0, 64), Answered(5, {6, 1, 0x10, 1})))
       << "on the control endpoint";
 }
@@ -119,31 +119,31 @@ TEST(VirtualBoard, AnswersWhicheverComesFirstTheRequestOrTheReader) {
 TEST(VirtualBoard, KeepsTheConfigurationApartFromTheGame) {
   sim::BoardSpec spec = Joystick();
   spec.blocks["hat"] = {0x01, 0xAA, 0x03, 0x55};
-  Bench bench(spec);
-  EXPECT_THAT(bench.Says(Joined(InBytes(1, 1), InBytes(2, 2))), IsEmpty());
-  EXPECT_EQ(bench.Says(OutBytes(3, Report(0x13), 2)),
+  Fixture fixture(spec);
+  EXPECT_THAT(fixture.Says(Joined(InBytes(1, 1), InBytes(2, 2))), IsEmpty());
+  EXPECT_EQ(fixture.Says(OutBytes(3, Report(0x13), 2)),
             Joined(AnswerBytes(3, 0, 64), Answered(2, {0x13, 0x01, 0xAA, 0x03, 0x55})));
 }
 
 TEST(VirtualBoard, TakesItsTimeForAnErase) {
-  Bench bench(Spi(true));
-  bench.Says(InBytes(1));
-  EXPECT_EQ(bench.Says(OutBytes(2, Report(kErase))), AnswerBytes(2, 0, 64));
-  EXPECT_THAT(bench.board.NextStep(), Optional(kStart + milliseconds(700)));
-  EXPECT_THAT(bench.After(milliseconds(699)), IsEmpty());
+  Fixture fixture(Spi(true));
+  fixture.Says(InBytes(1));
+  EXPECT_EQ(fixture.Says(OutBytes(2, Report(kErase))), AnswerBytes(2, 0, 64));
+  EXPECT_THAT(fixture.board.NextStep(), Optional(kStart + milliseconds(700)));
+  EXPECT_THAT(fixture.After(milliseconds(699)), IsEmpty());
   // What is asked meanwhile is begun after it.
-  EXPECT_EQ(bench.Says(Joined(InBytes(3), OutBytes(4, Report(kErase)))), AnswerBytes(4, 0, 64));
-  EXPECT_EQ(bench.After(milliseconds(1)), Answered(1, {kErase}));
-  EXPECT_THAT(bench.After(milliseconds(699)), IsEmpty());
-  EXPECT_EQ(bench.After(milliseconds(1)), Answered(3, {kErase}));
+  EXPECT_EQ(fixture.Says(Joined(InBytes(3), OutBytes(4, Report(kErase)))), AnswerBytes(4, 0, 64));
+  EXPECT_EQ(fixture.After(milliseconds(1)), Answered(1, {kErase}));
+  EXPECT_THAT(fixture.After(milliseconds(699)), IsEmpty());
+  EXPECT_EQ(fixture.After(milliseconds(1)), Answered(3, {kErase}));
 }
 
 TEST(VirtualBoard, GivesBackTransfersThatTheHostDoesNotWantAnyMore) {
-  Bench bench(Spi());
-  EXPECT_THAT(bench.Says(Joined(InBytes(1), InBytes(2))), IsEmpty());
-  EXPECT_EQ(bench.Says(UnlinkBytes(3, 1)), UnlinkedBytes(3, kTakenBack));
-  EXPECT_EQ(bench.Says(UnlinkBytes(4, 1)), UnlinkedBytes(4, 0)) << "not there any more";
-  EXPECT_EQ(bench.Says(OutBytes(5, Report(kIdentity))),
+  Fixture fixture(Spi());
+  EXPECT_THAT(fixture.Says(Joined(InBytes(1), InBytes(2))), IsEmpty());
+  EXPECT_EQ(fixture.Says(UnlinkBytes(3, 1)), UnlinkedBytes(3, kTakenBack));
+  EXPECT_EQ(fixture.Says(UnlinkBytes(4, 1)), UnlinkedBytes(4, 0)) << "not there any more";
+  EXPECT_EQ(fixture.Says(OutBytes(5, Report(kIdentity))),
             Joined(AnswerBytes(5, 0, 64), Answered(2, {6, 1, 0x10, 1})));
 }
 
@@ -172,28 +172,28 @@ TEST(VirtualBoard, StallsWhatItDoesNotKnow) {
       {"a vendor's request", SubmitBytes(7, true, 0, 8, {0xC0, 6, 0, 1, 0, 0, 8, 0})},
   };
   for (const auto& [about, bytes] : cases) {
-    Bench bench(Joystick());
-    EXPECT_EQ(bench.Says(bytes), AnswerBytes(7, kStalled, 0)) << about;
-    EXPECT_THAT(bench.Says(InBytes(8, 2)), IsEmpty()) << about;
+    Fixture fixture(Joystick());
+    EXPECT_EQ(fixture.Says(bytes), AnswerBytes(7, kStalled, 0)) << about;
+    EXPECT_THAT(fixture.Says(InBytes(8, 2)), IsEmpty()) << about;
   }
 }
 
 TEST(VirtualBoard, SendsNoMoreThanTheHostHasRoomFor) {
-  Bench bench(Spi());
-  EXPECT_EQ(bench.Says(SubmitBytes(1, true, 0, 2, {0x80, 6, 0, 1, 0, 0, 255, 0})),
+  Fixture fixture(Spi());
+  EXPECT_EQ(fixture.Says(SubmitBytes(1, true, 0, 2, {0x80, 6, 0, 1, 0, 0, 255, 0})),
             AnswerBytes(1, 0, 2, {18, 1}));
-  bench.Says(SubmitBytes(2, true, 1, 3));
-  EXPECT_EQ(bench.Says(OutBytes(3, Report(kIdentity))),
+  fixture.Says(SubmitBytes(2, true, 1, 3));
+  EXPECT_EQ(fixture.Says(OutBytes(3, Report(kIdentity))),
             Joined(AnswerBytes(3, 0, 64), AnswerBytes(2, 0, 3, {6, 1, 0x10})));
 }
 
 TEST(VirtualBoard, UnplugsItselfFromAConversationWithoutSense) {
-  Bench bench(Spi());
-  bench.Says(InBytes(1));
-  EXPECT_THAT(bench.Says(Wire(48, 'x')), IsEmpty());
-  EXPECT_FALSE(bench.board.OnBus());
-  EXPECT_THAT(bench.Says(InBytes(2)), IsEmpty());
-  EXPECT_EQ(bench.board.NextStep(), std::nullopt);
+  Fixture fixture(Spi());
+  fixture.Says(InBytes(1));
+  EXPECT_THAT(fixture.Says(Wire(48, 'x')), IsEmpty());
+  EXPECT_FALSE(fixture.board.OnBus());
+  EXPECT_THAT(fixture.Says(InBytes(2)), IsEmpty());
+  EXPECT_EQ(fixture.board.NextStep(), std::nullopt);
 }
 
 TEST(VirtualBoard, LetsGoWrongWhatTheRigSays) {
@@ -215,58 +215,58 @@ TEST(VirtualBoard, LetsGoWrongWhatTheRigSays) {
   for (const auto& [kind, value, expected, stays] : cases) {
     sim::BoardSpec spec = Spi();
     spec.faults = {{.kind = kind, .value = value}};
-    Bench bench(spec);
-    bench.Says(InBytes(1));
-    EXPECT_EQ(bench.Says(OutBytes(2, Report(kIdentity))), expected) << static_cast<int>(kind);
-    EXPECT_EQ(bench.board.OnBus(), stays) << static_cast<int>(kind);
-    EXPECT_THAT(bench.After(std::chrono::minutes(1)), IsEmpty());
-    EXPECT_EQ(bench.board.OnBus(), stays) << "a board that vanished does not come back";
+    Fixture fixture(spec);
+    fixture.Says(InBytes(1));
+    EXPECT_EQ(fixture.Says(OutBytes(2, Report(kIdentity))), expected) << static_cast<int>(kind);
+    EXPECT_EQ(fixture.board.OnBus(), stays) << static_cast<int>(kind);
+    EXPECT_THAT(fixture.After(std::chrono::minutes(1)), IsEmpty());
+    EXPECT_EQ(fixture.board.OnBus(), stays) << "a board that vanished does not come back";
   }
 }
 
 TEST(VirtualBoard, RestartsWithItsAnswerAndComesBackInTheOtherMode) {
-  Bench bench(Joystick());
-  bench.Says(Joined(InBytes(1, 2), InBytes(2, 2)));
-  const Wire answers = bench.Says(OutBytes(3, Report(kRestartOther), 2));
+  Fixture fixture(Joystick());
+  fixture.Says(Joined(InBytes(1, 2), InBytes(2, 2)));
+  const Wire answers = fixture.Says(OutBytes(3, Report(kRestartOther), 2));
   EXPECT_EQ(answers, Joined(AnswerBytes(3, 0, 64), Answered(1, {kRestartOther})));
-  EXPECT_THAT(bench.board.NextStep(), Optional(kStart)) << "at once";
-  bench.After(milliseconds(0));
-  EXPECT_FALSE(bench.board.OnBus());
-  EXPECT_THAT(bench.Says(InBytes(4, 2)), IsEmpty());
-  EXPECT_THAT(bench.board.NextStep(), Optional(kStart + milliseconds(300)));
-  bench.After(milliseconds(299));
-  EXPECT_FALSE(bench.board.OnBus());
-  bench.After(milliseconds(1));
-  EXPECT_TRUE(bench.board.OnBus());
-  EXPECT_EQ(bench.board.NextStep(), std::nullopt);
+  EXPECT_THAT(fixture.board.NextStep(), Optional(kStart)) << "at once";
+  fixture.After(milliseconds(0));
+  EXPECT_FALSE(fixture.board.OnBus());
+  EXPECT_THAT(fixture.Says(InBytes(4, 2)), IsEmpty());
+  EXPECT_THAT(fixture.board.NextStep(), Optional(kStart + milliseconds(300)));
+  fixture.After(milliseconds(299));
+  EXPECT_FALSE(fixture.board.OnBus());
+  fixture.After(milliseconds(1));
+  EXPECT_TRUE(fixture.board.OnBus());
+  EXPECT_EQ(fixture.board.NextStep(), std::nullopt);
 
   const Wire loader = {18, 1, 0, 2, 0, 0, 0, 64, 0x7E, 0x4C, 0x10, 0x09, 0x00, 0x01, 1, 2, 3, 1};
-  EXPECT_EQ(bench.Says(SubmitBytes(1, true, 0, 64, {0x80, 6, 0, 1, 0, 0, 64, 0})),
+  EXPECT_EQ(fixture.Says(SubmitBytes(1, true, 0, 64, {0x80, 6, 0, 1, 0, 0, 64, 0})),
             AnswerBytes(1, 0, 18, loader));
 }
 
 TEST(VirtualBoard, LeavesAndForgetsItsTransfersHoweverQuicklyItRestarts) {
   sim::BoardSpec spec = Spi();
   spec.reboot = milliseconds(0);
-  Bench bench(spec);
-  bench.Says(Joined(Joined(InBytes(1), InBytes(2)), OutBytes(3, Report(kRestartOther))));
-  bench.After(milliseconds(0));
-  EXPECT_FALSE(bench.board.OnBus());
-  EXPECT_THAT(bench.board.NextStep(), Optional(bench.now));
-  bench.After(milliseconds(0));
-  EXPECT_TRUE(bench.board.OnBus());
-  EXPECT_EQ(bench.Says(Joined(InBytes(4), OutBytes(5, Report(kIdentity)))),
+  Fixture fixture(spec);
+  fixture.Says(Joined(Joined(InBytes(1), InBytes(2)), OutBytes(3, Report(kRestartOther))));
+  fixture.After(milliseconds(0));
+  EXPECT_FALSE(fixture.board.OnBus());
+  EXPECT_THAT(fixture.board.NextStep(), Optional(fixture.now));
+  fixture.After(milliseconds(0));
+  EXPECT_TRUE(fixture.board.OnBus());
+  EXPECT_EQ(fixture.Says(Joined(InBytes(4), OutBytes(5, Report(kIdentity)))),
             Joined(AnswerBytes(5, 0, 64), Answered(4, {6, 1, 0x10, 1})));
 }
 
 TEST(VirtualBoard, RestartsThoughNobodyFetchesItsAnswer) {
-  Bench bench(Spi());
-  bench.Says(OutBytes(1, Report(kRestartOther)));
-  EXPECT_THAT(bench.board.NextStep(), Optional(kStart + milliseconds(100)));
-  bench.After(milliseconds(99));
-  EXPECT_TRUE(bench.board.OnBus());
-  bench.After(milliseconds(1));
-  EXPECT_FALSE(bench.board.OnBus());
+  Fixture fixture(Spi());
+  fixture.Says(OutBytes(1, Report(kRestartOther)));
+  EXPECT_THAT(fixture.board.NextStep(), Optional(kStart + milliseconds(100)));
+  fixture.After(milliseconds(99));
+  EXPECT_TRUE(fixture.board.OnBus());
+  fixture.After(milliseconds(1));
+  EXPECT_FALSE(fixture.board.OnBus());
 }
 
 TEST(VirtualBoard, KeepsWhatItStoresInItsFolder) {

@@ -3,7 +3,7 @@
 #include <QMimeData>
 #include <QUrl>
 
-#include "pages/common/DeviceConfigBench.h"
+#include "pages/common/DeviceConfigFixture.h"
 
 namespace quillon::testing {
 namespace {
@@ -47,15 +47,15 @@ TEST(DeviceConfigPage, LoadsAFileAndSaysWhatItHolds) {
   };
   for (const auto& [bytes, loaded] : cases) {
     SCOPED_TRACE(loaded);
-    DeviceConfigBench bench(kInFlashMode);
-    EXPECT_EQ(bench.Loaded(), "No file is loaded.");
-    EXPECT_EQ(bench.Enabled(), kUnloaded);
-    bench.Load(WriteFile(u"a %1\u202E\u202Eb.kvx"_qs, bytes));
-    EXPECT_EQ(bench.Loaded(), loaded);
-    EXPECT_EQ(bench.Log(), "File : a %1\uFFFDb.kvx loaded.");
-    EXPECT_EQ(bench.Enabled(), kFileLoaded);
+    DeviceConfigFixture fixture(kInFlashMode);
+    EXPECT_EQ(fixture.Loaded(), "No file is loaded.");
+    EXPECT_EQ(fixture.Enabled(), kUnloaded);
+    fixture.Load(WriteFile(u"a %1\u202E\u202Eb.kvx"_qs, bytes));
+    EXPECT_EQ(fixture.Loaded(), loaded);
+    EXPECT_EQ(fixture.Log(), "File : a %1\uFFFDb.kvx loaded.");
+    EXPECT_EQ(fixture.Enabled(), kFileLoaded);
     QStringList labels;
-    for (const auto* const label : bench.page.findChildren<QLabel*>()) labels << label->text();
+    for (const auto* const label : fixture.page.findChildren<QLabel*>()) labels << label->text();
     EXPECT_TRUE(labels.contains("File : " + PathOf(u"a %1\uFFFDb.kvx"_qs)));
   }
 }
@@ -79,141 +79,141 @@ TEST(DeviceConfigPage, RefusesFilesWithTheNumberFound) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.found);
-    DeviceConfigBench bench("\"product\": \"" + std::string(c.product) +
-                            R"(", "firmware": "0.10", "mode": "flash")");
-    const std::string log = bench.Log();
-    bench.bench.prompts.ExpectOpenFile(WriteFile("%1.kvx", c.bytes));
-    bench.bench.prompts.ExpectMessage(*c.found != 0
-                                          ? std::string(kNotLoaded) + c.found
-                                          : "This is a node update file and will not be loaded.\r\n"
-                                            "Please load core update file.",
-                                      "Invalid KVX File!", Icon::kExclamation);
-    bench.Click("Load...");
-    EXPECT_EQ(bench.Enabled(), kUnloaded);
-    EXPECT_EQ(bench.Log(), log);
+    DeviceConfigFixture fixture("\"product\": \"" + std::string(c.product) +
+                                R"(", "firmware": "0.10", "mode": "flash")");
+    const std::string log = fixture.Log();
+    fixture.fixture.prompts.ExpectOpenFile(WriteFile("%1.kvx", c.bytes));
+    fixture.fixture.prompts.ExpectMessage(
+        *c.found != 0 ? std::string(kNotLoaded) + c.found
+                      : "This is a node update file and will not be loaded.\r\n"
+                        "Please load core update file.",
+        "Invalid KVX File!", Icon::kExclamation);
+    fixture.Click("Load...");
+    EXPECT_EQ(fixture.Enabled(), kUnloaded);
+    EXPECT_EQ(fixture.Log(), log);
   }
 }
 
 TEST(DeviceConfigPage, TakesACoreFileForANodeSystem) {
-  DeviceConfigBench bench(R"("product": "0x0800", "firmware": "1.00", "mode": "flash")", 3);
-  bench.Load(WriteFile("core.kvx", {0x00, 0x08, 0, 0, 0, 2, 0, 0, 1, 0x10, 1}));
-  EXPECT_EQ(bench.Loaded(), "1 record, 2 bytes");
+  DeviceConfigFixture fixture(R"("product": "0x0800", "firmware": "1.00", "mode": "flash")", 3);
+  fixture.Load(WriteFile("core.kvx", {0x00, 0x08, 0, 0, 0, 2, 0, 0, 1, 0x10, 1}));
+  EXPECT_EQ(fixture.Loaded(), "1 record, 2 bytes");
 }
 
 TEST(DeviceConfigPage, UnloadsTheFileBeforeItAsksForAnother) {
-  DeviceConfigBench bench(kInFlashMode);
+  DeviceConfigFixture fixture(kInFlashMode);
   const QString good = WriteFile("good.kvx", Firmware(1));
-  bench.Load(good);
-  bench.bench.prompts.ExpectOpenFile(std::nullopt);
-  bench.bench.prompts.WhileOpen([&] { EXPECT_EQ(bench.Enabled(), kUnloaded); });
-  bench.Click("Load...");
-  EXPECT_EQ(bench.Enabled(), kUnloaded);
-  EXPECT_EQ(bench.Loaded(), "No file is loaded.");
-  EXPECT_EQ(bench.Log(), "File : good.kvx loaded.");
+  fixture.Load(good);
+  fixture.fixture.prompts.ExpectOpenFile(std::nullopt);
+  fixture.fixture.prompts.WhileOpen([&] { EXPECT_EQ(fixture.Enabled(), kUnloaded); });
+  fixture.Click("Load...");
+  EXPECT_EQ(fixture.Enabled(), kUnloaded);
+  EXPECT_EQ(fixture.Loaded(), "No file is loaded.");
+  EXPECT_EQ(fixture.Log(), "File : good.kvx loaded.");
 
-  bench.Load(good);
+  fixture.Load(good);
   for (const QString& name : {QString("missing.kvx"), QString(".")}) {
     const QString path = name == "." ? PathOf("") : PathOf(name);
-    bench.bench.prompts.ExpectOpenFile(path);
-    bench.bench.prompts.ExpectMessage(name == "." ? "Cannot open " : "Cannot open missing.kvx",
-                                      "File Load Error", Icon::kExclamation);
-    bench.Click("Load...");
-    EXPECT_EQ(bench.Enabled(), kUnloaded);
+    fixture.fixture.prompts.ExpectOpenFile(path);
+    fixture.fixture.prompts.ExpectMessage(name == "." ? "Cannot open " : "Cannot open missing.kvx",
+                                          "File Load Error", Icon::kExclamation);
+    fixture.Click("Load...");
+    EXPECT_EQ(fixture.Enabled(), kUnloaded);
   }
 
-  const auto hold = bench.bench.link.gate.Enter();
-  bench.Click("Load...");
+  const auto hold = fixture.fixture.link.gate.Enter();
+  fixture.Click("Load...");
 }
 
 TEST(DeviceConfigPage, TakesOneDroppedFileWhileLoadIsEnabled) {
   const QUrl kvx = QUrl::fromLocalFile(WriteFile("dropped.KVX", Firmware(2)));
-  DeviceConfigBench bench(kInFlashMode);
-  EXPECT_FALSE(Drop(bench.page, {kvx, kvx}));
-  EXPECT_FALSE(Drop(bench.page, {QUrl::fromLocalFile(PathOf("dropped.txt"))}));
-  EXPECT_FALSE(Drop(bench.page, {QUrl("http://localhost/dropped.kvx")}));
+  DeviceConfigFixture fixture(kInFlashMode);
+  EXPECT_FALSE(Drop(fixture.page, {kvx, kvx}));
+  EXPECT_FALSE(Drop(fixture.page, {QUrl::fromLocalFile(PathOf("dropped.txt"))}));
+  EXPECT_FALSE(Drop(fixture.page, {QUrl("http://localhost/dropped.kvx")}));
   {
-    const auto hold = bench.bench.link.gate.Enter();
-    EXPECT_FALSE(Drop(bench.page, {kvx}));
+    const auto hold = fixture.fixture.link.gate.Enter();
+    EXPECT_FALSE(Drop(fixture.page, {kvx}));
   }
-  EXPECT_EQ(bench.Enabled(), kUnloaded);
-  EXPECT_TRUE(Drop(bench.page, {kvx}));
-  EXPECT_EQ(bench.Enabled(), kFileLoaded);
-  EXPECT_EQ(bench.Log(), "File : dropped.KVX loaded.");
+  EXPECT_EQ(fixture.Enabled(), kUnloaded);
+  EXPECT_TRUE(Drop(fixture.page, {kvx}));
+  EXPECT_EQ(fixture.Enabled(), kFileLoaded);
+  EXPECT_EQ(fixture.Log(), "File : dropped.KVX loaded.");
 
-  bench.bench.prompts.ExpectMessage("Cannot open gone\uFFFD.kvx", "File Load Error",
-                                    Icon::kExclamation);
-  EXPECT_TRUE(Drop(bench.page, {QUrl::fromLocalFile(PathOf(u"gone\n\u3164.kvx"_qs))}));
-  EXPECT_EQ(bench.Enabled(), kUnloaded);
+  fixture.fixture.prompts.ExpectMessage("Cannot open gone\uFFFD.kvx", "File Load Error",
+                                        Icon::kExclamation);
+  EXPECT_TRUE(Drop(fixture.page, {QUrl::fromLocalFile(PathOf(u"gone\n\u3164.kvx"_qs))}));
+  EXPECT_EQ(fixture.Enabled(), kUnloaded);
 
-  DeviceConfigBench device_mode(R"("product": "0x0910", "firmware": "2.82")");
+  DeviceConfigFixture device_mode(R"("product": "0x0910", "firmware": "2.82")");
   EXPECT_FALSE(Drop(device_mode.page, {kvx}));
 }
 
 TEST(DeviceConfigPage, SetsTheSerialNumber) {
-  DeviceConfigBench bench(R"("product": "0x0910", "firmware": "2.82", "serial": "001")");
-  auto& serial = bench.Serial();
+  DeviceConfigFixture fixture(R"("product": "0x0910", "firmware": "2.82", "serial": "001")");
+  auto& serial = fixture.Serial();
   const auto set = [&](const QString& text) {
     serial.clear();
     serial.insert(text);
-    bench.Click("Set");
+    fixture.Click("Set");
   };
   EXPECT_EQ(serial.text(), "001");
   for (const char* const text : {"", "12", "4x6"}) {
-    bench.bench.prompts.ExpectMessage("Please enter a valid 3 digit serial number.",
-                                      "Invalid Serial Number", Icon::kExclamation);
+    fixture.fixture.prompts.ExpectMessage("Please enter a valid 3 digit serial number.",
+                                          "Invalid Serial Number", Icon::kExclamation);
     set(text);
   }
   EXPECT_EQ(serial.text(), "") << "letters are not taken";
-  EXPECT_FALSE(bench.Board().next_serial) << "nothing was sent";
+  EXPECT_FALSE(fixture.Board().next_serial) << "nothing was sent";
 
-  bench.bench.prompts.ExpectMessage(
+  fixture.fixture.prompts.ExpectMessage(
       "New device serial number successfully set.\r\n\r\nClick on the REBOOT button to "
       "initialise\r\ndevice with new serial number.",
       "Serial Number", Icon::kInformation);
   set("427");
-  EXPECT_EQ(bench.Board().next_serial, "427");
+  EXPECT_EQ(fixture.Board().next_serial, "427");
 
-  bench.library.AnswerWithEcho({.command = 7}, 6);
-  bench.bench.prompts.ExpectMessage("Set serial command failed!", "Command Failed",
-                                    Icon::kExclamation);
+  fixture.library.AnswerWithEcho({.command = 7}, 6);
+  fixture.fixture.prompts.ExpectMessage("Set serial command failed!", "Command Failed",
+                                        Icon::kExclamation);
   set("428");
 }
 
 TEST(DeviceConfigPage, RestartsTheBoardInTheModeOfTheButton) {
-  DeviceConfigBench bench(R"("product": "0x0910", "firmware": "2.82")");
-  EXPECT_EQ(bench.Enabled(), "Refresh Flash serial Set Reboot");
+  DeviceConfigFixture fixture(R"("product": "0x0910", "firmware": "2.82")");
+  EXPECT_EQ(fixture.Enabled(), "Refresh Flash serial Set Reboot");
   // A command that is not sent fails the test.
   const auto expect_command = [&](std::uint8_t command) {
-    bench.library.BeforeWrite({.command = command}, [] {});
+    fixture.library.BeforeWrite({.command = command}, [] {});
   };
   const auto click = [&](const QString& button, std::uint8_t command, bool flash_mode) {
     SCOPED_TRACE(button.toStdString());
     expect_command(command);
-    bench.Click(button);
-    EXPECT_FALSE(bench.library.DropUnstruck());
-    EXPECT_EQ(bench.Board().flash_mode, flash_mode);
-    bench.Detect();
+    fixture.Click(button);
+    EXPECT_FALSE(fixture.library.DropUnstruck());
+    EXPECT_EQ(fixture.Board().flash_mode, flash_mode);
+    fixture.Detect();
   };
   click("Reboot", 9, false);
   click("Flash", 0xFF, true);
-  EXPECT_EQ(bench.Enabled(), kUnloaded);
+  EXPECT_EQ(fixture.Enabled(), kUnloaded);
   click("Reboot", 9, true);
   click("Device", 0xFF, false);
-  const auto hold = bench.bench.link.gate.Enter();
-  bench.Click("Flash");
-  EXPECT_FALSE(bench.Board().flash_mode) << "not while something else is under way";
+  const auto hold = fixture.fixture.link.gate.Enter();
+  fixture.Click("Flash");
+  EXPECT_FALSE(fixture.Board().flash_mode) << "not while something else is under way";
 }
 
 TEST(DeviceConfigPage, OffersNothingButRefreshWithoutBoards) {
-  DeviceConfigBench bench(kInFlashMode);
-  bench.Load(WriteFile("a.kvx", Firmware(1)));
-  bench.bus.Unplug("b");
-  bench.Detect();
-  EXPECT_EQ(bench.Enabled(), "Refresh");
-  EXPECT_EQ(bench.Serial().text(), "");
-  bench.bus.Plug("b");
-  bench.Detect();
-  EXPECT_EQ(bench.Enabled(), kFileLoaded) << "the file is still there";
+  DeviceConfigFixture fixture(kInFlashMode);
+  fixture.Load(WriteFile("a.kvx", Firmware(1)));
+  fixture.bus.Unplug("b");
+  fixture.Detect();
+  EXPECT_EQ(fixture.Enabled(), "Refresh");
+  EXPECT_EQ(fixture.Serial().text(), "");
+  fixture.bus.Plug("b");
+  fixture.Detect();
+  EXPECT_EQ(fixture.Enabled(), kFileLoaded) << "the file is still there";
 }
 
 }  // namespace quillon::testing

@@ -4,8 +4,8 @@
 #include <QStyleHints>
 #include <functional>
 
-#include "firmware/FlashBench.h"
-#include "pages/common/DeviceConfigBench.h"
+#include "firmware/FlashFixture.h"
+#include "pages/common/DeviceConfigFixture.h"
 
 // Runs of the flash update on the page: its controls, its log and its messages.
 namespace quillon::testing {
@@ -22,22 +22,22 @@ constexpr const char* kExecutable = "Refresh Device serial Set Reboot Execute Lo
 std::string Lines(QString text) { return text.replace("\r\n", "\n").toStdString(); }
 std::string Lines(const std::string& text) { return Lines(QString::fromStdString(text)); }
 
-class RunBench : public DeviceConfigBench {
+class RunFixture : public DeviceConfigFixture {
  public:
-  explicit RunBench(const std::string& fields = kInFlashMode) : DeviceConfigBench(fields) {
+  explicit RunFixture(const std::string& fields = kInFlashMode) : DeviceConfigFixture(fields) {
     QObject::connect(&page, &CDeviceConfigPage::RunStarted, [this] { ++started; });
     QObject::connect(&page, &CDeviceConfigPage::RunEnded, [this] {
       ++ended;
-      EXPECT_TRUE(bench.link.gate.IsOpen()) << "what waited for the run can follow";
+      EXPECT_TRUE(fixture.link.gate.IsOpen()) << "what waited for the run can follow";
     });
   }
 
   void LoadFirmware() { Load(WriteFile("new.kvx", Firmware(kRecords))); }
   void ExpectFailure() {
-    bench.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail", Icon::kExclamation);
+    fixture.prompts.ExpectMessage("Flash update failed!", "Flash Update Fail", Icon::kExclamation);
   }
   void ExpectSuccess() {
-    bench.prompts.ExpectMessage(
+    fixture.prompts.ExpectMessage(
         "Flash update completed successfully!\r\n\r\nYou may click on the Execute button to "
         "restart the module\r\nin Device Mode.",
         "Flash Update Complete", Icon::kInformation);
@@ -81,22 +81,22 @@ class RunBench : public DeviceConfigBench {
 TEST(FlashRun, LeavesTheBoardProgrammableWhereverItFails) {
   const struct {
     const char* name;
-    std::function<void(RunBench&)> provoke;
+    std::function<void(RunFixture&)> provoke;
     std::string log;
   } ways[]{
-      {"erase not sent", [](RunBench& b) { b.library.FailWrite({}); },
+      {"erase not sent", [](RunFixture& b) { b.library.FailWrite({}); },
        kErasing + "Erase failed!\r\n" + kFailure},
-      {"record refused", [](RunBench& b) { b.library.AnswerWithEcho({.nth = 2}, 4); },
+      {"record refused", [](RunFixture& b) { b.library.AnswerWithEcho({.nth = 2}, 4); },
        kBegun + "\r\nError Code: FLASH_FAIL!\r\n" + kFailure},
       {"vanishes",
-       [](RunBench& b) { b.bus.ProvokeFault("b", {.kind = sim::FaultKind::kVanish, .nth = 3}); },
+       [](RunFixture& b) { b.bus.ProvokeFault("b", {.kind = sim::FaultKind::kVanish, .nth = 3}); },
        kBegun + kFailure},
-      {"last record not answered", [](RunBench& b) { b.library.FailRead({.nth = kRecords + 1}); },
+      {"last record not answered", [](RunFixture& b) { b.library.FailRead({.nth = kRecords + 1}); },
        kBegun + kFailure},
   };
   for (const auto& way : ways) {
     SCOPED_TRACE(way.name);
-    RunBench run;
+    RunFixture run;
     run.LoadFirmware();
     way.provoke(run);
     run.ExpectFailure();
@@ -106,7 +106,7 @@ TEST(FlashRun, LeavesTheBoardProgrammableWhereverItFails) {
 
     run.bus.Plug("b");
     run.Detect();
-    EXPECT_EQ(run.bench.link.table.CurrentType(), 1U) << "listed in Flash Mode";
+    EXPECT_EQ(run.fixture.link.table.CurrentType(), 1U) << "listed in Flash Mode";
     EXPECT_EQ(run.Enabled(), kProgrammable) << "after a new report as before it";
     run.library.FailRead({.nth = kRecords + 2});  // the finish: intended, it is not judged
     run.ExpectSecondRunSucceeds();
@@ -114,13 +114,13 @@ TEST(FlashRun, LeavesTheBoardProgrammableWhereverItFails) {
 }
 
 TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
-  RunBench run;
+  RunFixture run;
   run.LoadFirmware();
   EXPECT_EQ(run.Log(), "File : new.kvx loaded.");
   std::vector<std::string> seen;
   run.library.BeforeWrite({.nth = 1, .onwards = true}, [&] {
     if (run.ended > 0) return;
-    EXPECT_FALSE(run.bench.link.gate.IsOpen());
+    EXPECT_FALSE(run.fixture.link.gate.IsOpen());
     seen.push_back(run.Enabled());
     // The second press of a double click on "Program" is not meant for "Abort".
     QMouseEvent again(QEvent::MouseButtonDblClick, {3, 3}, {3, 3}, Qt::LeftButton, Qt::LeftButton,
@@ -129,7 +129,7 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
     EXPECT_FALSE(run.Press("Abort").isDown());
   });
   run.ExpectSuccess();
-  run.bench.prompts.WhileOpen([&] {
+  run.fixture.prompts.WhileOpen([&] {
     EXPECT_EQ(run.Enabled(), kExecutable);
     EXPECT_EQ(run.started, 1);
     EXPECT_EQ(run.ended, 0) << "tree and menu follow the message";
@@ -151,7 +151,7 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
 TEST(FlashRun, AbortsBeforeTheNextRecordAndStartsNothingInBetween) {
   for (int record = 1; record <= kRecords; ++record) {
     SCOPED_TRACE(record);
-    RunBench run;
+    RunFixture run;
     int refreshes = 0;
     QObject::connect(&run.page, &CDeviceConfigPage::RefreshRequested, [&] { ++refreshes; });
     run.LoadFirmware();
@@ -188,31 +188,31 @@ TEST(FlashRun, AbortsBeforeTheNextRecordAndStartsNothingInBetween) {
 }
 
 TEST(FlashRun, SendsNothingToABoardOfAnotherProduct) {
-  RunBench run(std::string(kInFlashMode) +
-               R"(}, {"id": "c", "product": "0x1000", "firmware": "2.71", "mode": "flash")");
+  RunFixture run(std::string(kInFlashMode) +
+                 R"(}, {"id": "c", "product": "0x1000", "firmware": "2.71", "mode": "flash")");
   run.LoadFirmware();
-  run.bench.link.table.SetCurrent(1);
+  run.fixture.link.table.SetCurrent(1);
   run.page.ShowDeviceInfo();
-  run.bench.prompts.ExpectMessage(
+  run.fixture.prompts.ExpectMessage(
       "An invalid or incompatible file is currently loaded\r\n"
       "and cannot be used with the current device\r\n\r\n",
       "Invalid KVX File!", Icon::kExclamation);
-  run.bench.prompts.WhileOpen([&] { EXPECT_EQ(run.ended, 0); });
+  run.fixture.prompts.WhileOpen([&] { EXPECT_EQ(run.ended, 0); });
   EXPECT_EQ(run.Program(), "");
   EXPECT_EQ(run.Enabled(), "Refresh Device serial Set Reboot Program Load...");
   EXPECT_TRUE(run.bus.Find("c")->State().flash.valid);
 
-  run.bench.link.table.SetCurrent(0);
+  run.fixture.link.table.SetCurrent(0);
   run.page.ShowDeviceInfo();
   run.ExpectSecondRunSucceeds();
 }
 
 TEST(FlashRun, SaysWhichBoardItWasAbout) {
-  RunBench run(std::string(kInFlashMode) + R"(, "serial": "001"},
+  RunFixture run(std::string(kInFlashMode) + R"(, "serial": "001"},
       {"id": "c", "product": "0x0910", "serial": "002", "firmware": "2.71", "mode": "flash")");
   // Which boards the tool tips of "Program" and "Execute" name.
   const auto named = [&](unsigned selected) {
-    run.bench.link.table.SetCurrent(selected);
+    run.fixture.link.table.SetCurrent(selected);
     run.page.ShowDeviceInfo();
     std::string all;
     for (const char* const button : {"Program", "Execute"}) {
@@ -232,7 +232,7 @@ TEST(FlashRun, SaysWhichBoardItWasAbout) {
 }
 
 TEST(FlashRun, ErasesAndFinishesWithAFileWithoutRecords) {
-  RunBench run;
+  RunFixture run;
   run.Load(WriteFile("empty.kvx", {0x10, 0x09}));
   run.ExpectSuccess();
   EXPECT_EQ(run.Program(), Lines(kBegun + kComplete));

@@ -39,45 +39,45 @@ constexpr const char* kRetrieve = R"(
   read 0 -> 0 : 15 b5 03 20 fb ff 10 00 10 ff c3 01 00 31 00 08 21 00 00 f7 1f 80 *
 )";
 
-using Bench = TranscriptGridPage<CAnalogChannelsPage>;
+using Fixture = TranscriptGridPage<CAnalogChannelsPage>;
 
 }  // namespace
 
 TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
-  Bench bench(AnalogInputs::kWithEncoders);
-  EXPECT_EQ(OriginOf(bench.page), "Not retrieved from the board yet.");
-  bench.Press("Retrieve", kRetrieve);
+  Fixture fixture(AnalogInputs::kWithEncoders);
+  EXPECT_EQ(OriginOf(fixture.page), "Not retrieved from the board yet.");
+  fixture.Press("Retrieve", kRetrieve);
 
-  EXPECT_EQ(bench.Row(1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
-  EXPECT_EQ(bench.Row(2), "Analog 2: ON Y Z Spike 10=10 12 Bits=11");
-  EXPECT_EQ(bench.Row(3), "Analog 3: 0=0 12 Bits=11") << "off: its axis bits mean nothing";
-  EXPECT_EQ(bench.Row(4), "Analog 4: Spike 5=5 12 Bits=11");
-  EXPECT_EQ(bench.Row(5), "Analog 5: ON S1 10=10 4 Bits=3");
-  EXPECT_EQ(bench.Row(6), "Analog 6: ON 0=0 4 Bits=3");
-  EXPECT_EQ(bench.Row(9), "AE SSI 1: ON Rz Invert 12 Bits=11 Button 3=3");
-  EXPECT_EQ(bench.Row(10), "AE SSI 2: ON Ry 16 Bits=15 Incremental Button 31=31")
+  EXPECT_EQ(fixture.Row(1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
+  EXPECT_EQ(fixture.Row(2), "Analog 2: ON Y Z Spike 10=10 12 Bits=11");
+  EXPECT_EQ(fixture.Row(3), "Analog 3: 0=0 12 Bits=11") << "off: its axis bits mean nothing";
+  EXPECT_EQ(fixture.Row(4), "Analog 4: Spike 5=5 12 Bits=11");
+  EXPECT_EQ(fixture.Row(5), "Analog 5: ON S1 10=10 4 Bits=3");
+  EXPECT_EQ(fixture.Row(6), "Analog 6: ON 0=0 4 Bits=3");
+  EXPECT_EQ(fixture.Row(9), "AE SSI 1: ON Rz Invert 12 Bits=11 Button 3=3");
+  EXPECT_EQ(fixture.Row(10), "AE SSI 2: ON Ry 16 Bits=15 Incremental Button 31=31")
       << "values that the lists do not offer are shown and kept";
-  EXPECT_EQ(bench.Row(11), "AE SSI 3: 4 Bits=3 Button 16=16") << "off";
-  EXPECT_EQ(bench.Row(12), "AE SSI 4: ON 13 Bits=12 Incremental Button 1=1");
-  EXPECT_EQ(bench.Row(15), "INC CH 1: ON S2 Invert 16 Bits=15 Button 31=31");
-  EXPECT_FALSE(Lamp(bench.page, "Error").IsLit());
-  EXPECT_FALSE(Lamp(bench.page, "Busy").IsLit());
-  EXPECT_EQ(OriginOf(bench.page), "Retrieved from Board : 001.");
+  EXPECT_EQ(fixture.Row(11), "AE SSI 3: 4 Bits=3 Button 16=16") << "off";
+  EXPECT_EQ(fixture.Row(12), "AE SSI 4: ON 13 Bits=12 Incremental Button 1=1");
+  EXPECT_EQ(fixture.Row(15), "INC CH 1: ON S2 Invert 16 Bits=15 Button 31=31");
+  EXPECT_FALSE(Lamp(fixture.page, "Error").IsLit());
+  EXPECT_FALSE(Lamp(fixture.page, "Busy").IsLit());
+  EXPECT_EQ(OriginOf(fixture.page), "Retrieved from Board : 001.");
 }
 
 TEST(AnalogChannels, IsNotWidenedByTheNameThatABoardGivesItself) {
-  Bench bench(AnalogInputs::kWithEncoders);
-  const int width = bench.page.minimumSizeHint().width();
-  std::ranges::fill(bench.board.link.table.Record(0).product_text, 'W');
-  bench.Press("Retrieve", kRetrieve);
-  ASSERT_TRUE(OriginOf(bench.page).startsWith("Retrieved from WWWW"));
-  EXPECT_EQ(bench.page.minimumSizeHint().width(), width);
+  Fixture fixture(AnalogInputs::kWithEncoders);
+  const int width = fixture.page.minimumSizeHint().width();
+  std::ranges::fill(fixture.board.link.table.Record(0).product_text, 'W');
+  fixture.Press("Retrieve", kRetrieve);
+  ASSERT_TRUE(OriginOf(fixture.page).startsWith("Retrieved from WWWW"));
+  EXPECT_EQ(fixture.page.minimumSizeHint().width(), width);
 }
 
 TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis) {
-  Bench bench(AnalogInputs::kWithEncoders);
-  bench.Press("Retrieve", kRetrieve);
-  bench.Press("Update", R"(
+  Fixture fixture(AnalogInputs::kWithEncoders);
+  fixture.Press("Retrieve", kRetrieve);
+  fixture.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
     read 0 -> 0 : 0d *
     write 0 -> 0 : 00 00 00 00 16 01 b5 03 20 fb ff 10 30 10 00 c2 01 00 31 00 08 30 00 00 f5 1f 80 *
@@ -86,27 +86,27 @@ TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis)
 }
 
 TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
-  Bench bench(AnalogInputs::kWithEncoders);
+  Fixture fixture(AnalogInputs::kWithEncoders);
 
-  bench.grid.Click(3, kX);
-  EXPECT_EQ(bench.Row(3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
-  EXPECT_EQ(bench.Row(1), "Analog 1: ON 5=5 12 Bits=11");
-  bench.grid.Click(9, kX);
-  EXPECT_EQ(bench.Row(9), "AE SSI 1: X 12 Bits=11 None=0") << "ON stays the user's";
-  EXPECT_EQ(bench.Row(3), "Analog 3: ON Z 5=5 12 Bits=11");
-  bench.grid.Click(9, kX);
-  EXPECT_EQ(bench.grid.Value(9, kX), 0U);
+  fixture.grid.Click(3, kX);
+  EXPECT_EQ(fixture.Row(3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
+  EXPECT_EQ(fixture.Row(1), "Analog 1: ON 5=5 12 Bits=11");
+  fixture.grid.Click(9, kX);
+  EXPECT_EQ(fixture.Row(9), "AE SSI 1: X 12 Bits=11 None=0") << "ON stays the user's";
+  EXPECT_EQ(fixture.Row(3), "Analog 3: ON Z 5=5 12 Bits=11");
+  fixture.grid.Click(9, kX);
+  EXPECT_EQ(fixture.grid.Value(9, kX), 0U);
 
-  EXPECT_EQ(bench.grid.Background(9, kOn), qRgb(191, 212, 227));
-  EXPECT_EQ(bench.grid.Background(9, kSpike), qRgb(191, 212, 227));
-  EXPECT_EQ(bench.grid.Background(3, kX), qRgb(240, 240, 240));
-  bench.grid.Click(0, kX);
-  bench.grid.Click(4, 0);
-  EXPECT_EQ(bench.grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
+  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227));
+  EXPECT_EQ(fixture.grid.Background(9, kSpike), qRgb(191, 212, 227));
+  EXPECT_EQ(fixture.grid.Background(3, kX), qRgb(240, 240, 240));
+  fixture.grid.Click(0, kX);
+  fixture.grid.Click(4, 0);
+  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
 }
 
 TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
-  Bench bench(AnalogInputs::kWithEncoders);
+  Fixture fixture(AnalogInputs::kWithEncoders);
   const struct {
     int row, column;
     const char* text;
@@ -116,31 +116,31 @@ TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
             {15, kResolution, "16 Bits", 15}, {9, kCentering, "Button 16", 16},
             {15, kCentering, "Button 1", 1},  {9, kCentering, "None", 0}};
   for (const auto& c : cases) {
-    bench.grid.Enter(c.row, c.column, c.text);
-    EXPECT_EQ(bench.grid.Value(c.row, c.column), c.code) << c.text;
-    EXPECT_EQ(bench.grid.Text(c.row, c.column), c.text);
+    fixture.grid.Enter(c.row, c.column, c.text);
+    EXPECT_EQ(fixture.grid.Value(c.row, c.column), c.code) << c.text;
+    EXPECT_EQ(fixture.grid.Text(c.row, c.column), c.text);
   }
 }
 
 TEST(AnalogChannels, LoadsDefaults) {
-  Bench bench(AnalogInputs::kWithEncoders);
-  bench.Press("Retrieve", kRetrieve);
-  bench.page.LoadDefaults();
-  EXPECT_EQ(bench.Row(1), "Analog 1: ON X 5=5 12 Bits=11");
-  EXPECT_EQ(bench.Row(8), "Analog 8: ON S2 5=5 12 Bits=11");
-  EXPECT_EQ(bench.Row(10), "AE SSI 2: 12 Bits=11 None=0");
-  EXPECT_EQ(bench.Row(15), "INC CH 1: 16 Bits=15 None=0");
+  Fixture fixture(AnalogInputs::kWithEncoders);
+  fixture.Press("Retrieve", kRetrieve);
+  fixture.page.LoadDefaults();
+  EXPECT_EQ(fixture.Row(1), "Analog 1: ON X 5=5 12 Bits=11");
+  EXPECT_EQ(fixture.Row(8), "Analog 8: ON S2 5=5 12 Bits=11");
+  EXPECT_EQ(fixture.Row(10), "AE SSI 2: 12 Bits=11 None=0");
+  EXPECT_EQ(fixture.Row(15), "INC CH 1: 16 Bits=15 None=0");
 }
 
 TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
-  Bench bench(AnalogInputs::kAnalogOnly);
-  EXPECT_EQ(bench.grid.Rows(), 9);
-  EXPECT_EQ(bench.grid.Text(0, bench.grid.Columns() - 1), "Resolution");
-  bench.Press("Retrieve", R"(
+  Fixture fixture(AnalogInputs::kAnalogOnly);
+  EXPECT_EQ(fixture.grid.Rows(), 9);
+  EXPECT_EQ(fixture.grid.Text(0, fixture.grid.Columns() - 1), "Resolution");
+  fixture.Press("Retrieve", R"(
     write 0 -> 0 : 00 00 00 00 11 *
     read 0 -> 0 : 11 57 0b 01 *)");
-  EXPECT_EQ(bench.Row(1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
-  bench.Press("Update", R"(
+  EXPECT_EQ(fixture.Row(1), "Analog 1: ON X Invert Spike 5=5 12 Bits=11");
+  fixture.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 00 03 00 00 03 00 00 03 00 00 03 00 00 03 00 00 03 00 00 03 *
     read 0 -> 0 : 0d *)");
 }

@@ -13,7 +13,7 @@
 #include "pages/joystick/CAxisCalibrateDlg.h"
 #include "pages/joystick/CAxisTweakPage.h"
 #include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
@@ -90,8 +90,8 @@ constexpr const char* kMeasured = "Automatic 1025- 32770- 64515- told";
 class AxisCalibrate : public ::testing::Test {
  protected:
   TranscriptLibrary library{""};
-  PageBench bench{library};
-  CAxisTweakPage page{bench.Context()};
+  PageFixture fixture{library};
+  CAxisTweakPage page{fixture.Context()};
 };
 
 }  // namespace
@@ -106,12 +106,12 @@ TEST_F(AxisCalibrate, BeginsToMeasureWhenItOpens) {
                      "Move the Z axis control to it's minimum and maximum positions.\n\nIf this "
                      "channel has a center position, center the\naxis before clicking on the OK "
                      "button.");
-    EXPECT_FALSE(bench.link.gate.IsOpen());
+    EXPECT_FALSE(fixture.link.gate.IsOpen());
     Button(page, "Retrieve").click();  // sends nothing: the dialog holds the gate
     library.Expect(kAccept);
     Press(dialog, "OK");
   });
-  EXPECT_TRUE(bench.link.gate.IsOpen());
+  EXPECT_TRUE(fixture.link.gate.IsOpen());
 }
 
 TEST_F(AxisCalibrate, EveryWayToCloseSendsOneCommandWhichAloneDecides) {
@@ -157,9 +157,9 @@ TEST_F(AxisCalibrate, EveryWayToCloseSendsOneCommandWhichAloneDecides) {
     SCOPED_TRACE(c.name);
     library.Expect(c.begin);
     if (c.failed) {
-      bench.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
-                                  UserPrompts::Icon::kError);
-      bench.prompts.WhileOpen([&] { EXPECT_FALSE(bench.link.gate.IsOpen()); });
+      fixture.prompts.ExpectMessage("Z axis calibration failure.", "Z Axis Calibration",
+                                    UserPrompts::Icon::kError);
+      fixture.prompts.WhileOpen([&] { EXPECT_FALSE(fixture.link.gate.IsOpen()); });
     }
     Calibrate(page, [&](QDialog& dialog) {
       EXPECT_EQ(StateText(dialog),
@@ -215,7 +215,7 @@ TEST_F(AxisCalibrate, ReadsAgainWithAutomaticAndSendsNothingWithDefaults) {
 }
 
 TEST_F(AxisCalibrate, DoesNotOpenWhileSomethingElseIsUnderWay) {
-  const auto hold = bench.link.gate.Enter();
+  const auto hold = fixture.link.gate.Enter();
   auto& box = Named<QCheckBox>(page, "Z axis: Calibrate");
   box.click();
   EXPECT_FALSE(box.isChecked());
@@ -230,9 +230,9 @@ TEST_F(AxisCalibrate, TellsWhenNoDialogCouldBeShown) {
     using CAxisTweakPage::CAxisTweakPage;
     using CAxisTweakPage::ReportCalibration;
   };
-  Page reporting(bench.Context());
-  bench.prompts.ExpectMessage("Dialog box could not be created!", "Quillon",
-                              UserPrompts::Icon::kNone);
+  Page reporting(fixture.Context());
+  fixture.prompts.ExpectMessage("Dialog box could not be created!", "Quillon",
+                                UserPrompts::Icon::kNone);
   reporting.ReportCalibration(0, CalibrationStatus::kNotShown);
   EXPECT_FALSE(Lamp(reporting, "Error").IsLit());
 }

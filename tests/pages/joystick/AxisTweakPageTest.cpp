@@ -37,9 +37,9 @@ const char* const kAxes[]{"X", "Y", "Z", "Rx", "Ry", "Rz", "S1", "S2"};
 }  // namespace
 
 TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
-  TranscriptPage<CAxisTweakPage> bench;
-  const auto& page = bench.page;
-  bench.Press("Retrieve", kRetrieve);
+  TranscriptPage<CAxisTweakPage> fixture;
+  const auto& page = fixture.page;
+  fixture.Press("Retrieve", kRetrieve);
   EXPECT_EQ(LineText(page, "X"), "X: Active 5 10 100 Rx");
   EXPECT_EQ(LineText(page, "Y"), "Y: Calibrate 0 0 0 S2");
   EXPECT_EQ(LineText(page, "Z"), "Z: Active Calibrate 255 200 101 X") << "more than 100 is shown";
@@ -51,7 +51,7 @@ TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
   EXPECT_EQ(OriginOf(page), "Retrieved from Board : 001.");
 
   // Only the calibrate flags are gone.
-  bench.Press("Update", R"(
+  fixture.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 fc 00 00 00 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
     read 0 -> 0 : 23 *)");
   EXPECT_EQ(LineText(page, "Y"), "Y: 0 0 0 S2");
@@ -59,9 +59,9 @@ TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
 }
 
 TEST(AxisTweak, SendsEveryEditOfAnAxis) {
-  TranscriptPage<CAxisTweakPage> bench;
-  const auto& page = bench.page;
-  bench.Press("Retrieve", kRetrieve);
+  TranscriptPage<CAxisTweakPage> fixture;
+  const auto& page = fixture.page;
+  fixture.Press("Retrieve", kRetrieve);
   Named<QCheckBox>(page, "Y axis: Active").click();
   Named<QComboBox>(page, "Y axis: Combine").setCurrentText("S1");
   Named<QSpinBox>(page, "Y axis: Trim Min %").setValue(1);
@@ -70,15 +70,15 @@ TEST(AxisTweak, SendsEveryEditOfAnAxis) {
   const auto& combine =
       *QAccessible::queryAccessibleInterface(&Named<QComboBox>(page, "Y axis: Combine"));
   EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("Edited. The axis that"));
-  bench.Press("Update", R"(
+  fixture.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 23 01 0d 05 0a 64 f9 01 02 64 e1 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *
     read 0 -> 0 : 23 *)");
   EXPECT_TRUE(combine.text(QAccessible::Description).startsWith("The axis that"));
 }
 
 TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
-  TranscriptPage<CAxisTweakPage> bench;
-  auto& page = bench.page;
+  TranscriptPage<CAxisTweakPage> fixture;
+  auto& page = fixture.page;
   page.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
   auto& percent = Named<QSpinBox>(page, "X axis: Trim Min %");
@@ -90,21 +90,21 @@ TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
     with_the_mouse ? QTest::mouseClick(&update, Qt::LeftButton) : update.click();
     EXPECT_EQ(LineText(page, "X"), "X: 100 0 0 X");
   }
-  bench.library.Expect(
+  fixture.library.Expect(
       "write 0 -> 0 : 00 00 00 00 23 01 00 64 00 00 04 00 00 00 08 00 00 00 0c 00 00 "
       "00 10 00 00 00 14 00 00 00 18 00 00 00 1c *\nread 0 -> 0 : 23 *");
   QTest::mouseClick(&Button(page, "Update"), Qt::LeftButton);
 }
 
 TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
-  TranscriptPage<CAxisTweakPage> bench;
-  const auto& page = bench.page;
-  bench.Press("Retrieve", kRetrieve);
-  bench.page.LoadDefaults();
+  TranscriptPage<CAxisTweakPage> fixture;
+  const auto& page = fixture.page;
+  fixture.Press("Retrieve", kRetrieve);
+  fixture.page.LoadDefaults();
   for (const char* const axis : kAxes) {
     EXPECT_EQ(LineText(page, axis), std::string(axis) + ": 0 0 0 " + axis);
   }
-  bench.Press("Update", R"(
+  fixture.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 e4 00 00 00 e8 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 b8 00 00 00 1c *
     read 0 -> 0 : 23 *)");
 }

@@ -38,15 +38,15 @@ std::string Update(const std::string& payload) {
 
 QCheckBox& ScanMatrixBox(const QWidget& page) { return *page.findChild<QCheckBox*>(); }
 
-using Bench = TranscriptGridPage<CDigitalChannelsPage>;
+using Fixture = TranscriptGridPage<CDigitalChannelsPage>;
 
 }  // namespace
 
 TEST(DigitalChannels, ShowsTheBlockAndLeavesCellsWhoseCodesItDoesNotKnow) {
-  Bench bench(ScanMatrix::kNone);
-  bench.grid.Enter(9, kMode, "Toggle");
-  bench.grid.Enter(9, kEncoder, "GRAY 1X - A");
-  bench.Press("Retrieve", Retrieve(kHeld));
+  Fixture fixture(ScanMatrix::kNone);
+  fixture.grid.Enter(9, kMode, "Toggle");
+  fixture.grid.Enter(9, kEncoder, "GRAY 1X - A");
+  fixture.Press("Retrieve", Retrieve(kHeld));
   const char* rows[]{"Input 1: ON Normal=0 0=0 None=0",
                      "Input 2: ON Master Toggle=1 255=255 None=0",
                      "Input 3: ON Invert Pulse=2 25=25 None=0",
@@ -57,9 +57,9 @@ TEST(DigitalChannels, ShowsTheBlockAndLeavesCellsWhoseCodesItDoesNotKnow) {
                      "Input 8: ON Invert Rotary=4 1=1 GRAY 4X - B=3",
                      "Input 9: ON Toggle=1 7=7 GRAY 1X - A=1",
                      "Input 10: ON Normal=0 0=0 None=0"};
-  for (int row = 1; row <= 10; ++row) EXPECT_EQ(bench.Row(row), rows[row - 1]);
-  EXPECT_EQ(bench.Row(16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
-  bench.Press("Update", Update(kSentBack));
+  for (int row = 1; row <= 10; ++row) EXPECT_EQ(fixture.Row(row), rows[row - 1]);
+  EXPECT_EQ(fixture.Row(16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
+  fixture.Press("Update", Update(kSentBack));
 }
 
 TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
@@ -69,119 +69,120 @@ TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
   } cases[]{{"01 ", true}, {"ff ", true}, {"00 ", false}, {"fe ", false}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.held);
-    Bench bench(ScanMatrix::kSwitchable);
-    QCheckBox& box = ScanMatrixBox(bench.page);
-    bench.grid.Enter(9, kMode, "Toggle");
-    bench.grid.Enter(9, kEncoder, "GRAY 1X - A");
-    bench.Press("Retrieve", Retrieve(c.held + std::string(kHeld)));
+    Fixture fixture(ScanMatrix::kSwitchable);
+    QCheckBox& box = ScanMatrixBox(fixture.page);
+    fixture.grid.Enter(9, kMode, "Toggle");
+    fixture.grid.Enter(9, kEncoder, "GRAY 1X - A");
+    fixture.Press("Retrieve", Retrieve(c.held + std::string(kHeld)));
     EXPECT_EQ(box.isChecked(), c.on);
-    EXPECT_EQ(bench.Row(3), "Input 3: ON Invert Pulse=2 25=25 None=0");
-    EXPECT_EQ(bench.Row(16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
+    EXPECT_EQ(fixture.Row(3), "Input 3: ON Invert Pulse=2 25=25 None=0");
+    EXPECT_EQ(fixture.Row(16), "Input 16: Normal=0 0=0 GRAY 2X - B=2");
 
-    bench.Press("Update", Update((c.on ? "01 " : "00 ") + std::string(kSentBack)));
+    fixture.Press("Update", Update((c.on ? "01 " : "00 ") + std::string(kSentBack)));
     box.click();
-    EXPECT_EQ(OriginOf(bench.page), "Stored in Board : 001. Edited since.");
-    bench.Press("Update", Update((c.on ? "00 " : "01 ") + std::string(kSentBack)));
+    EXPECT_EQ(OriginOf(fixture.page), "Stored in Board : 001. Edited since.");
+    fixture.Press("Update", Update((c.on ? "00 " : "01 ") + std::string(kSentBack)));
   }
 }
 
 TEST(DigitalChannels, FullControllerShowsTheScanMatrixBoxDisabledAndSaysWhy) {
-  Bench bench(ScanMatrix::kNone);
-  EXPECT_EQ(ScanMatrixBox(bench.page).text(), "Scan matrix mode.");
-  EXPECT_FALSE(ScanMatrixBox(bench.page).isEnabled());
-  EXPECT_FALSE(ScanMatrixBox(bench.page).toolTip().isEmpty());
+  Fixture fixture(ScanMatrix::kNone);
+  EXPECT_EQ(ScanMatrixBox(fixture.page).text(), "Scan matrix mode.");
+  EXPECT_FALSE(ScanMatrixBox(fixture.page).isEnabled());
+  EXPECT_FALSE(ScanMatrixBox(fixture.page).toolTip().isEmpty());
 }
 
 TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
-  Bench bench(ScanMatrix::kNone);
-  bench.Press("Retrieve", Retrieve(kHeld));
+  Fixture fixture(ScanMatrix::kNone);
+  fixture.Press("Retrieve", Retrieve(kHeld));
   const auto masters = [&] {
     std::string inputs;
     for (int row = 1; row <= 16; ++row) {
-      if (bench.grid.Value(row, kMaster) != 0) inputs += " " + std::to_string(row);
+      if (fixture.grid.Value(row, kMaster) != 0) inputs += " " + std::to_string(row);
     }
     return inputs;
   };
   EXPECT_EQ(masters(), " 2 4") << "as the board holds them";
-  bench.grid.Click(9, kInvert);
-  bench.grid.Enter(2, kMode, "Pulse");
+  fixture.grid.Click(9, kInvert);
+  fixture.grid.Enter(2, kMode, "Pulse");
   EXPECT_EQ(masters(), " 2 4");
-  bench.grid.Click(9, kMaster);
+  fixture.grid.Click(9, kMaster);
   EXPECT_EQ(masters(), " 9");
-  bench.grid.Click(9, kMaster);
+  fixture.grid.Click(9, kMaster);
   EXPECT_EQ(masters(), "");
-  EXPECT_EQ(bench.grid.Background(9, kOn), qRgb(191, 212, 227));
-  EXPECT_EQ(bench.grid.Background(8, kOn), qRgb(240, 240, 240));
+  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227));
+  EXPECT_EQ(fixture.grid.Background(8, kOn), qRgb(240, 240, 240));
 }
 
 TEST(DigitalChannels, AppliesThePairRules) {
-  Bench bench(ScanMatrix::kNone);
-  bench.grid.Enter(4, kMode, "Rotary");
-  EXPECT_EQ(bench.grid.Text(3, kMode), "Rotary");
-  bench.grid.Enter(3, kMode, "Toggle");
-  EXPECT_EQ(bench.grid.Text(4, kMode), "Normal");
-  bench.grid.Enter(7, kEncoder, "GRAY 2X - A");
-  EXPECT_EQ(bench.Row(8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
+  Fixture fixture(ScanMatrix::kNone);
+  fixture.grid.Enter(4, kMode, "Rotary");
+  EXPECT_EQ(fixture.grid.Text(3, kMode), "Rotary");
+  fixture.grid.Enter(3, kMode, "Toggle");
+  EXPECT_EQ(fixture.grid.Text(4, kMode), "Normal");
+  fixture.grid.Enter(7, kEncoder, "GRAY 2X - A");
+  EXPECT_EQ(fixture.Row(8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
   for (int row = 1; row <= 16; ++row)  // the decoding is chosen on the odd one
-    EXPECT_EQ(bench.grid.Kind(row, kEncoder), row % 2 ? CellKind::kCombo : CellKind::kPlain) << row;
+    EXPECT_EQ(fixture.grid.Kind(row, kEncoder), row % 2 ? CellKind::kCombo : CellKind::kPlain)
+        << row;
 }
 
 TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
-  Bench bench(ScanMatrix::kNone);
-  bench.page.show();
-  ASSERT_TRUE(QTest::qWaitForWindowActive(&bench.page));
+  Fixture fixture(ScanMatrix::kNone);
+  fixture.page.show();
+  ASSERT_TRUE(QTest::qWaitForWindowActive(&fixture.page));
   const auto type = [&](const QString& digits, Qt::Key last = Qt::Key_Return) {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    bench.grid.setFocus();
-    bench.grid.setCurrentIndex(bench.grid.model()->index(2, kPulse - 1));
-    QTest::keyClicks(&bench.grid, digits.left(1));
-    auto* const editor = bench.grid.findChild<QLineEdit*>();
+    fixture.grid.setFocus();
+    fixture.grid.setCurrentIndex(fixture.grid.model()->index(2, kPulse - 1));
+    QTest::keyClicks(&fixture.grid, digits.left(1));
+    auto* const editor = fixture.grid.findChild<QLineEdit*>();
     ASSERT_NE(editor, nullptr);
     QTest::keyClicks(editor, digits.mid(1));
     QTest::keyClick(editor, last);
     QCoreApplication::processEvents();
   };
   type("255");
-  EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 255=255 None=0");
+  EXPECT_EQ(fixture.Row(3), "Input 3: ON Normal=0 255=255 None=0");
   for (const char* refused : {"256", "999"}) {
-    bench.board.prompts.ExpectMessage("Enter a value between 0 - 255", "Invalid Pulse Width",
-                                      UserPrompts::Icon::kExclamation);
+    fixture.board.prompts.ExpectMessage("Enter a value between 0 - 255", "Invalid Pulse Width",
+                                        UserPrompts::Icon::kExclamation);
     // The box takes the focus, and the user goes elsewhere afterwards: no second message.
-    bench.board.prompts.WhileOpen([&] { Button(bench.page, "Update").setFocus(); });
+    fixture.board.prompts.WhileOpen([&] { Button(fixture.page, "Update").setFocus(); });
     type(refused);
-    EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 255=255 None=0");
-    bench.grid.setFocus();
-    bench.grid.setCurrentIndex(bench.grid.model()->index(5, 0));
-    Button(bench.page, "Retrieve").setFocus();
+    EXPECT_EQ(fixture.Row(3), "Input 3: ON Normal=0 255=255 None=0");
+    fixture.grid.setFocus();
+    fixture.grid.setCurrentIndex(fixture.grid.model()->index(5, 0));
+    Button(fixture.page, "Retrieve").setFocus();
   }
   type("7");
-  EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 7=7 None=0");
+  EXPECT_EQ(fixture.Row(3), "Input 3: ON Normal=0 7=7 None=0");
 
   // The click that ends the entry does nothing else; an exchange or a question would fail the test.
   for (const char* const button : {"Retrieve", "Update", "Defaults"}) {
-    bench.board.prompts.ExpectMessage("Enter a value between 0 - 255", "Invalid Pulse Width",
-                                      UserPrompts::Icon::kExclamation);
+    fixture.board.prompts.ExpectMessage("Enter a value between 0 - 255", "Invalid Pulse Width",
+                                        UserPrompts::Icon::kExclamation);
     type("256", Qt::Key_End);
-    QTest::mouseClick(&Button(bench.page, button), Qt::LeftButton);
+    QTest::mouseClick(&Button(fixture.page, button), Qt::LeftButton);
     type("2", Qt::Key_Backspace);
-    QTest::mouseClick(&Button(bench.page, button), Qt::LeftButton);
-    EXPECT_EQ(bench.Row(3), "Input 3: ON Normal=0 7=7 None=0");
+    QTest::mouseClick(&Button(fixture.page, button), Qt::LeftButton);
+    EXPECT_EQ(fixture.Row(3), "Input 3: ON Normal=0 7=7 None=0");
   }
   std::string stored = kFactory;
-  bench.library.Expect(Update(stored.replace(22, 1, "7")));
-  QTest::mouseClick(&Button(bench.page, "Update"), Qt::LeftButton);
+  fixture.library.Expect(Update(stored.replace(22, 1, "7")));
+  QTest::mouseClick(&Button(fixture.page, "Update"), Qt::LeftButton);
 }
 
 TEST(DigitalChannels, LoadsDefaultsAndLeavesTheScanMatrixAlone) {
-  Bench bench(ScanMatrix::kSwitchable);
-  bench.Press("Retrieve", Retrieve("01 " + std::string(kHeld)));
-  bench.grid.Click(3, kOn);
-  bench.page.LoadDefaults();
+  Fixture fixture(ScanMatrix::kSwitchable);
+  fixture.Press("Retrieve", Retrieve("01 " + std::string(kHeld)));
+  fixture.grid.Click(3, kOn);
+  fixture.page.LoadDefaults();
   for (int row = 1; row <= 16; ++row) {
-    EXPECT_EQ(bench.Row(row), "Input " + std::to_string(row) + ": ON Normal=0 0=0 None=0");
+    EXPECT_EQ(fixture.Row(row), "Input " + std::to_string(row) + ": ON Normal=0 0=0 None=0");
   }
-  EXPECT_TRUE(ScanMatrixBox(bench.page).isChecked());
-  EXPECT_EQ(bench.grid.Background(3, kOn), qRgb(240, 240, 240)) << "no row is the clicked one";
+  EXPECT_TRUE(ScanMatrixBox(fixture.page).isChecked());
+  EXPECT_EQ(fixture.grid.Background(3, kOn), qRgb(240, 240, 240)) << "no row is the clicked one";
 }
 
 }  // namespace quillon::testing

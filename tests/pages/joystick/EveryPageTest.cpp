@@ -28,7 +28,7 @@ constexpr Family kFamilies[]{{BoardFamily::kJoystick, 0x0910, "joystick-1"},
 struct OnePage {
   OnePage(const Family& family, int tab)
       : program(family.product_id),
-        pages(program.bench.Context(), family.family),
+        pages(program.fixture.Context(), family.family),
         page(*pages.Page(tab)) {
     pages.EnablePages(false, true);
   }
@@ -158,14 +158,14 @@ TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIs
     one.Edit();
     const auto edited = ShownBy(one.page);
     {
-      const auto hold = one.program.bench.link.gate.Enter();
+      const auto hold = one.program.fixture.link.gate.Enter();
       for (const char* const button : {"Retrieve", "Update", "Defaults"})
         EXPECT_TRUE(one.Press(button).empty()) << button;
     }
     EXPECT_FALSE(Lamp(one.page, "Error").IsLit());
     for (const bool yes : {false, true}) {
       EXPECT_EQ(ShownBy(one.page), edited);
-      one.program.bench.prompts.ExpectQuestion(
+      one.program.fixture.prompts.ExpectQuestion(
           "Are you sure you want to load the\r\ndefault settings for this page?", "Load Defaults",
           yes);
       EXPECT_TRUE(one.Press("Defaults").empty());
@@ -177,7 +177,7 @@ TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIs
 TEST(EveryPage, SendsBackTheBytesThatCame) {
   for (const Family& family : kFamilies) {
     SimProgram program(family.product_id);
-    CJoystickPageSet pages(program.bench.Context(), family.family);
+    CJoystickPageSet pages(program.fixture.Context(), family.family);
     auto& blocks = program.bus.Find(family.board)->State().blocks;
     auto sent = blocks;
     if (sent.contains("expansion")) sent["expansion"][0] &= 1;  // the rest has no meaning

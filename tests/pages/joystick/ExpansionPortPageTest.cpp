@@ -14,7 +14,7 @@
 namespace quillon::testing {
 namespace {
 
-using Bench = TranscriptPage<CExpansionPortPage>;
+using Fixture = TranscriptPage<CExpansionPortPage>;
 
 constexpr auto kFull = ExpansionModules::kOfFullController;
 constexpr auto kScanMatrix = ExpansionModules::kOfScanMatrix;
@@ -79,10 +79,10 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
        3}};
   for (const Case& c : cases) {
     SCOPED_TRACE(c.name);
-    Bench bench(c.modules);
-    const auto& page = bench.page;
+    Fixture fixture(c.modules);
+    const auto& page = fixture.page;
     Module(page).setCurrentText(c.before);
-    bench.Press("Retrieve", Retrieved(c.retrieved));
+    fixture.Press("Retrieve", Retrieved(c.retrieved));
     EXPECT_EQ(PortText(page), c.shown);
     for (const int code : {0, 3, 6, 255}) {
       EXPECT_EQ(NamesAnUnknownModule(page, code), code == c.unknown) << code;
@@ -90,7 +90,7 @@ TEST(ExpansionPort, ShowsWhatTheBoardHoldsAndSendsBackWhatTheListShows) {
     const QString held = "The board held the module %1. Update replaces it by Zephyr Card.";
     EXPECT_EQ(Says(page, c.replaced ? held.arg(c.replaced) : "The board held"),
               c.replaced != nullptr);
-    bench.Press("Update", Stored(c.sent));
+    fixture.Press("Update", Stored(c.sent));
     EXPECT_FALSE(Says(page, "The board held"));
   }
 }
@@ -104,8 +104,8 @@ TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
   } cases[]{{{"1", "1", "2"}, 1, true},  {{"1", "1", "2"}, 0, false},
             {{"1", "1", "2"}, 2, false}, {{"2", "3", "1", "1"}, 3, true},
             {{"1"}, 0, false},           {{}, 0, false}};
-  Bench bench(kFull);
-  DeviceTable& table = bench.board.link.table;
+  Fixture fixture(kFull);
+  DeviceTable& table = fixture.board.link.table;
   const DeviceRecord board = table.CurrentRecord();
   for (const auto& c : cases) {
     table.Clear();
@@ -115,58 +115,58 @@ TEST(ExpansionPort, KnowsTheBoardOfItsValuesAgain) {
       table.Append(1, KVUSB_TYPE_FIRMWARE);
     }
     table.SetCurrent(c.selected);
-    if (&c == cases) bench.Press("Retrieve", Retrieved("01 01"));
-    bench.page.ShowOrigin();
-    EXPECT_EQ(OriginOf(bench.page).contains("not the board selected"), !c.known) << (&c - cases);
+    if (&c == cases) fixture.Press("Retrieve", Retrieved("01 01"));
+    fixture.page.ShowOrigin();
+    EXPECT_EQ(OriginOf(fixture.page).contains("not the board selected"), !c.known) << (&c - cases);
   }
 }
 
 TEST(ExpansionPort, ForgetsAnUnknownModuleWhenTheUserChooses) {
-  Bench bench(kFull);
-  const auto& page = bench.page;
-  bench.Press("Retrieve", Retrieved("01 06"));
+  Fixture fixture(kFull);
+  const auto& page = fixture.page;
+  fixture.Press("Retrieve", Retrieved("01 06"));
   Active(page).click();
   Active(page).click();
-  bench.Press("Update", Stored("01 06"));
+  fixture.Press("Update", Stored("01 06"));
   EXPECT_EQ(OriginOf(page).indexOf("Edited"), -1);
   // The entry that is shown already.
   Q_EMIT Module(page).activated(0);
   EXPECT_FALSE(NamesAnUnknownModule(page, 6));
   EXPECT_GT(OriginOf(page).indexOf("Edited"), 0);
-  bench.Press("Update", Stored("01 01"));
+  fixture.Press("Update", Stored("01 01"));
 
-  bench.Press("Retrieve", Retrieved("01 06"));
+  fixture.Press("Retrieve", Retrieved("01 06"));
   Active(page).click();
-  bench.page.LoadDefaults();
+  fixture.page.LoadDefaults();
   EXPECT_TRUE(Module(page).findChild<CEditMark*>()->isVisibleTo(&Module(page)));
-  bench.Press("Update", Stored("00 01"));
+  fixture.Press("Update", Stored("00 01"));
   EXPECT_EQ(PortText(page), "off, Lumen Card");
 }
 
 TEST(ExpansionPort, NoSelectionKeepsTheRetrievedModule) {
-  Bench bench(kFull);
-  bench.Press("Retrieve", Retrieved("01 03"));
-  Module(bench.page).setCurrentIndex(-1);
-  bench.Press("Update", Stored("01 03"));
+  Fixture fixture(kFull);
+  fixture.Press("Retrieve", Retrieved("01 03"));
+  Module(fixture.page).setCurrentIndex(-1);
+  fixture.Press("Update", Stored("01 03"));
 }
 
 TEST(ExpansionPort, FollowsItsCheckBox) {
-  const Bench bench(kFull);
+  const Fixture fixture(kFull);
   for (const auto& [text, colour] : {std::pair{"off, Lumen Card", QColor(150, 150, 150)},
                                      {"on, Lumen Card", QColor(0, 255, 0)},
                                      {"off, Lumen Card", QColor(150, 150, 150)}}) {
-    EXPECT_EQ(PortText(bench.page), text);
-    const QImage lamp = Lamp(bench.page, "Expansion port").grab().toImage();
+    EXPECT_EQ(PortText(fixture.page), text);
+    const QImage lamp = Lamp(fixture.page, "Expansion port").grab().toImage();
     EXPECT_EQ(lamp.pixelColor(lamp.rect().center()), colour);
-    Active(bench.page).click();
+    Active(fixture.page).click();
   }
 }
 
 TEST(ExpansionPort, OnlyTheFullControllerGivesAdviceOnTheDisplay) {
   for (const auto modules : {kFull, kScanMatrix}) {
-    const Bench bench(modules);
+    const Fixture fixture(modules);
     QStringList titles;
-    for (const auto* group : bench.page.findChildren<QGroupBox*>()) titles << group->title();
+    for (const auto* group : fixture.page.findChildren<QGroupBox*>()) titles << group->title();
     EXPECT_EQ(titles.contains("Character LCD 20 x 4 mode"), modules == kFull);
   }
 }

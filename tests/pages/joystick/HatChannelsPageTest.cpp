@@ -18,8 +18,8 @@ std::string Update(const std::string& payload) {
   return "write 0 -> 0 : 00 00 00 00 0f 01 " + payload + " *\nread 0 -> 0 : 0f *\n";
 }
 
-struct Bench : TranscriptGridPage<CHatChannelsPage> {
-  explicit Bench(HatUse use = HatUse::kWithOutputs) : TranscriptGridPage(use) {}
+struct Fixture : TranscriptGridPage<CHatChannelsPage> {
+  explicit Fixture(HatUse use = HatUse::kWithOutputs) : TranscriptGridPage(use) {}
 
   CGridCtrl& Damping() { return *page.findChildren<CGridCtrl*>().at(1); }
   std::string Modes() const {
@@ -35,18 +35,18 @@ struct Bench : TranscriptGridPage<CHatChannelsPage> {
 }  // namespace
 
 TEST(HatChannels, ShowsTheBlockAndKeepsBitsThatItDoesNotEdit) {
-  Bench bench;
-  bench.Press("Retrieve", Retrieve("a3 e4 58 1b"));
-  EXPECT_EQ(bench.Row(1), "HAT 1: ON Digital=1");
-  EXPECT_EQ(bench.Row(2), "HAT 2: FALCO=4");
-  EXPECT_EQ(bench.DampingTexts(), "OFF LO MID HI HI MID LO OFF");
-  bench.Press("Update", Update("a3 e4 58 1b"));
+  Fixture fixture;
+  fixture.Press("Retrieve", Retrieve("a3 e4 58 1b"));
+  EXPECT_EQ(fixture.Row(1), "HAT 1: ON Digital=1");
+  EXPECT_EQ(fixture.Row(2), "HAT 2: FALCO=4");
+  EXPECT_EQ(fixture.DampingTexts(), "OFF LO MID HI HI MID LO OFF");
+  fixture.Press("Update", Update("a3 e4 58 1b"));
 
-  bench.grid.Click(1, kOn);
-  bench.grid.Enter(2, kMode, "Digital");
-  bench.Damping().Enter(5, kDamping, "MID");
-  bench.Damping().Enter(4, kDamping, "OFF");
-  bench.Press("Update", Update("a2 24 52 1a"));
+  fixture.grid.Click(1, kOn);
+  fixture.grid.Enter(2, kMode, "Digital");
+  fixture.Damping().Enter(5, kDamping, "MID");
+  fixture.Damping().Enter(4, kDamping, "OFF");
+  fixture.Press("Update", Update("a2 24 52 1a"));
 }
 
 // Not the inverse of what an update sends. Boards and their users rely on it: leave it alone.
@@ -66,11 +66,11 @@ TEST(HatChannels, ShowsTheModesThatBoardsReportByATableOfItsOwn) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.held);
-    Bench bench;
-    bench.grid.Enter(1, kMode, "ORB : 12-Bit DACs");
-    bench.grid.Enter(2, kMode, "ORB : Shifter Display");
-    bench.Press("Retrieve", Retrieve(c.held));
-    EXPECT_EQ(bench.Modes(), c.modes);
+    Fixture fixture;
+    fixture.grid.Enter(1, kMode, "ORB : 12-Bit DACs");
+    fixture.grid.Enter(2, kMode, "ORB : Shifter Display");
+    fixture.Press("Retrieve", Retrieve(c.held));
+    EXPECT_EQ(fixture.Modes(), c.modes);
   }
   const struct {
     int hat;
@@ -84,9 +84,9 @@ TEST(HatChannels, ShowsTheModesThatBoardsReportByATableOfItsOwn) {
   };
   for (const auto& c : updates) {
     SCOPED_TRACE(c.mode);
-    Bench bench;
-    bench.grid.Enter(c.hat, kMode, c.mode);
-    bench.Press("Update", Update(c.sent));
+    Fixture fixture;
+    fixture.grid.Enter(c.hat, kMode, c.mode);
+    fixture.Press("Update", Update(c.sent));
   }
 }
 
@@ -102,48 +102,49 @@ TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
       {{{1, "Incremental"}, {2, "Digital"}}, "Incremental / Digital"},
   };
   for (const auto& c : cases) {
-    Bench bench;
-    for (const auto& [hat, mode] : c.edits) bench.grid.Enter(hat, kMode, mode);
-    EXPECT_EQ(bench.Modes(), c.modes);
+    Fixture fixture;
+    for (const auto& [hat, mode] : c.edits) fixture.grid.Enter(hat, kMode, mode);
+    EXPECT_EQ(fixture.Modes(), c.modes);
   }
 
   // A board that holds a lone one shows it until the next edit, of the damping too.
   for (const bool of_damping : {false, true}) {
-    Bench bench;
-    bench.Press("Retrieve", Retrieve("09 00 03 00"));
-    EXPECT_EQ(bench.Modes(), "FALCO / Digital");
-    bench.grid.Click(1, kOn);
-    EXPECT_EQ(bench.Modes(), "FALCO / Digital");
-    of_damping ? bench.Damping().Enter(1, kDamping, "HI") : bench.grid.Enter(2, kMode, "Digital");
-    EXPECT_EQ(bench.Modes(), "POV / Digital");
+    Fixture fixture;
+    fixture.Press("Retrieve", Retrieve("09 00 03 00"));
+    EXPECT_EQ(fixture.Modes(), "FALCO / Digital");
+    fixture.grid.Click(1, kOn);
+    EXPECT_EQ(fixture.Modes(), "FALCO / Digital");
+    of_damping ? fixture.Damping().Enter(1, kDamping, "HI")
+               : fixture.grid.Enter(2, kMode, "Digital");
+    EXPECT_EQ(fixture.Modes(), "POV / Digital");
   }
 }
 
 TEST(HatChannels, SmallControllerHasInputsOnlyAndSendsNoDamping) {
-  Bench bench(HatUse::kInputsOnly);
-  EXPECT_EQ(bench.page.findChildren<CGridCtrl*>().size(), 1) << "no damping";
-  bench.grid.Enter(1, kMode, "Digital");
-  bench.Press("Retrieve", Retrieve("f0 e4 13 1b"));
-  EXPECT_EQ(bench.Modes(), "POV / Digital");
-  bench.Press("Update", Update("f0 00 13 00"));
+  Fixture fixture(HatUse::kInputsOnly);
+  EXPECT_EQ(fixture.page.findChildren<CGridCtrl*>().size(), 1) << "no damping";
+  fixture.grid.Enter(1, kMode, "Digital");
+  fixture.Press("Retrieve", Retrieve("f0 e4 13 1b"));
+  EXPECT_EQ(fixture.Modes(), "POV / Digital");
+  fixture.Press("Update", Update("f0 00 13 00"));
 
   for (const char* unknown :
        {"05 00 05 00", "07 00 07 00", "09 00 09 00", "0b 00 0b 00", "0d 00 0d 00", "0f 00 0f 00"}) {
     SCOPED_TRACE(unknown);
-    bench.Press("Retrieve", Retrieve(unknown));
-    EXPECT_EQ(bench.Modes(), "POV / Digital");
+    fixture.Press("Retrieve", Retrieve(unknown));
+    EXPECT_EQ(fixture.Modes(), "POV / Digital");
   }
-  bench.grid.Enter(1, kMode, "Digital");
-  bench.Press("Update", Update("03 00 03 00"));
+  fixture.grid.Enter(1, kMode, "Digital");
+  fixture.Press("Update", Update("03 00 03 00"));
 }
 
 TEST(HatChannels, LoadsDefaults) {
-  Bench bench;
-  bench.Press("Retrieve", Retrieve("06 e4 03 1b"));
-  bench.page.LoadDefaults();
-  EXPECT_EQ(bench.Row(1), "HAT 1: ON POV=0");
-  EXPECT_EQ(bench.Row(2), "HAT 2: ON POV=0");
-  EXPECT_EQ(bench.DampingTexts(), "MID MID MID MID MID MID MID MID");
+  Fixture fixture;
+  fixture.Press("Retrieve", Retrieve("06 e4 03 1b"));
+  fixture.page.LoadDefaults();
+  EXPECT_EQ(fixture.Row(1), "HAT 1: ON POV=0");
+  EXPECT_EQ(fixture.Row(2), "HAT 2: ON POV=0");
+  EXPECT_EQ(fixture.DampingTexts(), "MID MID MID MID MID MID MID MID");
 }
 
 }  // namespace quillon::testing

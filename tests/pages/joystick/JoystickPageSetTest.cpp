@@ -129,7 +129,7 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
   for (const Family& family : Families()) {
     SCOPED_TRACE(family.name);
     SimProgram program(family.product_id);
-    CJoystickPageSet pages(program.bench.Context(), family.family);
+    CJoystickPageSet pages(program.fixture.Context(), family.family);
     std::vector<std::string> tabs;
     for (int tab = 0; tab < pages.count(); ++tab) tabs.push_back(pages.tabText(tab).toStdString());
     EXPECT_THAT(tabs, ElementsAreArray(family.tabs));
@@ -137,8 +137,8 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
     EXPECT_THAT(UpdatesDuring(program.library, [&] { pages.LoadDeviceDefaults(); }),
                 ElementsAreArray(family.updates));
 
-    program.bench.prompts.ExpectMessage("Load device defaults settings failed!", "Load Defaults",
-                                        UserPrompts::Icon::kError);
+    program.fixture.prompts.ExpectMessage("Load device defaults settings failed!", "Load Defaults",
+                                          UserPrompts::Icon::kError);
     auto but_the_second_block = family.updates;
     if (family.family != BoardFamily::kSmallJoystick) {
       but_the_second_block.erase(but_the_second_block.begin() + 1);
@@ -155,7 +155,7 @@ TEST(JoystickPageSet, LoadsTheDefaultsOfItsOwnPagesAlsoAfterAFailure) {
 
 TEST(JoystickPageSet, TipsOfTheSmallControllerSpeakOfNoChannelThatItLacks) {
   SimProgram program(0x0920);
-  CJoystickPageSet pages(program.bench.Context(), BoardFamily::kSmallJoystick);
+  CJoystickPageSet pages(program.fixture.Context(), BoardFamily::kSmallJoystick);
   QString tips;
   for (int tab = 1; tab < pages.count(); ++tab) {
     for (const auto* grid : pages.Page(tab)->findChildren<CGridCtrl*>()) {
@@ -175,7 +175,7 @@ TEST(JoystickPageSet, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
     std::vector<std::string> defaults, updated;
     {
       SimProgram program(family.product_id, options);
-      CJoystickPageSet pages(program.bench.Context(), family.family);
+      CJoystickPageSet pages(program.fixture.Context(), family.family);
       pages.LoadDeviceDefaults();
       defaults = ShownBySet(pages);
       for (const Edit& edit : family.edits) {
@@ -191,7 +191,7 @@ TEST(JoystickPageSet, BoardKeepsWhatWasUpdatedWhenTheProgramRestarts) {
       updated = ShownBySet(pages);
     }
     SimProgram program(family.product_id, options);
-    CJoystickPageSet pages(program.bench.Context(), family.family);
+    CJoystickPageSet pages(program.fixture.Context(), family.family);
     EXPECT_THAT(ShownBySet(pages), ElementsAreArray(defaults))
         << "a new page shows the factory settings";
     PressOnEveryPage(pages, "Retrieve", "Retrieved from ");

@@ -69,13 +69,13 @@ std::string Update() {
          Line("read 0 -> 0 : 18 *", {});
 }
 
-using Bench = TranscriptGridPage<CScanMatrixChannelsPage>;
+using Fixture = TranscriptGridPage<CScanMatrixChannelsPage>;
 
 }  // namespace
 
 TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
-  Bench bench;
-  bench.Press("Retrieve", Retrieve());
+  Fixture fixture;
+  fixture.Press("Retrieve", Retrieve());
   const struct {
     int row;
     const char* text;
@@ -90,62 +90,62 @@ TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
       {63, "Input 63: Invert Rotary=2 GRAY 4X - A=3 Button 64=64 Button 64=64 Hold"},
       {64, "Input 64: ON Normal=0 GRAY 4X - B=3"},
   };
-  for (const auto& row : rows) EXPECT_EQ(bench.Row(row.row), row.text);
-  EXPECT_EQ(bench.grid.Text(2, kPush), "");
-  EXPECT_EQ(bench.grid.Text(2, kPull), "");
+  for (const auto& row : rows) EXPECT_EQ(fixture.Row(row.row), row.text);
+  EXPECT_EQ(fixture.grid.Text(2, kPush), "");
+  EXPECT_EQ(fixture.grid.Text(2, kPull), "");
 
   // Twice: a transfer in packets spoils its own buffer.
-  for (int i = 0; i < 2; ++i) bench.Press("Update", Update());
+  for (int i = 0; i < 2; ++i) fixture.Press("Update", Update());
 }
 
 TEST(ScanMatrixChannels, AppliesTheRulesWithItsOwnCodes) {
-  Bench bench;
-  bench.grid.Enter(64, kMode, "Rotary");
-  EXPECT_EQ(bench.Row(63), "Input 63: ON Rotary=2 None=0 None=0 None=0");
-  bench.grid.Enter(63, kMode, "Toggle");
-  EXPECT_EQ(bench.Row(64), "Input 64: ON Normal=0 None=0");
-  bench.grid.Enter(63, kEncoder, "GRAY 4X - A");
-  EXPECT_EQ(bench.Row(64), "Input 64: ON Normal=0 GRAY 4X - B=3");
-  bench.grid.Enter(1, kPush, "Button 64");
-  bench.grid.Enter(1, kPull, "Button 9");
-  EXPECT_EQ(bench.Row(1), "Input 1: ON Normal=0 None=0 Button 64=64 Button 9=9");
-  bench.grid.Enter(1, kPush, "None");
-  bench.grid.Click(1, kHold);
-  EXPECT_EQ(bench.Row(1), "Input 1: ON Normal=0 None=0 None=0 Button 9=9 Hold");
+  Fixture fixture;
+  fixture.grid.Enter(64, kMode, "Rotary");
+  EXPECT_EQ(fixture.Row(63), "Input 63: ON Rotary=2 None=0 None=0 None=0");
+  fixture.grid.Enter(63, kMode, "Toggle");
+  EXPECT_EQ(fixture.Row(64), "Input 64: ON Normal=0 None=0");
+  fixture.grid.Enter(63, kEncoder, "GRAY 4X - A");
+  EXPECT_EQ(fixture.Row(64), "Input 64: ON Normal=0 GRAY 4X - B=3");
+  fixture.grid.Enter(1, kPush, "Button 64");
+  fixture.grid.Enter(1, kPull, "Button 9");
+  EXPECT_EQ(fixture.Row(1), "Input 1: ON Normal=0 None=0 Button 64=64 Button 9=9");
+  fixture.grid.Enter(1, kPush, "None");
+  fixture.grid.Click(1, kHold);
+  EXPECT_EQ(fixture.Row(1), "Input 1: ON Normal=0 None=0 None=0 Button 9=9 Hold");
 
-  bench.grid.Click(2, kMaster);
-  bench.grid.Click(50, kMaster);
-  EXPECT_EQ(bench.grid.Value(2, kMaster), 0U);
-  EXPECT_EQ(bench.grid.Value(50, kMaster), 1U);
+  fixture.grid.Click(2, kMaster);
+  fixture.grid.Click(50, kMaster);
+  EXPECT_EQ(fixture.grid.Value(2, kMaster), 0U);
+  EXPECT_EQ(fixture.grid.Value(50, kMaster), 1U);
 
   for (const Column column : {kPush, kPull, kHold}) {
-    EXPECT_FALSE(bench.grid.IsEnabledCell(2, column));
-    bench.grid.Click(2, column);
+    EXPECT_FALSE(fixture.grid.IsEnabledCell(2, column));
+    fixture.grid.Click(2, column);
   }
-  EXPECT_EQ(bench.Row(2), "Input 2: ON Normal=0 None=0");
+  EXPECT_EQ(fixture.Row(2), "Input 2: ON Normal=0 None=0");
 }
 
 TEST(ScanMatrixChannels, PaintsEachPairAsAUnitAndTheClickedRowApart) {
-  Bench bench;
+  Fixture fixture;
   for (const int clicked : {0, 4, 50}) {
-    if (clicked > 0) bench.grid.Click(clicked, kOn);
+    if (clicked > 0) fixture.grid.Click(clicked, kOn);
     for (int row = 1; row <= 64; ++row) {
       const QRgb band = (row - 1) / 2 % 2 == 0 ? qRgb(220, 220, 220) : qRgb(240, 240, 240);
       const QRgb expected = row == clicked ? qRgb(191, 212, 227) : band;
       for (int column = kOn; column <= kHold; ++column)
-        EXPECT_EQ(bench.grid.Background(row, column), expected) << row << ' ' << column;
-      EXPECT_TRUE(bench.grid.IsEnabledCell(row, kEncoder)) << "shown, though chosen on odd ones";
+        EXPECT_EQ(fixture.grid.Background(row, column), expected) << row << ' ' << column;
+      EXPECT_TRUE(fixture.grid.IsEnabledCell(row, kEncoder)) << "shown, though chosen on odd ones";
     }
   }
 }
 
 TEST(ScanMatrixChannels, LoadsDefaults) {
-  Bench bench;
-  bench.Press("Retrieve", Retrieve());
-  bench.page.LoadDefaults();
+  Fixture fixture;
+  fixture.Press("Retrieve", Retrieve());
+  fixture.page.LoadDefaults();
   for (int row = 1; row <= 64; ++row) {
     const std::string input = "Input " + std::to_string(row) + ": ON Normal=0 None=0";
-    EXPECT_EQ(bench.Row(row), row % 2 == 0 ? input : input + " None=0 None=0");
+    EXPECT_EQ(fixture.Row(row), row % 2 == 0 ? input : input + " None=0 None=0");
   }
 }
 

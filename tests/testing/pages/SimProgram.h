@@ -7,7 +7,7 @@
 
 #include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 
 namespace quillon::testing {
 
@@ -16,9 +16,9 @@ namespace quillon::testing {
 // after a restart.
 struct SimProgram {
   explicit SimProgram(std::uint16_t product_id, sim::BusOptions options = {.latency = {}})
-      : bus(sim::DefaultRig(), std::move(options)), library(bus), bench(library) {
-    bench.Detect();
-    DeviceTable& table = bench.link.table;
+      : bus(sim::DefaultRig(), std::move(options)), library(bus), fixture(library) {
+    fixture.Detect();
+    DeviceTable& table = fixture.link.table;
     for (std::uint32_t i = table.Count(); i-- > 0;) {
       if (table.Record(i).product_id == product_id) table.SetCurrent(i);
     }
@@ -27,7 +27,7 @@ struct SimProgram {
 
   sim::Bus bus;
   FaultyLibrary library;
-  PageBench bench;
+  PageFixture fixture;
 };
 
 }  // namespace quillon::testing

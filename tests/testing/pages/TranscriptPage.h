@@ -7,7 +7,7 @@
 #include <string>
 
 #include "testing/link/TranscriptLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 #include "widgets/CStatusLed.h"
 
 namespace quillon::testing {
@@ -29,7 +29,7 @@ struct TranscriptPage {
   }
 
   TranscriptLibrary library{""};
-  PageBench board{library};
+  PageFixture board{library};
   Page page;
 };
 

@@ -20,12 +20,12 @@ class CStatusLed;
 namespace quillon::testing {
 
 // What a page under test stands on: a link to one board, which is current, and scripted prompts.
-class PageBench {
+class PageFixture {
  public:
   // A board that only its record says something of, for transcripts. The library lives as long as
   // the object does.
-  explicit PageBench(HidLibrary& library, std::uint16_t product_id = 0x0910,
-                     std::uint16_t version = 0x0282);
+  explicit PageFixture(HidLibrary& library, std::uint16_t product_id = 0x0910,
+                       std::uint16_t version = 0x0282);
 
   PageContext Context() { return {link, prompts}; }
 

@@ -12,8 +12,8 @@
 #include "app/CMainDialog.h"
 #include "app/Profile.h"
 #include "pages/common/CPageSet.h"
+#include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/link/SimLibrary.h"
 #include "testing/pages/ScriptedPrompts.h"
 #include "tree/CDeviceTreeCtrl.h"
 
@@ -54,9 +54,9 @@ struct OwnAccess {
 };
 
 // The main window with all that it stands on. Never shown, so that it starts when told to.
-class MainBench {
+class MainFixture {
  public:
-  explicit MainBench(HidLibrary& library, bool offers_access = true)
+  explicit MainFixture(HidLibrary& library, bool offers_access = true)
       : link(library),
         window({link, prompts, notifier, profile,
                 [this] {
@@ -89,13 +89,12 @@ class SimMain {
  public:
   explicit SimMain(const std::string& boards)
       : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [)" + boards + "]}")), {.latency = {}}),
-        sim(bus),
-        library(sim),
-        bench(library) {}
+        library(bus),
+        fixture(library) {}
 
   // Selects the board or port with this text in its label, as a click does.
   void Select(const QString& label) {
-    auto& tree = bench.window.Tree();
+    auto& tree = fixture.window.Tree();
     const auto found = tree.model()->match(tree.model()->index(0, 0), Qt::DisplayRole, label, 1,
                                            Qt::MatchContains | Qt::MatchRecursive);
     ASSERT_FALSE(found.isEmpty()) << label.toStdString();
@@ -104,16 +103,15 @@ class SimMain {
 
   // A button of the pages that are shown. A missing one ends the test.
   QPushButton& Press(const QString& text) const {
-    for (auto* const button : bench.window.ShownPageSet()->findChildren<QPushButton*>()) {
+    for (auto* const button : fixture.window.ShownPageSet()->findChildren<QPushButton*>()) {
       if (button->text() == text) return *button;
     }
     throw std::runtime_error("The pages have no button " + text.toStdString());
   }
 
   sim::Bus bus;
-  SimLibrary sim;
   FaultyLibrary library;
-  MainBench bench;
+  MainFixture fixture;
 };
 
 // The calls of a detection that finds one board, of this product.

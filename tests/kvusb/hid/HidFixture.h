@@ -34,9 +34,9 @@ inline std::size_t OpenFiles() {
 }
 
 // Boards on an emulated kernel, and the exchanges with them through the hidapi library.
-class HidBench {
+class HidFixture {
  public:
-  explicit HidBench(const std::string& boards, HidOptions options = {})
+  explicit HidFixture(const std::string& boards, HidOptions options = {})
       : hid(std::move(options)), table(1024) {
     kernel.Add(RigOf(boards));
     Detect();
@@ -63,7 +63,9 @@ class HidBench {
     packet.resize(KVUSB_PACKET_BYTES);
     return wrote = hid.WriteData(table[board], PacketSpan(packet));
   }
-  std::int32_t Read(std::size_t board = 0) { return read = hid.ReadData(table[board], PacketSpan(packet)); }
+  std::int32_t Read(std::size_t board = 0) {
+    return read = hid.ReadData(table[board], PacketSpan(packet));
+  }
 
   // The first `wanted` bytes of the answer; none when the write or the read failed.
   Bytes Ask(const Bytes& request, std::size_t wanted = 1, std::size_t board = 0) {

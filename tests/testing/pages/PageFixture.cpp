@@ -1,5 +1,5 @@
 // SPDX-License-Identifier: MIT
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -14,7 +14,7 @@
 
 namespace quillon::testing {
 
-PageBench::PageBench(HidLibrary& library, std::uint16_t product_id, std::uint16_t version)
+PageFixture::PageFixture(HidLibrary& library, std::uint16_t product_id, std::uint16_t version)
     : link(library) {
   DeviceRecord& record = link.table.Free().front();
   record.product_id = product_id;
@@ -24,7 +24,7 @@ PageBench::PageBench(HidLibrary& library, std::uint16_t product_id, std::uint16_
   link.table.Append(1, KVUSB_TYPE_FIRMWARE);
 }
 
-void PageBench::Detect() {
+void PageFixture::Detect() {
   link.table.Clear();
   for (const std::uint32_t type :
        {KVUSB_TYPE_FIRMWARE, KVUSB_TYPE_LOADER, KVUSB_TYPE_FIRMWARE_ID}) {

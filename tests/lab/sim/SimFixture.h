@@ -34,10 +34,10 @@ struct OwnTime {
 };
 
 // A bus with one board, "b", and the exchanges with it.
-class SimBench {
+class SimFixture {
  public:
   // `fields` are the board's keys without its id.
-  explicit SimBench(const std::string& fields, BusOptions options = {.latency = {}})
+  explicit SimFixture(const std::string& fields, BusOptions options = {.latency = {}})
       : bus(RigOf(R"({"id": "b", )" + fields + "}"), std::move(options)) {
     Detect();
   }

@@ -9,7 +9,7 @@
 #include <vector>
 
 #include "firmware/FlashUpdate.h"
-#include "lab/sim/SimBench.h"
+#include "lab/sim/SimFixture.h"
 #include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
 
@@ -65,11 +65,11 @@ inline KvxRecord RecordAt(std::uint16_t address, const std::vector<std::uint8_t>
 }
 
 // A simulated board in Flash Mode with old firmware, and an image of version 2.83 for it.
-class FlashBench {
+class FlashFixture {
  public:
   static constexpr int kRecords = 12;
 
-  FlashBench()
+  FlashFixture()
       : board(R"("product": "0x0910", "firmware": "2.71", "mode": "flash")"), faulty(board.bus) {
     image.device_id = 0x0910;
     for (int i = 0; i < kRecords; ++i) {
@@ -99,7 +99,7 @@ class FlashBench {
     EXPECT_EQ(board.record.version, 0x0283);
   }
 
-  sim::SimBench board;
+  sim::SimFixture board;
   testing::FaultyLibrary faulty;
   KvxImage image;
   std::vector<std::uint8_t> contents;  // of the flash, once the image is in it

@@ -17,7 +17,7 @@
 #include "sim/Bus.h"
 #include "testing/OwnFolders.h"
 #include "testing/link/FaultyLibrary.h"
-#include "testing/pages/PageBench.h"
+#include "testing/pages/PageFixture.h"
 
 namespace quillon::testing {
 
@@ -51,20 +51,20 @@ inline constexpr const char* kInFlashMode =
     R"("product": "0x0910", "firmware": "2.71", "mode": "flash")";
 
 // The page of a simulated board "b", in the state that the fields of a rig give it.
-class DeviceConfigBench {
+class DeviceConfigFixture {
  public:
-  explicit DeviceConfigBench(const std::string& fields, std::uint32_t device_mode = 2)
+  explicit DeviceConfigFixture(const std::string& fields, std::uint32_t device_mode = 2)
       : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [{"id": "b", )" + fields + "}]}")),
             {.latency = {}}),
         library(bus),
-        bench(library),
-        page(bench.Context(), device_mode, nullptr, [this] { return now; }) {
+        fixture(library),
+        page(fixture.Context(), device_mode, nullptr, [this] { return now; }) {
     Detect();
   }
 
   // What the main window does after a notification.
   void Detect() {
-    bench.Detect();
+    fixture.Detect();
     page.ShowDeviceInfo();
   }
 
@@ -105,7 +105,7 @@ class DeviceConfigBench {
 
   // Loads a file through the dialog; nothing cancels it. The caller expects a message, if any.
   void Load(const std::optional<QString>& path) {
-    bench.prompts.ExpectOpenFile(path);
+    fixture.prompts.ExpectOpenFile(path);
     Click("Load...");
   }
 
@@ -113,7 +113,7 @@ class DeviceConfigBench {
 
   sim::Bus bus;
   FaultyLibrary library;
-  PageBench bench;
+  PageFixture fixture;
   std::chrono::milliseconds now{};
   CDeviceConfigPage page;
 };
