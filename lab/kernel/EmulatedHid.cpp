@@ -94,7 +94,8 @@ EmulatedHid::EmulatedHid(const Testbed& testbed, const std::string& usb, const U
   const std::string node = Format("hidraw%d", hidraw);
   device_ = "/dev/" + node;
   interface_path_ = usb + "/" + usb.substr(usb.rfind('/') + 1) + Format(":1.%d", number);
-  const std::string hid = Format("0003:%04X:%04X.%04X", vendor, product, hidraw + 1U);
+  const std::string hid =
+      Format("0003:%04X:%04X.%04X", vendor, product, static_cast<unsigned>(hidraw) + 1U);
   hid_path_ = interface_path_ + "/" + hid;
   node_path_ = hid_path_ + "/hidraw/" + node;
   testbed_.Add(

@@ -10,8 +10,8 @@
 #include <stdexcept>
 
 #include "boards/HidInterfaces.h"
-#include "kvusb/kvusb.h"
 #include "kernel/EmulatedHid.h"
+#include "kvusb/kvusb.h"
 
 namespace quillon::testing {
 namespace {
