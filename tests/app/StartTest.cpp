@@ -61,6 +61,9 @@ TEST(SingleInstance, FallsBackFromWhatIsNotTheUsersAloneAndNeedsNoEnvironment) {
   qunsetenv("XDG_STATE_HOME");
   const std::function<void(const fs::path&)> ways[]{
       [](const auto& place) { fs::permissions(place, fs::perms::all); },
+      [](const auto& place) {  // only root can give a folder away
+        if (chown(place.c_str(), 12345, 12345) != 0) fs::permissions(place, fs::perms::all);
+      },
       [&](const auto& place) { fs::remove_all(place), fs::create_symlink(root, place); },
       [&](const auto& place) { fs::remove(place / lock), fs::create_directory(place / lock); },
       [&](const auto& place) { fs::remove(place / lock), fs::create_symlink("x", place / lock); }};
