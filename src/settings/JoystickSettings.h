@@ -1,0 +1,16 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <span>
+
+#include "settings/Setting.h"
+
+// The settings of the joystick-style controllers. The blocks are drawn in AnalogBlocks.h,
+// DigitalBlock.h, HatBlock.h, TweakBlock.h, ExpansionBlock.h and ScanMatrixBlocks.h.
+namespace quillon {
+
+std::span<const Page> JoystickPages();
+std::span<const Page> SmallJoystickPages();
+std::span<const Page> ScanMatrixPages();
+
+}  // namespace quillon

@@ -1,0 +1,158 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include <cstdint>
+#include <span>
+#include <string_view>
+
+#include "devlink/Products.h"
+#include "settings/Field.h"
+
+// Everything that is known about a setting, once and without a screen: where it stands, what it may
+// be, what it is in the factory. Pages and programs read it here.
+//
+//   family -> pages -> blocks -> tables -> settings
+namespace quillon {
+
+// A text and the code that it stands for, or a run of them: the codes from `first` to `last`,
+// upwards or downwards, with %1 in the text for the code plus `offset`.
+struct Choice {
+  std::string_view text;
+  std::uint32_t first = 0;
+  std::uint32_t last = first;
+  int offset = 0;
+  // False: a board may hold it and it is shown, but nobody can choose it.
+  bool offered = true;
+};
+
+// What becomes of a value that a board holds and the setting cannot be.
+enum class Foreign {
+  kClamped,  // brought inside least and most, in the block too
+  kShown,    // shown as it is, and kept until it is changed
+  kLost,     // not shown: what the page showed before stays, and is stored by the next update
+  kKept,     // not shown, but kept until another value is chosen
+};
+
+// One setting of a row.
+struct Setting {
+  std::string_view id;       // in files and on command lines; never changes
+  std::string_view title;    // as a page shows it, blanks that set a column's width included
+  std::string_view purpose;  // what it does to the board, without range and factory value
+  Field field;               // in the row's record
+  // Empty: a plain number, or a switch where the field has one bit.
+  std::span<const Choice> choices{};
+  std::uint32_t least = 0;
+  std::uint32_t most = field.Largest();
+  Foreign foreign = Foreign::kLost;
+  // None: the page's defaults leave it alone. One: of every row. Else one a row.
+  std::span<const std::uint32_t> factory{};
+  // What is shown for each stored code where that is not the code itself; kNotShown: nothing, as
+  // for a foreign value.
+  std::span<const std::uint32_t> shown{};
+  // The board tells it and is never told: it is sent as 0.
+  bool state_only = false;
+};
+
+inline constexpr std::uint32_t kNotShown = 0xFFFFFFFF;
+
+// What the rows are called: the names, else the pattern with %1 for the row's number.
+struct RowNames {
+  std::string_view pattern;
+  int first = 1;
+  int step = 1;
+  std::span<const std::string_view> names{};
+};
+
+// Rows of the same settings at even distances in a block.
+struct Table {
+  std::string_view id;
+  RowNames names;
+  std::uint16_t first_bit = 0;  // of the first row, in the block
+  std::uint16_t bits_a_row = 0;
+  std::uint16_t rows = 1;
+  std::span<const Setting> settings;
+  std::span<const Field> zeros{};  // of a row; always sent as 0
+};
+
+// How a block travels.
+enum class Way {
+  kCommand,  // whole, with a command
+  kRange,    // as bytes [start, end) of the board's table, in as many packets as it takes
+};
+
+// Bytes that are read and written together. Bits that no table names go back as they came.
+struct Block {
+  std::string_view id;
+  Way way = Way::kCommand;
+  std::uint8_t read = 0, write = 0;  // commands
+  std::uint8_t start = 0, end = 0;   // of a range
+  std::uint8_t bytes = 0;
+  std::span<const Table> tables;
+};
+
+struct Page {
+  std::string_view id;
+  std::string_view title;
+  std::span<const Block> blocks;  // in the order in which they are exchanged
+};
+
+// The settings pages of a family, in the order of its tabs; none for a family that has no pages or
+// whose pages are still to come.
+std::span<const Page> PagesOf(BoardFamily family);
+
+// Whether the block's tables fit into it, name no bit twice, and every choice, limit and factory
+// value fits its field. For static assertions.
+constexpr bool IsSound(const Block& block);
+
+// The record bits of a row that its settings and zeros take; 0 where two overlap or one is outside.
+constexpr std::uint32_t BitsOfRow(const Table& table) {
+  std::uint32_t used = 0;
+  const auto take = [&](Field field) {
+    const bool fits = field.width > 0 && field.Shift() + field.width <= table.bits_a_row &&
+                      field.Shift() + field.width <= 32 && (used & field.Mask()) == 0;
+    used |= field.Mask();
+    return fits;
+  };
+  for (const Setting& setting : table.settings) {
+    if (!take(setting.field)) return 0;
+  }
+  for (const Field field : table.zeros) {
+    if (!take(field)) return 0;
+  }
+  return used;
+}
+
+constexpr bool IsSound(const Setting& setting, unsigned rows) {
+  const std::uint32_t largest = setting.field.Largest();
+  if (setting.least > setting.most || setting.most > largest) return false;
+  for (const Choice& choice : setting.choices) {
+    if (choice.first > largest || choice.last > largest) return false;
+  }
+  for (const std::uint32_t code : setting.factory) {
+    if (code < setting.least || code > setting.most) return false;
+  }
+  return setting.factory.size() <= 1 || setting.factory.size() == rows;
+}
+
+constexpr bool IsSound(const Block& block) {
+  // A bit for each of the block's: which are taken.
+  std::uint8_t taken[256]{};
+  for (const Table& table : block.tables) {
+    const std::uint32_t used = BitsOfRow(table);
+    if (used == 0) return false;
+    for (const Setting& setting : table.settings) {
+      if (!IsSound(setting, table.rows)) return false;
+    }
+    for (unsigned row = 0; row < table.rows; ++row) {
+      for (unsigned bit = 0; bit < 32; ++bit) {
+        if ((used >> bit & 1U) == 0) continue;
+        const unsigned at = table.first_bit + row * table.bits_a_row + bit;
+        if (at >= block.bytes * 8U || (taken[at / 8] >> at % 8 & 1U) != 0) return false;
+        taken[at / 8] = static_cast<std::uint8_t>(taken[at / 8] | 1U << at % 8);
+      }
+    }
+  }
+  return block.way == Way::kCommand || block.end - block.start == block.bytes;
+}
+
+}  // namespace quillon
