@@ -78,14 +78,16 @@ struct Table {
 enum class Way {
   kCommand,  // whole, with a command
   kRange,    // as bytes [start, end) of the board's table, in as many packets as it takes
+  kNode,     // with a node function, for one of the two ports of a node
 };
 
 // Bytes that are read and written together. Bits that no table names go back as they came.
 struct Block {
   std::string_view id;
   Way way = Way::kCommand;
-  std::uint8_t read = 0, write = 0;  // commands
-  std::uint8_t start = 0, end = 0;   // of a range
+  std::uint8_t read = 0, write = 0;  // commands, or node functions
+  // Of a range. Of a node's block: where that of its first port starts, and that of its second.
+  std::uint8_t start = 0, end = 0;
   std::uint8_t bytes = 0;
   std::span<const Table> tables;
 };
@@ -152,7 +154,17 @@ constexpr bool IsSound(const Block& block) {
       }
     }
   }
-  return block.way == Way::kCommand || block.end - block.start == block.bytes;
+  // An answer has room for 63 bytes, a request for 59, a node's for 56; a range goes in two
+  // packets.
+  switch (block.way) {
+    case Way::kCommand:
+      return block.bytes <= 59;
+    case Way::kRange:
+      return block.bytes <= 2 * 59 && block.end - block.start == block.bytes;
+    case Way::kNode:
+      return block.bytes <= 56;
+  }
+  return false;
 }
 
 }  // namespace quillon

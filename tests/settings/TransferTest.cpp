@@ -1,0 +1,142 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <numeric>
+
+#include "settings/Transfer.h"
+#include "testing/link/TranscriptLibrary.h"
+
+namespace quillon::testing {
+namespace {
+
+using End = TransferResult::End;
+
+constexpr Block kWhole{.id = "whole", .read = 0x11, .write = 0x0D, .bytes = 2, .tables = {}};
+constexpr Block kRange{.id = "range",
+                       .way = Way::kRange,
+                       .read = 0x12,
+                       .write = 0x0E,
+                       .start = 8,
+                       .end = 72,
+                       .bytes = 64,
+                       .tables = {}};
+// The word of an I/O port: that of a node's first port starts at 6, that of its second at 8.
+constexpr Block kPort{.id = "port",
+                      .way = Way::kNode,
+                      .read = 0x25,
+                      .write = 0x26,
+                      .start = 6,
+                      .end = 8,
+                      .bytes = 2,
+                      .tables = {}};
+
+// 59 and 5 bytes from 1 on, as a chunked write sends them.
+std::string Bytes(int first, int last) {
+  std::string text;
+  for (int byte = first; byte <= last; ++byte) {
+    char word[4];
+    std::snprintf(word, sizeof word, " %02x", static_cast<unsigned>(byte));
+    text += word;
+  }
+  return text;
+}
+
+}  // namespace
+
+TEST(Transfer, SendsTheRequestOfTheBlocksWayAndTellsHowItEnded) {
+  const std::string first = "write 0 -> 0 : 00 3b 08 43 0e 01" + Bytes(1, 59);
+  const std::string second = "write 0 -> 0 : 00 05 43 48 0e 01" + Bytes(60, 64) + Bytes(6, 59);
+  const struct {
+    const char* name;
+    bool write;
+    const Block& block;
+    NodePort about;
+    std::string exchanges;
+    TransferResult result;
+  } cases[]{
+      {"read",
+       false,
+       kWhole,
+       {},
+       "write 0 -> 0 : 00 00 00 00 11 *\nread 0 -> 0 : 11 01 02 *",
+       {End::kDone, 2}},
+      {"a failed write of a query",
+       false,
+       kWhole,
+       {},
+       "write 0 -> 1 : 00 00 00 00 11 *\nread 0 -> 0 : 11 01 02 *",
+       {End::kDone, 2}},
+      {"no answer", false, kWhole, {}, "write 0 -> 0 : 00 00 00 00 11 *\nread 0 -> 4", {}},
+      {"another echo",
+       false,
+       kWhole,
+       {},
+       "write 0 -> 0 : 00 00 00 00 11 *\nread 0 -> 0 : 0d *",
+       {End::kRefused, 0}},
+      {"write",
+       true,
+       kWhole,
+       {},
+       "write 0 -> 0 : 00 00 00 00 0d 01 01 02 *\nread 0 -> 0 : 0d *",
+       {End::kDone, 2}},
+      {"not sent", true, kWhole, {}, "write 0 -> 1 : 00 00 00 00 0d 01 01 02 *", {}},
+      {"refused",
+       true,
+       kWhole,
+       {},
+       "write 0 -> 0 : 00 00 00 00 0d 01 01 02 *\nread 0 -> 0 : 11 *",
+       {End::kRefused, 0}},
+      {"range",
+       true,
+       kRange,
+       {},
+       first + "\nread 0 -> 0 : ee *\n" + second + "\nread 0 -> 0 : 0e *",
+       {End::kDone, 64}},
+      {"half a range",
+       true,
+       kRange,
+       {},
+       first + "\nread 0 -> 0 : 0e *\n" + second + "\nread 0 -> 4",
+       {End::kNotTransported, 59}},
+      {"range refused",
+       true,
+       kRange,
+       {},
+       first + "\nread 0 -> 0 : 0e *\n" + second + "\nread 0 -> 0 : 12 *",
+       {End::kRefused, 0}},
+      {"port B of node 5",
+       false,
+       kPort,
+       {4, 1},
+       "write 0 -> 0 : 00 00 08 02 1c 00 25 04 02 *\nread 0 -> 0 : 25 01 02 *",
+       {End::kDone, 2}},
+      {"port A of node 12",
+       true,
+       kPort,
+       {11, 0},
+       "write 0 -> 0 : 00 02 06 02 1c 01 26 0b 00 01 02 *\nread 0 -> 0 : 26 *",
+       {End::kDone, 2}},
+      {"the command is no echo",
+       true,
+       kPort,
+       {},
+       "write 0 -> 0 : 00 02 06 02 1c 01 26 00 00 01 02 *\nread 0 -> 0 : 1c *",
+       {End::kRefused, 0}},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    TranscriptLibrary library(c.exchanges);
+    DeviceRecord board{};
+    std::vector<std::uint8_t> bytes(c.block.bytes);
+    std::vector<std::uint8_t> counted(c.block.bytes);
+    std::iota(counted.begin(), counted.end(), std::uint8_t{1});
+    if (c.write) {
+      EXPECT_EQ(WriteBlock(library, board, c.block, counted, c.about), c.result);
+    } else {
+      EXPECT_EQ(ReadBlock(library, board, c.block, bytes, c.about), c.result);
+      EXPECT_EQ(bytes == counted, c.result.IsDone()) << "untouched otherwise";
+    }
+  }
+}
+
+}  // namespace quillon::testing
