@@ -35,7 +35,8 @@ class Pkexec {
     if (process_->state() == QProcess::NotRunning) return;
     process_->disconnect();
     process_->kill();
-    [[maybe_unused]] static const QProcess* abandoned;
+    // Kept for the rest of the program and never destroyed. Volatile, so that it is kept at all.
+    [[maybe_unused]] static QProcess* volatile abandoned;
     abandoned = process_.release();
   }
 

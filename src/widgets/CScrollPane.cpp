@@ -21,6 +21,9 @@ CScrollPane::CScrollPane(QWidget* content, QWidget* parent) : QScrollArea(parent
           [this](const QWidget* /*old*/, const QWidget* now) { FollowFocus(now); });
 }
 
+// While the base class goes, its children give the focus up, and there is no pane any more.
+CScrollPane::~CScrollPane() { disconnect(qApp, nullptr, this, nullptr); }
+
 void CScrollPane::SetMostLines(int lines) {
   most_lines_ = lines;
   setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Preferred);

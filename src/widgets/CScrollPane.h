@@ -13,6 +13,7 @@ class CScrollPane : public QScrollArea {
 
  public:
   explicit CScrollPane(QWidget* content, QWidget* parent = nullptr);
+  ~CScrollPane() override;
 
   // As high as the content needs, but not higher than `lines` lines of text.
   void SetMostLines(int lines);
