@@ -11,10 +11,7 @@
 namespace quillon {
 namespace {
 
-FileProblem Failed() {
-  const std::error_code code(errno, std::generic_category());
-  return {"cannot be written: " + code.message(), code};
-}
+FileProblem Failed() { return FileProblem::OfErrno("cannot be written"); }
 
 class PosixTraceFile : public TraceFile {
  public:

@@ -1,7 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "storage/ReadFile.h"
 
+#include <cerrno>
+
 namespace quillon {
+
+FileProblem FileProblem::OfErrno(const std::string& what) {
+  const std::error_code code(errno, std::generic_category());
+  return {what + ": " + code.message(), code};
+}
 
 std::variant<std::string, FileProblem> ReadFile(const std::filesystem::path& file,
                                                 std::size_t most) {

@@ -17,6 +17,9 @@ struct FileProblem {
   // too long.
   std::error_code code;
 
+  // The problem that errno tells of; `what` is the predicate without the reason.
+  static FileProblem OfErrno(const std::string& what);
+
   bool IsMissing() const { return code == std::errc::no_such_file_or_directory; }
   // A sentence; the subject is "It" or names the file.
   std::string Sentence(const std::string& subject) const { return subject + " " + predicate + "."; }

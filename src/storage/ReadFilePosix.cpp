@@ -11,15 +11,10 @@
 namespace quillon {
 namespace {
 
-FileProblem Failed(const std::string& what) {
-  const std::error_code code(errno, std::generic_category());
-  return {what + ": " + code.message(), code};
-}
-
 // The first `most` bytes.
 std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
   struct stat kind {};
-  if (fstat(file, &kind) != 0) return Failed("cannot be read");
+  if (fstat(file, &kind) != 0) return FileProblem::OfErrno("cannot be read");
   if (S_ISDIR(kind.st_mode)) return FileProblem{"is a folder", {}};
   if (!S_ISREG(kind.st_mode)) return FileProblem{"is not a regular file", {}};
   // An attribute in /sys announces a page and holds a line, so the size is only a hint.
@@ -33,7 +28,7 @@ std::variant<std::string, FileProblem> ReadOpened(int file, std::size_t most) {
       bytes.resize(had);
       continue;
     }
-    if (got < 0) return Failed("cannot be read");
+    if (got < 0) return FileProblem::OfErrno("cannot be read");
     bytes.resize(had + static_cast<std::size_t>(got));
     if (got == 0 || bytes.size() == most) return bytes;
   }
@@ -45,7 +40,7 @@ std::variant<std::string, FileProblem> ReadFileFront(const std::filesystem::path
                                                      std::size_t most) {
   // Without waiting, because opening a pipe would last until somebody writes to it.
   const int opened = open(file.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (opened < 0) return Failed("cannot be opened");
+  if (opened < 0) return FileProblem::OfErrno("cannot be opened");
   auto content = ReadOpened(opened, most);
   close(opened);
   return content;

@@ -17,16 +17,11 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view kTemporary = ".tmp";
 
-FileProblem Failed(const std::string& what) {
-  const std::error_code code(errno, std::generic_category());
-  return {what + ": " + code.message(), code};
-}
-
 std::optional<FileProblem> WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = write(file, bytes.data(), bytes.size());
     if (written < 0 && errno == EINTR) continue;
-    if (written < 0) return Failed("cannot be written");
+    if (written < 0) return FileProblem::OfErrno("cannot be written");
     bytes.remove_prefix(static_cast<std::size_t>(written));
   }
   return std::nullopt;
@@ -35,7 +30,7 @@ std::optional<FileProblem> WriteAll(int file, std::string_view bytes) {
 // Without waiting, because a pipe that nobody reads would block for ever.
 std::optional<FileProblem> WriteInto(const fs::path& file, std::string_view bytes) {
   const int opened = open(file.c_str(), O_WRONLY | O_CLOEXEC | O_NONBLOCK | O_NOCTTY);
-  if (opened < 0) return Failed("cannot be opened");
+  if (opened < 0) return FileProblem::OfErrno("cannot be opened");
   fcntl(opened, F_SETFL, O_WRONLY);
   auto problem = WriteAll(opened, bytes);
   close(opened);
@@ -53,11 +48,12 @@ std::optional<FileProblem> WriteTemporary(const fs::path& file, std::string_view
                                           mode_t created, std::optional<mode_t> mode) {
   unlink(file.c_str());
   const int opened = open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, created);
-  if (opened < 0) return Failed("cannot be written");
+  if (opened < 0) return FileProblem::OfErrno("cannot be written");
   auto problem = WriteAll(opened, bytes);
-  if (!problem && mode && fchmod(opened, *mode) != 0) problem = Failed("cannot be written");
-  if (!problem && fsync(opened) != 0) problem = Failed("cannot be written");
-  if (close(opened) != 0 && !problem) problem = Failed("cannot be written");
+  if (!problem && mode && fchmod(opened, *mode) != 0)
+    problem = FileProblem::OfErrno("cannot be written");
+  if (!problem && fsync(opened) != 0) problem = FileProblem::OfErrno("cannot be written");
+  if (close(opened) != 0 && !problem) problem = FileProblem::OfErrno("cannot be written");
   return problem;
 }
 
@@ -87,7 +83,7 @@ std::optional<FileProblem> ReplaceFile(const fs::path& file, std::string_view by
   const fs::path temporary = TemporaryOf(target);
   auto problem = WriteTemporary(temporary, bytes, owner ? 0600 : 0666, mode);
   if (!problem && rename(temporary.c_str(), target.c_str()) != 0)
-    problem = Failed("cannot be written");
+    problem = FileProblem::OfErrno("cannot be written");
   if (problem) {
     unlink(temporary.c_str());
   } else {
