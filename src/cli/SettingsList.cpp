@@ -23,6 +23,8 @@ const char* NameOf(Foreign foreign) {
       return "lost";
     case Foreign::kKept:
       return "kept";
+    case Foreign::kFactory:
+      return "factory";
   }
   return "";
 }
@@ -46,7 +48,7 @@ ordered_json Json(const Setting& setting) {
   if (!setting.factory.empty()) json["factory"] = setting.factory;
   for (const Choice& choice : setting.choices) json["choices"].push_back(Json(choice));
   for (const std::uint32_t code : setting.shown)
-    json["shown"].push_back(code == kNotShown ? ordered_json() : ordered_json(code));
+    json["shown"].push_back(code == kUnshown ? ordered_json() : ordered_json(code));
   if (setting.state_only) json["state_only"] = true;
   return json;
 }

@@ -9,6 +9,7 @@
 #include "settings/DigitalBlock.h"
 #include "settings/ExpansionBlock.h"
 #include "settings/HatBlock.h"
+#include "settings/JoystickRules.h"
 #include "settings/ScanMatrixBlocks.h"
 #include "settings/TweakBlock.h"
 
@@ -217,7 +218,9 @@ constexpr std::array<Setting, 6> kTweakSettings{
       .factory = kItself},
      {.id = "calibrate",
       .title = "Calibrate",
-      .purpose = "The axis is being calibrated.",
+      .purpose = "Opens the calibration of the axis. The board begins to measure it at once, and "
+                 "keeps the "
+                 "result when it is accepted.",
       .field = tweak::kCalibrate,
       .factory = kOff,
       .state_only = true}}};
@@ -269,7 +272,7 @@ constexpr std::array<Choice, 4> kLineA{{{.text = "None"},
                                         {.text = "GRAY 1X - A", .first = 1},
                                         {.text = "GRAY 2X - A", .first = 2},
                                         {.text = "GRAY 4X - A", .first = 3}}};
-constexpr std::array<Choice, 4> kLineB{{{.text = "None"},
+constexpr std::array<Choice, 4> kLineB{{{.text = "None", .offered = false},
                                         {.text = "GRAY 1X - B", .first = 1, .offered = false},
                                         {.text = "GRAY 2X - B", .first = 2, .offered = false},
                                         {.text = "GRAY 4X - B", .first = 3, .offered = false}}};
@@ -373,10 +376,10 @@ constexpr std::array<Choice, 4> kHat2Modes{{kPovChoice,
                                             {.text = "ORB : Shifter Display", .first = kOrbShifter},
                                             kFalcoChoice}};
 constexpr std::array<Choice, 2> kInputModes{{kPovChoice, kDigitalChoice}};
-constexpr std::array<std::uint32_t, 8> kHat1Shown{kPov,   kDigital, kIncremental, kNotShown,
-                                                  kFalco, kTarn,    kTarn,        kNotShown};
-constexpr std::array<std::uint32_t, 8> kHat2Shown{kPov,   kDigital,  kOrbShifter, kNotShown,
-                                                  kFalco, kNotShown, kNotShown,   kNotShown};
+constexpr std::array<std::uint32_t, 8> kHat1Shown{kPov,   kDigital, kIncremental, kUnshown,
+                                                  kFalco, kTarn,    kTarn,        kUnshown};
+constexpr std::array<std::uint32_t, 8> kHat2Shown{kPov,   kDigital, kOrbShifter, kUnshown,
+                                                  kFalco, kUnshown, kUnshown,    kUnshown};
 
 constexpr std::array<Setting, 2> HatSettings(std::span<const Choice> modes,
                                              std::span<const std::uint32_t> shown) {
@@ -568,23 +571,27 @@ constexpr std::array<Block, 2> kMatrixBlocks{{{.id = "inputs",
 // ---- The pages ----
 
 constexpr Page Analog(std::span<const Block> blocks) {
-  return {"analog", "Analog Channels", blocks};
+  return {"analog", "Analog Channels", blocks, &kAnalogRules};
 }
 constexpr Page kTweakPage{"axis_tweak", "Axis Tweaking", kTweakBlocks};
-constexpr Page Digital(std::span<const Block> blocks) {
-  return {"digital", "Digital Channels", blocks};
+constexpr Page Digital(std::span<const Block> blocks, const Rules* rules) {
+  return {"digital", "Digital Channels", blocks, rules};
 }
-constexpr Page Hat(std::span<const Block> blocks) { return {"hat", "HAT Channels", blocks}; }
+constexpr Page Hat(std::span<const Block> blocks) {
+  return {"hat", "HAT Channels", blocks, &kHatRules};
+}
 constexpr Page Expansion(std::span<const Block> blocks) {
-  return {"expansion", "Expansion Port", blocks};
+  return {"expansion", "Expansion Port", blocks, &kExpansionRules};
 }
 
 // The small controller has the analog inputs only.
-constexpr std::array kJoystickPages{Analog(kAnalogBlocks), kTweakPage, Digital(kDigitalBlocks),
-                                    Hat(kHatBlocks), Expansion(kExpansionBlocks)};
+constexpr std::array kJoystickPages{Analog(kAnalogBlocks), kTweakPage,
+                                    Digital(kDigitalBlocks, &kDigitalRules), Hat(kHatBlocks),
+                                    Expansion(kExpansionBlocks)};
 constexpr std::array kSmallJoystickPages{Analog(std::span(kAnalogBlocks).first(1)), kTweakPage,
-                                         Digital(kSmallDigitalBlocks), Hat(kInputHatBlocks)};
-constexpr std::array kScanMatrixPages{Digital(kMatrixBlocks),
+                                         Digital(kSmallDigitalBlocks, &kDigitalRules),
+                                         Hat(kInputHatBlocks)};
+constexpr std::array kScanMatrixPages{Digital(kMatrixBlocks, &kMatrixInputRules),
                                       Expansion(kScanMatrixExpansionBlocks)};
 
 constexpr bool AreSound(std::span<const Page> pages) {
@@ -599,6 +606,8 @@ static_assert(AreSound(kJoystickPages) && AreSound(kSmallJoystickPages) &&
               AreSound(kScanMatrixPages));
 
 }  // namespace
+
+std::span<const std::string_view> AxisNames() { return kAxisNames; }
 
 std::span<const Page> JoystickPages() { return kJoystickPages; }
 std::span<const Page> SmallJoystickPages() { return kSmallJoystickPages; }

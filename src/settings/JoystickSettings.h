@@ -9,6 +9,9 @@
 // DigitalBlock.h, HatBlock.h, TweakBlock.h, ExpansionBlock.h and ScanMatrixBlocks.h.
 namespace quillon {
 
+// By the code of the axis, 0 (X) to 7 (S2).
+std::span<const std::string_view> AxisNames();
+
 std::span<const Page> JoystickPages();
 std::span<const Page> SmallJoystickPages();
 std::span<const Page> ScanMatrixPages();

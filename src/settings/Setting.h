@@ -2,8 +2,11 @@
 #pragma once
 
 #include <cstdint>
+#include <optional>
 #include <span>
+#include <string>
 #include <string_view>
+#include <vector>
 
 #include "devlink/Products.h"
 #include "settings/Field.h"
@@ -31,6 +34,7 @@ enum class Foreign {
   kShown,    // shown as it is, and kept until it is changed
   kLost,     // not shown: what the page showed before stays, and is stored by the next update
   kKept,     // not shown, but kept until another value is chosen
+  kFactory,  // shown as the factory value, and stored as that by the next update
 };
 
 // One setting of a row.
@@ -46,14 +50,14 @@ struct Setting {
   Foreign foreign = Foreign::kLost;
   // None: the page's defaults leave it alone. One: of every row. Else one a row.
   std::span<const std::uint32_t> factory{};
-  // What is shown for each stored code where that is not the code itself; kNotShown: nothing, as
+  // What is shown for each stored code where that is not the code itself; kUnshown: nothing, as
   // for a foreign value.
   std::span<const std::uint32_t> shown{};
   // The board tells it and is never told: it is sent as 0.
   bool state_only = false;
 };
 
-inline constexpr std::uint32_t kNotShown = 0xFFFFFFFF;
+inline constexpr std::uint32_t kUnshown = 0xFFFFFFFF;
 
 // What the rows are called: the names, else the pattern with %1 for the row's number.
 struct RowNames {
@@ -92,15 +96,48 @@ struct Block {
   std::span<const Table> tables;
 };
 
+// What a page is about. Each block is exchanged once for each of these.
+enum class About { kBoard, kPort, kAllPorts };
+
+struct Rules;  // Sheet.h
+
 struct Page {
   std::string_view id;
   std::string_view title;
   std::span<const Block> blocks;  // in the order in which they are exchanged
+  const Rules* rules = nullptr;   // what its values do to each other, if anything
+  About about = About::kBoard;
 };
 
 // The settings pages of a family, in the order of its tabs; none for a family that has no pages or
 // whose pages are still to come.
 std::span<const Page> PagesOf(BoardFamily family);
+
+// What stands for a code: its choice, offered or not, its number, or "on" and "off" for a switch.
+// Nothing where the setting has choices and none of them is this one.
+std::optional<std::string> TextOf(const Setting& setting, std::uint32_t code);
+
+// One entry of a setting's list.
+struct Offer {
+  std::string text;
+  std::uint32_t code;
+};
+
+// The choices that can be chosen, in the order in which they are listed.
+std::vector<Offer> OffersOf(const Setting& setting);
+
+// What the setting does to the board, its range or choices, and its factory value in `row`, counted
+// from 0, as sentences.
+std::string DescriptionOf(const Setting& setting, std::size_t row);
+
+// The factory value in a row; none where the page's defaults leave the setting alone.
+std::optional<std::uint32_t> FactoryOf(const Setting& setting, std::size_t row);
+
+// What a row is called.
+std::string NameOf(const RowNames& names, std::size_t row);
+
+// The family's page of that name; null where it has none.
+const Page* FindPage(BoardFamily family, std::string_view id);
 
 // Whether the block's tables fit into it, name no bit twice, and every choice, limit and factory
 // value fits its field. For static assertions.
