@@ -58,7 +58,7 @@ bool MeasurePageRefresh(int rounds, HidLibrary& library) {
   BoardLink link(library);
   DetectBoards(library, link.table, KVUSB_TYPE_FIRMWARE);
   NoPrompts prompts;
-  CScanMatrixChannelsPage page({link, prompts});
+  CScanMatrixChannelsPage page({link, prompts}, *FindPage(BoardFamily::kScanMatrix, "digital"));
   auto& grid = *page.findChild<CGridCtrl*>();
   QTableView bare;
   BareTableModel model(kRows, kColumns, &bare);

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "settings/SettingsBlock.h"
+#include "settings/Field.h"
 
 // The two blocks behind the "Analog Channels" page. `_` marks bits that are kept as retrieved.
 //
@@ -35,10 +35,7 @@ inline constexpr std::uint8_t kRead = 0x11;
 inline constexpr std::uint8_t kWrite = 0x0D;
 
 inline constexpr Field kOn{0, 0, 1}, kSpike{0, 1, 1}, kInvert{0, 2, 1}, kFilter{0, 4, 4};
-inline constexpr Field kResolution{1, 0, 4}, kAxisBits{2, 0, 8};
-
-using Block = SettingsBlock<8, 3>;
-static_assert(BitsOf(3, {kOn, kSpike, kInvert, kFilter, kResolution, kAxisBits}) == 0xFF0FF7);
+inline constexpr Field kResolution{1, 0, 4};
 
 }  // namespace analog
 
@@ -48,11 +45,7 @@ inline constexpr std::uint8_t kRead = 0x15;
 inline constexpr std::uint8_t kWrite = 0x16;
 
 inline constexpr Field kOn{0, 0, 1}, kIncremental{0, 1, 1}, kInvert{0, 2, 1};
-inline constexpr Field kResolution{0, 4, 4}, kCentering{1, 0, 5}, kAxisBits{2, 0, 8};
-
-using Block = SettingsBlock<7, 3>;
-static_assert(BitsOf(3, {kOn, kIncremental, kInvert, kResolution, kCentering, kAxisBits}) ==
-              0xFF1FF7);
+inline constexpr Field kResolution{0, 4, 4}, kCentering{1, 0, 5};
 
 }  // namespace encoder
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "settings/SettingsBlock.h"
+#include "settings/Field.h"
 
 // The block behind the "Digital Channels" page of the joystick controllers: 16 records of 3 bytes,
 // one for each input. `_` marks bits that are kept as retrieved.
@@ -28,10 +28,6 @@ inline constexpr std::uint8_t kWrite = 0x0E;
 inline constexpr Field kOn{0, 0, 1}, kMaster{0, 1, 1}, kInvert{0, 2, 1}, kMode{0, 4, 4};
 inline constexpr Field kPulseWidth{1, 0, 8}, kEncoder{2, 0, 4};
 
-using Block = SettingsBlock<16, 3>;
-static_assert(BitsOf(3, {kOn, kMaster, kInvert, kMode, kPulseWidth, kEncoder}) == 0x0FFFF7);
-
 inline constexpr Field kScanMatrix{0, 0, 1};
-using ScanMatrixByte = SettingsBlock<1, 1>;
 
 }  // namespace quillon::digital

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "settings/SettingsBlock.h"
+#include "settings/Field.h"
 
 // The block behind the "Expansion Port" page: one record of 2 bytes.
 //
@@ -19,8 +19,5 @@ inline constexpr std::uint8_t kRead = 0x14;
 inline constexpr std::uint8_t kWrite = 0x10;
 
 inline constexpr Field kActive{0, 0, 1}, kUnused{0, 1, 7}, kModule{1, 0, 8};
-
-using Block = SettingsBlock<1, 2>;
-static_assert(BitsOf(2, {kActive, kUnused, kModule}) == 0xFFFF);
 
 }  // namespace quillon::expansion

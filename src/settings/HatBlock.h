@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "settings/SettingsBlock.h"
+#include "settings/Field.h"
 
 // The block behind the "HAT Channels" page: 2 records of 2 bytes, one for each HAT connector, with
 // the damping of eight output channels of the companion products beside it. `_` marks bits that
@@ -20,19 +20,6 @@ namespace quillon::hat {
 inline constexpr std::uint8_t kRead = 0x13;
 inline constexpr std::uint8_t kWrite = 0x0F;
 
-inline constexpr std::size_t kHats = 2;
-inline constexpr std::size_t kDampedChannels = 8;
-inline constexpr std::size_t kChannelsPerHat = kDampedChannels / kHats;
-
 inline constexpr Field kOn{0, 0, 1}, kMode{0, 1, 3}, kAllDamping{1, 0, 8};
-
-// The damping of channel `channel`, 0 to 7, which stands in record `channel` / kChannelsPerHat.
-constexpr Field Damping(std::size_t channel) {
-  return {1, static_cast<std::uint8_t>(channel % kChannelsPerHat * 2), 2};
-}
-
-using Block = SettingsBlock<kHats, 2>;
-static_assert(BitsOf(2, {kOn, kMode, kAllDamping}) == 0xFF0F);
-static_assert(BitsOf(2, {Damping(0), Damping(1), Damping(2), Damping(3)}) == kAllDamping.Mask());
 
 }  // namespace quillon::hat

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "settings/SettingsBlock.h"
+#include "settings/Field.h"
 
 // The two blocks behind the "Digital Channels" page of the scan matrix controller. Both are ranges
 // of the board's table and travel in chunks. `_` marks bits that are kept as retrieved.
@@ -38,10 +38,6 @@ inline constexpr std::uint8_t kEnd = 0x48;
 
 inline constexpr Field kOn{0, 0, 1}, kInvert{0, 1, 1}, kMaster{0, 2, 1}, kMode{0, 4, 4};
 
-using Block = SettingsBlock<64, 1>;
-static_assert(BitsOf(1, {kOn, kInvert, kMaster, kMode}) == 0xF7);
-static_assert(kEnd - kStart == Block::kSize);
-
 }  // namespace matrix_input
 
 namespace matrix_pair {
@@ -52,10 +48,6 @@ inline constexpr std::uint8_t kStart = 0x48;
 inline constexpr std::uint8_t kEnd = 0xA8;
 
 inline constexpr Field kEncoder{0, 0, 4}, kHold{0, 4, 1}, kPush{1, 0, 8}, kPull{2, 0, 8};
-
-using Block = SettingsBlock<32, 3>;
-static_assert(BitsOf(3, {kEncoder, kHold, kPush, kPull}) == 0xFFFF1F);
-static_assert(kEnd - kStart == Block::kSize);
 
 }  // namespace matrix_pair
 

@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include "settings/SettingsBlock.h"
+#include "settings/Field.h"
 
 // The block behind the "Axis Tweaking" page: 8 records of 4 bytes, one for each axis, X first.
 // `_` marks bits that are kept as retrieved.
@@ -29,10 +29,6 @@ inline constexpr std::uint8_t kWrite = 0x23;
 inline constexpr Field kActive{0, 0, 1}, kCalibrate{0, 1, 1}, kCombine{0, 2, 3};
 inline constexpr Field kTrimMin{1, 0, 8}, kDeadzone{2, 0, 8}, kTrimMax{3, 0, 8};
 
-using Block = SettingsBlock<8, 4>;
-static_assert(BitsOf(4, {kActive, kCalibrate, kCombine, kTrimMin, kDeadzone, kTrimMax}) ==
-              0xFFFFFF1F);
-
 }  // namespace tweak
 
 // The calibration of one axis, held by the board from kBegin to one of the closing commands. Each
@@ -48,12 +44,6 @@ inline constexpr std::uint8_t kBegin = 0x30;   // or read again while it is unde
 inline constexpr std::uint8_t kAccept = 0x31;  // closes and stores what was measured
 inline constexpr std::uint8_t kCancel = 0x32;  // closes and stores nothing
 inline constexpr std::uint8_t kManual = 0x33;  // closes and stores the values given
-
-// Records of the values.
-inline constexpr std::size_t kMin = 0, kCenter = 1, kMax = 2;
-inline constexpr Field kValue{0, 0, 16};
-
-using Values = SettingsBlock<3, 2>;
 
 }  // namespace calibration
 

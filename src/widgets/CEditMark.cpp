@@ -14,12 +14,13 @@ CEditMark::CEditMark(QWidget* control) : QWidget(control) {
   hide();
 }
 
-void CEditMark::setVisible(bool visible) {
-  QWidget::setVisible(visible);
+void CEditMark::SetState(const QString& words) {
+  setVisible(!words.isEmpty());
   QWidget* const control = parentWidget();
-  // Without a description of its own a control is described by its tool tip.
-  control->setAccessibleDescription(visible ? tr("Edited. %1").arg(control->toolTip()).trimmed()
-                                            : QString());
+  const QString tip = control->toolTip();
+  // Without a description of its own a control is described by its tooltip.
+  const bool told = words.isEmpty() || tip.startsWith(words);
+  control->setAccessibleDescription(told ? QString() : QStringLiteral("%1 %2").arg(words, tip));
 }
 
 bool CEditMark::eventFilter(QObject* watched, QEvent* event) {

@@ -5,9 +5,8 @@
 
 namespace quillon {
 
-// The small corner that marks an edited control, as the grid's cells have one. Lies over its
-// control's top right corner, follows its size and lets the mouse through. While it is shown, the
-// control's description says "edited" to screen readers.
+// The small corner that marks a control, as the grid's cells have one. Lies over its control's top
+// right corner, follows its size and lets the mouse through. Hidden at first.
 class CEditMark : public QWidget {
   Q_OBJECT
 
@@ -16,7 +15,9 @@ class CEditMark : public QWidget {
 
   explicit CEditMark(QWidget* control);
 
-  void setVisible(bool visible) override;
+  // Shows the mark; what it means is read out by screen readers before the control's tooltip,
+  // unless that begins with it. Without words the mark is hidden.
+  void SetState(const QString& words);
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

@@ -114,8 +114,8 @@ void CGridCtrl::SetToggleImages(const QIcon& off, const QIcon& on) {
   viewport()->update();
 }
 
-void CGridCtrl::SetColumnToolTip(int column, const QString& text) {
-  model_->SetColumnToolTip(column, text);
+void CGridCtrl::SetToolTips(std::function<QString(int row, int column)> tool_tips) {
+  model_->SetToolTips(std::move(tool_tips));
 }
 
 void CGridCtrl::HighlightRow(int row, QRgb row_colour, QRgb others_colour) {

@@ -64,7 +64,8 @@ class CGridCtrl : public QTableView {
   // The images of ImageToggle cells for the values 0 and 1; without them they look like check
   // boxes.
   void SetToggleImages(const QIcon& off, const QIcon& on);
-  void SetColumnToolTip(int column, const QString& text);
+  // Gives the tooltip of a cell, or of a column's title (row 0), whenever one is wanted.
+  void SetToolTips(std::function<QString(int row, int column)> tool_tips);
 
   // Paints all data cells: those of `row` in one colour, all others in another.
   void HighlightRow(int row, QRgb row_colour, QRgb others_colour);

@@ -189,6 +189,7 @@ QString CellInterface::text(QAccessible::Text kind) const {
     return Model().Words(row_, column_).trimmed();
   }
   if (kind == QAccessible::Description && column_ > 0) {
+    if (!IsTitle()) return Index().data(Qt::ToolTipRole).toString();
     return Model().headerData(column_ - 1, Qt::Horizontal, Qt::ToolTipRole).toString();
   }
   return {};

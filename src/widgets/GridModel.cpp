@@ -11,7 +11,6 @@ void GridModel::Resize(int rows, int columns) {
   rows_ = std::max(rows, 0);
   columns_ = std::max(columns, 0);
   cells_.assign(static_cast<std::size_t>(rows_) * static_cast<std::size_t>(columns_), {});
-  tool_tips_.assign(static_cast<std::size_t>(columns_), {});
   changed_ = {};
   endResetModel();
 }
@@ -31,8 +30,12 @@ GridCell& GridModel::Change(int row, int column) {
   return cells_[At(row, column)];
 }
 
-void GridModel::SetColumnToolTip(int column, const QString& text) {
-  tool_tips_[At(0, column)] = text;
+void GridModel::SetToolTips(std::function<QString(int row, int column)> tool_tips) {
+  tool_tips_ = std::move(tool_tips);
+}
+
+QString GridModel::ToolTip(int row, int column) const {
+  return tool_tips_ ? tool_tips_(row, column) : QString();
 }
 
 void GridModel::Redraw() {
@@ -88,7 +91,7 @@ QVariant GridModel::data(const QModelIndex& index, int role) const {
     case Qt::BackgroundRole:
       return cell.background ? QVariant(QBrush(QColor(*cell.background))) : QVariant();
     case Qt::ToolTipRole:
-      return tool_tips_[At(0, column)];
+      return ToolTip(row, column);
     case Qt::AccessibleTextRole:
       return SpokenName(row, column);
     default:
@@ -108,7 +111,7 @@ QVariant GridModel::headerData(int section, Qt::Orientation orientation, int rol
     case Qt::BackgroundRole:
       return cell.background ? QVariant(QBrush(QColor(*cell.background))) : QVariant();
     case Qt::ToolTipRole:
-      return columns ? tool_tips_[At(0, column)] : QString();
+      return columns ? ToolTip(0, column) : QString();
     case Qt::AccessibleTextRole:
       return cell.text.trimmed();
     default:

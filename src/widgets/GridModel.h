@@ -3,6 +3,7 @@
 
 #include <QAbstractTableModel>
 #include <QRect>
+#include <functional>
 #include <vector>
 
 #include "widgets/GridCell.h"
@@ -27,7 +28,8 @@ class GridModel : public QAbstractTableModel {
   const GridCell& Cell(int row, int column) const { return cells_[At(row, column)]; }
   // The cell to write to; counts as changed.
   GridCell& Change(int row, int column);
-  void SetColumnToolTip(int column, const QString& text);
+  // Asked when a tooltip is shown or read out; a column's title is row 0.
+  void SetToolTips(std::function<QString(int row, int column)> tool_tips);
 
   // Tells the views what changed since the last call: one dataChanged around all data cells, one
   // headerDataChanged per direction for titles, nothing where nothing changed.
@@ -49,11 +51,12 @@ class GridModel : public QAbstractTableModel {
  private:
   std::size_t At(int row, int column) const;
   QString SpokenName(int row, int column) const;
+  QString ToolTip(int row, int column) const;
 
   int rows_ = 0;
   int columns_ = 0;
   std::vector<GridCell> cells_;
-  std::vector<QString> tool_tips_;
+  std::function<QString(int row, int column)> tool_tips_;
   QRect changed_;  // x is the column; titles included
 };
 

@@ -7,6 +7,7 @@
 
 #include "devlink/Products.h"
 #include "pages/common/PageContext.h"
+#include "settings/Setting.h"
 
 namespace quillon {
 
@@ -55,6 +56,15 @@ class CPageSet : public QTabWidget {
 
  protected:
   using Factory = std::function<CSettingsPage*()>;
+
+  // Adds the tab of a settings page if the family has that page, whose title it takes.
+  template <typename PageClass>
+  void AddPage(std::string_view id, const char* icon) {
+    const auto* const page = FindPage(product_.family, id);
+    if (page == nullptr) return;
+    AddPage(icon, QString::fromUtf8(page->title.data(), static_cast<qsizetype>(page->title.size())),
+            [this, page] { return new PageClass(context_, *page); });
+  }
 
   // Adds the next tab. Without a factory it stays disabled, and its tooltip says that it is still
   // to come.

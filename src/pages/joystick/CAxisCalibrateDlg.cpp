@@ -11,7 +11,7 @@
 #include <utility>
 
 #include "pages/common/CNumberBox.h"
-#include "pages/joystick/AxisNames.h"
+#include "settings/JoystickSettings.h"
 #include "settings/TweakBlock.h"
 #include "widgets/ScreenReaderClick.h"
 
@@ -32,7 +32,8 @@ QString Instruction(const QString& axis) {
 
 CAxisCalibrateDlg::CAxisCalibrateDlg(int axis, Exchange exchange, QWidget* parent)
     : QDialog(parent), axis_(axis), exchange_(std::move(exchange)) {
-  const QString name = AxisNames().at(axis);
+  const std::string_view id = AxisNames()[static_cast<std::size_t>(axis)];
+  const QString name = QString::fromUtf8(id.data(), static_cast<qsizetype>(id.size()));
   setWindowTitle(QStringLiteral("%1 Axis Calibrate").arg(name));
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(BuildModes());
@@ -139,11 +140,9 @@ void CAxisCalibrateDlg::Measure() {
   SetManual(false);
   HidPacket packet{};
   if (!Ask(calibration::kBegin, packet)) return;
-  calibration::Values measured;
-  measured.Read(std::span(packet).subspan<kDataByte, calibration::Values::kSize>());
   QString line = QStringLiteral("Min: %1  Cen: %2  Max: %3");
   for (std::size_t i = 0; i < values_.size(); ++i) {
-    const auto value = static_cast<int>(measured.Get(i, calibration::kValue));
+    const int value = packet[kDataByte + 2 * i] | packet[kDataByte + 2 * i + 1] << 8;
     values_[i]->setValue(value);
     line = line.arg(value);
   }
@@ -157,11 +156,11 @@ void CAxisCalibrateDlg::Close(bool accept) {
     status_ = CalibrationStatus::kCancelling;
     Ask(calibration::kCancel, packet);
   } else if (manual_->isChecked()) {
-    calibration::Values given;
     for (std::size_t i = 0; i < values_.size(); ++i) {
-      given.Set(i, calibration::kValue, static_cast<std::uint32_t>(values_[i]->Take()));
+      const int value = values_[i]->Take();
+      packet[kPayloadByte + 1 + 2 * i] = static_cast<std::uint8_t>(value);
+      packet[kPayloadByte + 2 + 2 * i] = static_cast<std::uint8_t>(value >> 8);
     }
-    given.Write(std::span(packet).subspan<kPayloadByte + 1, calibration::Values::kSize>());
     Ask(calibration::kManual, packet);
   } else {
     Ask(calibration::kAccept, packet);

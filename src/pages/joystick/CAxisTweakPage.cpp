@@ -6,156 +6,83 @@
 #include <QComboBox>
 #include <QGridLayout>
 #include <QLabel>
+#include <array>
 
 #include "pages/common/CNumberBox.h"
-#include "pages/common/EditMarks.h"
-#include "pages/common/WheelGuard.h"
-#include "pages/joystick/AxisNames.h"
 #include "pages/joystick/CAxisCalibrateDlg.h"
+#include "settings/AnalogBlocks.h"
 #include "widgets/ScreenReaderClick.h"
 
 namespace quillon {
 namespace {
 
-enum Column { kLabel, kActive, kTrimMin, kDeadzone, kTrimMax, kCombine, kCalibrate, kColumns };
-
-constexpr int kLargestPercent = 100;
-constexpr std::array kPercentFields{tweak::kTrimMin, tweak::kDeadzone, tweak::kTrimMax};
+// By column, from the one behind the labels on.
+constexpr std::array<std::string_view, 6> kSettings{"active",   "trim_min", "deadzone",
+                                                    "trim_max", "combine",  "calibrate"};
 constexpr int kColumnSpacing = 16;
 
-QString Caption(int column) {
-  return std::array{QString(),
-                    QStringLiteral("Active"),
-                    QStringLiteral("Trim Min %"),
-                    QStringLiteral("Deadzone %"),
-                    QStringLiteral("Trim Max %"),
-                    QStringLiteral("Combine"),
-                    QStringLiteral("Calibrate")}[static_cast<std::size_t>(column)];
-}
-
-QString Tip(int column) {
-  switch (column) {
-    case kActive:
-      return QStringLiteral("Switches the axis on in the board. Default: off.");
-    case kTrimMin:
-      return QStringLiteral(
-          "Cuts this much off the lower end of the axis, 0 to 100 %. Default: "
-          "0.");
-    case kDeadzone:
-      return QStringLiteral(
-          "Around the center this much counts as centered, 0 to 100 %. Default: "
-          "0.");
-    case kTrimMax:
-      return QStringLiteral(
-          "Cuts this much off the upper end of the axis, 0 to 100 %. Default: "
-          "0.");
-    case kCombine:
-      return QStringLiteral("The axis that the board combines this one with. Default: itself.");
-    case kCalibrate:
-      return QStringLiteral(
-          "Opens the calibration of the axis. The board begins to measure it at "
-          "once, and keeps the result when it is accepted.");
-    default:
-      return {};
-  }
+QString Text(std::string_view text) {
+  return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
 }
 
 }  // namespace
 
-CAxisTweakPage::CAxisTweakPage(PageContext context, QWidget* parent)
-    : CSettingsPage(context, tr("Axis Channels Tweak"), parent) {
+CAxisTweakPage::CAxisTweakPage(PageContext context, const Page& page, QWidget* parent)
+    : CSettingsPage(context, page, tr("Axis Channels Tweak"), parent) {
   auto* const grid = new QGridLayout;
   grid->setHorizontalSpacing(kColumnSpacing);
-  grid->setColumnStretch(kColumns, 1);
+  grid->setColumnStretch(static_cast<int>(kSettings.size()) + 1, 1);
   Body()->addLayout(grid);
   Body()->addStretch(1);
-  AddCaptions(grid);
-  for (int axis = 0; axis < static_cast<int>(lines_.size()); ++axis) AddLine(grid, axis);
-  CAxisTweakPage::DefaultsRoutine();
-}
-
-void CAxisTweakPage::AddCaptions(QGridLayout* grid) {
-  for (int column = kActive; column < kColumns; ++column) {
-    auto* const caption = new QLabel(Caption(column));
-    caption->setToolTip(Tip(column));
-    grid->addWidget(caption, 0, column, Qt::AlignHCenter);
-  }
+  for (int axis = 0; axis < static_cast<int>(kAxes); ++axis) AddLine(grid, axis);
 }
 
 void CAxisTweakPage::AddLine(QGridLayout* grid, int axis) {
-  const QString name = AxisNames().at(axis);
-  Line& line = lines_[static_cast<std::size_t>(axis)];
-  const auto add = [&](QWidget* control, int column, Qt::Alignment alignment) {
-    control->setAccessibleName(QStringLiteral("%1 axis: %2").arg(name, Caption(column)));
-    control->setToolTip(Tip(column));
-    grid->addWidget(control, axis + 1, column, alignment);
-  };
-  auto* const label = new QLabel(QStringLiteral("%1 Axis :").arg(name));
-  grid->addWidget(label, axis + 1, kLabel, Qt::AlignRight | Qt::AlignVCenter);
-  line.active = new QCheckBox;
-  label->setBuddy(line.active);
-  add(line.active, kActive, Qt::AlignCenter);
-  Marks().Track(line.active);
-  for (std::size_t i = 0; i < line.percents.size(); ++i) {
-    line.percents[i] = new CNumberBox(kLargestPercent);
-    add(line.percents[i], kTrimMin + static_cast<int>(i), {});
-    Marks().Track(line.percents[i]);
-  }
-  line.combine = new QComboBox;
-  line.combine->addItems(AxisNames());
-  GuardFromWheel(line.combine);
-  add(line.combine, kCombine, {});
-  Marks().Track(line.combine);
-  // On Unix a list is read with its label's name, whatever its own name is.
-  auto* const list_name = new QLabel(line.combine->accessibleName(), line.combine->parentWidget());
-  list_name->setBuddy(line.combine);
-  list_name->hide();
-  line.calibrate = new QCheckBox;
-  LetScreenReadersClick(line.calibrate);
-  add(line.calibrate, kCalibrate, Qt::AlignCenter);
-  connect(line.calibrate, &QCheckBox::clicked, this, [this, axis] { Calibrate(axis); });
-}
-
-bool CAxisTweakPage::RetrieveRoutine() {
-  if (!RetrieveBlock(tweak::kRead, block_)) return false;
-  for (std::size_t axis = 0; axis < lines_.size(); ++axis) {
-    const Line& line = lines_[axis];
-    line.active->setChecked(block_.Get(axis, tweak::kActive) != 0);
-    line.calibrate->setChecked(block_.Get(axis, tweak::kCalibrate) != 0);
-    line.combine->setCurrentIndex(static_cast<int>(block_.Get(axis, tweak::kCombine)));
-    for (std::size_t i = 0; i < line.percents.size(); ++i) {
-      line.percents[i]->ShowHeld(static_cast<int>(block_.Get(axis, kPercentFields[i])));
+  auto* const label = new QLabel;
+  grid->addWidget(label, axis + 1, 0, Qt::AlignRight | Qt::AlignVCenter);
+  for (std::size_t i = 0; i < kSettings.size(); ++i) {
+    const int column = static_cast<int>(i) + 1;
+    const Cell cell = *Values().Find("axis", axis + 1, kSettings[i]);
+    const Setting& setting = Values().SettingOf(cell);
+    label->setText(QStringLiteral("%1 Axis :").arg(Text(Values().RowNameOf(cell))));
+    if (axis == 0) {
+      auto* const caption = new QLabel(Text(setting.title));
+      caption->setToolTip(Text(setting.purpose));
+      grid->addWidget(caption, 0, column, Qt::AlignHCenter);
+    }
+    if (setting.field.width == 1) {
+      auto* const box = new QCheckBox;
+      AddControl(grid, cell, box, column);
+      Controls().Bind(box, cell);
+      if (label->buddy() == nullptr) label->setBuddy(box);
+      if (!setting.state_only) continue;
+      LetScreenReadersClick(box);
+      connect(box, &QCheckBox::clicked, this, [=, this] { Calibrate(axis, box); });
+    } else if (setting.choices.empty()) {
+      auto* const number = new CNumberBox(static_cast<int>(setting.most));
+      AddControl(grid, cell, number, column);
+      Controls().Bind(number, cell);
+    } else {
+      auto* const list = new QComboBox;
+      AddControl(grid, cell, list, column);
+      Controls().Bind(list, cell);
+      // On Unix a list is read with its label's name, whatever its own name is.
+      auto* const list_name = new QLabel(list->accessibleName(), list->parentWidget());
+      list_name->setBuddy(list);
+      list_name->hide();
     }
   }
-  return true;
 }
 
-bool CAxisTweakPage::UpdateRoutine() {
-  for (std::size_t axis = 0; axis < lines_.size(); ++axis) {
-    const Line& line = lines_[axis];
-    line.calibrate->setChecked(false);
-    block_.Set(axis, tweak::kActive, line.active->isChecked() ? 1 : 0);
-    block_.Set(axis, tweak::kCalibrate, 0);
-    block_.Set(axis, tweak::kCombine, static_cast<std::uint32_t>(line.combine->currentIndex()));
-    for (std::size_t i = 0; i < line.percents.size(); ++i) {
-      block_.Set(axis, kPercentFields[i], static_cast<std::uint32_t>(line.percents[i]->Take()));
-    }
-  }
-  return UpdateBlock(tweak::kWrite, block_);
+void CAxisTweakPage::AddControl(QGridLayout* grid, Cell cell, QWidget* control, int column) {
+  control->setAccessibleName(
+      QStringLiteral("%1 axis: %2")
+          .arg(Text(Values().RowNameOf(cell)), Text(Values().SettingOf(cell).title)));
+  const bool box = Values().SettingOf(cell).field.width == 1;
+  grid->addWidget(control, Values().LineOf(cell), column, box ? Qt::AlignCenter : Qt::Alignment());
 }
 
-void CAxisTweakPage::DefaultsRoutine() {
-  for (std::size_t axis = 0; axis < lines_.size(); ++axis) {
-    const Line& line = lines_[axis];
-    line.active->setChecked(false);
-    line.calibrate->setChecked(false);
-    for (CNumberBox* const percent : line.percents) percent->setValue(0);
-    line.combine->setCurrentIndex(static_cast<int>(axis));
-  }
-}
-
-void CAxisTweakPage::Calibrate(int axis) {
-  QCheckBox* const box = lines_[static_cast<std::size_t>(axis)].calibrate;
+void CAxisTweakPage::Calibrate(int axis, QCheckBox* box) {
   const auto hold = Context().link.gate.TryEnter();
   if (!hold) {
     box->toggle();  // back: the click does nothing
@@ -164,12 +91,12 @@ void CAxisTweakPage::Calibrate(int axis) {
   CAxisCalibrateDlg dialog(
       axis, [this](HidPacket& packet) { return SendCurrent(packet); }, this);
   const CalibrationStatus status = dialog.Run();
-  box->setChecked(false);
+  Choose(*Values().Find("axis", axis + 1, "calibrate"), 0);
   ReportCalibration(axis, status);
 }
 
 void CAxisTweakPage::ReportCalibration(int axis, CalibrationStatus status) {
-  const QString name = AxisNames().at(axis);
+  const QString name = Text(Values().RowNameOf(*Values().Find("axis", axis + 1, "active")));
   UserPrompts& prompts = Context().prompts;
   if (status == CalibrationStatus::kNotShown) {
     prompts.Message(this, QStringLiteral("Dialog box could not be created!"),

@@ -1,18 +1,13 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-#include <array>
-
 #include "pages/common/CSettingsPage.h"
-#include "settings/TweakBlock.h"
 
 class QCheckBox;
-class QComboBox;
 class QGridLayout;
 
 namespace quillon {
 
-class CNumberBox;
 enum class CalibrationStatus;
 
 // "Axis Tweaking" of the joystick controllers: whether each of the eight axes is active, its trims
@@ -21,30 +16,16 @@ class CAxisTweakPage : public CSettingsPage {
   Q_OBJECT
 
  public:
-  explicit CAxisTweakPage(PageContext context, QWidget* parent = nullptr);
+  CAxisTweakPage(PageContext context, const Page& page, QWidget* parent = nullptr);
 
  protected:
-  bool RetrieveRoutine() override;
-  bool UpdateRoutine() override;
-  void DefaultsRoutine() override;
-
   // Shows how the calibration of an axis ended: the Error lamp, and a message where it failed.
   void ReportCalibration(int axis, CalibrationStatus status);
 
  private:
-  struct Line {
-    QCheckBox* active;
-    std::array<CNumberBox*, 3> percents;  // trim min, dead zone, trim max
-    QComboBox* combine;
-    QCheckBox* calibrate;  // works as a push button
-  };
-
-  void AddCaptions(QGridLayout* grid);
   void AddLine(QGridLayout* grid, int axis);
-  void Calibrate(int axis);
-
-  tweak::Block block_;
-  std::array<Line, tweak::Block::kRecords> lines_{};
+  void AddControl(QGridLayout* grid, Cell cell, QWidget* control, int column);
+  void Calibrate(int axis, QCheckBox* box);
 };
 
 }  // namespace quillon

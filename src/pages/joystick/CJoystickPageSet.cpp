@@ -12,29 +12,15 @@ namespace quillon {
 
 CJoystickPageSet::CJoystickPageSet(PageContext context, BoardFamily family, QWidget* parent)
     : CPageSet(context, family, parent) {
-  const bool full = family == BoardFamily::kJoystick;
+  AddPage<CAnalogChannelsPage>("analog", "tab-analog");
+  AddPage<CAxisTweakPage>("axis_tweak", "tab-axis");
   if (family == BoardFamily::kScanMatrix) {
-    AddPage("tab-digital", tr("Digital Channels"),
-            [context] { return new CScanMatrixChannelsPage(context); });
+    AddPage<CScanMatrixChannelsPage>("digital", "tab-digital");
   } else {
-    AddPage("tab-analog", tr("Analog Channels"), [=] {
-      return new CAnalogChannelsPage(
-          context, full ? AnalogInputs::kWithEncoders : AnalogInputs::kAnalogOnly);
-    });
-    AddPage("tab-axis", tr("Axis Tweaking"), [context] { return new CAxisTweakPage(context); });
-    AddPage("tab-digital", tr("Digital Channels"), [=] {
-      return new CDigitalChannelsPage(context, full ? ScanMatrix::kNone : ScanMatrix::kSwitchable);
-    });
-    AddPage("tab-hat", tr("HAT Channels"), [=] {
-      return new CHatChannelsPage(context, full ? HatUse::kWithOutputs : HatUse::kInputsOnly);
-    });
+    AddPage<CDigitalChannelsPage>("digital", "tab-digital");
   }
-  if (family != BoardFamily::kSmallJoystick) {
-    const auto modules =
-        full ? ExpansionModules::kOfFullController : ExpansionModules::kOfScanMatrix;
-    AddPage("tab-expansion", tr("Expansion Port"),
-            [=] { return new CExpansionPortPage(context, modules); });
-  }
+  AddPage<CHatChannelsPage>("hat", "tab-hat");
+  AddPage<CExpansionPortPage>("expansion", "tab-expansion");
 }
 
 }  // namespace quillon

@@ -2,9 +2,6 @@
 #pragma once
 
 #include "pages/common/CSettingsPage.h"
-#include "pages/common/EncoderPairs.h"
-#include "pages/common/GridRows.h"
-#include "settings/ScanMatrixBlocks.h"
 
 namespace quillon {
 
@@ -14,23 +11,14 @@ class CScanMatrixChannelsPage final : public CSettingsPage {
   Q_OBJECT
 
  public:
-  explicit CScanMatrixChannelsPage(PageContext context, QWidget* parent = nullptr);
+  CScanMatrixChannelsPage(PageContext context, const Page& page, QWidget* parent = nullptr);
 
  protected:
-  bool RetrieveRoutine() override;
-  bool UpdateRoutine() override;
-  void DefaultsRoutine() override;
+  void OnShown() override;
 
  private:
-  void OnClick(int row, int column);
-  bool OnEndEdit(int row, int column);
-
-  CGridCtrl* grid_;
-  matrix_input::Block inputs_;
-  matrix_pair::Block pairs_;
-  GridRows input_rows_;
-  GridRows pair_rows_;  // the odd rows
-  EncoderPairs encoder_pairs_;
+  CSettingsGrid* grid_;
+  int encoder_;
 };
 
 }  // namespace quillon

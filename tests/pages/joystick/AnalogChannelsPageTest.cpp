@@ -39,12 +39,14 @@ constexpr const char* kRetrieve = R"(
   read 0 -> 0 : 15 b5 03 20 fb ff 10 00 10 ff c3 01 00 31 00 08 21 00 00 f7 1f 80 *
 )";
 
-using Fixture = TranscriptGridPage<CAnalogChannelsPage>;
+struct Fixture : TranscriptGridPage<CAnalogChannelsPage> {
+  explicit Fixture(BoardFamily family) : TranscriptGridPage(*FindPage(family, "analog")) {}
+};
 
 }  // namespace
 
 TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
-  Fixture fixture(AnalogInputs::kWithEncoders);
+  Fixture fixture(BoardFamily::kJoystick);
   EXPECT_EQ(OriginOf(fixture.page), "Not retrieved from the board yet.");
   fixture.Press("Retrieve", kRetrieve);
 
@@ -66,7 +68,7 @@ TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
 }
 
 TEST(AnalogChannels, IsNotWidenedByTheNameThatABoardGivesItself) {
-  Fixture fixture(AnalogInputs::kWithEncoders);
+  Fixture fixture(BoardFamily::kJoystick);
   const int width = fixture.page.minimumSizeHint().width();
   std::ranges::fill(fixture.board.link.table.Record(0).product_text, 'W');
   fixture.Press("Retrieve", kRetrieve);
@@ -75,7 +77,7 @@ TEST(AnalogChannels, IsNotWidenedByTheNameThatABoardGivesItself) {
 }
 
 TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis) {
-  Fixture fixture(AnalogInputs::kWithEncoders);
+  Fixture fixture(BoardFamily::kJoystick);
   fixture.Press("Retrieve", kRetrieve);
   fixture.Press("Update", R"(
     write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
@@ -86,7 +88,7 @@ TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis)
 }
 
 TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
-  Fixture fixture(AnalogInputs::kWithEncoders);
+  Fixture fixture(BoardFamily::kJoystick);
 
   fixture.grid.Click(3, kX);
   EXPECT_EQ(fixture.Row(3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
@@ -106,7 +108,7 @@ TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
 }
 
 TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
-  Fixture fixture(AnalogInputs::kWithEncoders);
+  Fixture fixture(BoardFamily::kJoystick);
   const struct {
     int row, column;
     const char* text;
@@ -123,7 +125,7 @@ TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
 }
 
 TEST(AnalogChannels, LoadsDefaults) {
-  Fixture fixture(AnalogInputs::kWithEncoders);
+  Fixture fixture(BoardFamily::kJoystick);
   fixture.Press("Retrieve", kRetrieve);
   fixture.page.LoadDefaults();
   EXPECT_EQ(fixture.Row(1), "Analog 1: ON X 5=5 12 Bits=11");
@@ -133,7 +135,7 @@ TEST(AnalogChannels, LoadsDefaults) {
 }
 
 TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
-  Fixture fixture(AnalogInputs::kAnalogOnly);
+  Fixture fixture(BoardFamily::kSmallJoystick);
   EXPECT_EQ(fixture.grid.Rows(), 9);
   EXPECT_EQ(fixture.grid.Text(0, fixture.grid.Columns() - 1), "Resolution");
   fixture.Press("Retrieve", R"(

@@ -91,7 +91,7 @@ class AxisCalibrate : public ::testing::Test {
  protected:
   TranscriptLibrary library{""};
   PageFixture fixture{library};
-  CAxisTweakPage page{fixture.Context()};
+  CAxisTweakPage page{fixture.Context(), *FindPage(BoardFamily::kJoystick, "axis_tweak")};
 };
 
 }  // namespace
@@ -230,7 +230,7 @@ TEST_F(AxisCalibrate, TellsWhenNoDialogCouldBeShown) {
     using CAxisTweakPage::CAxisTweakPage;
     using CAxisTweakPage::ReportCalibration;
   };
-  Page reporting(fixture.Context());
+  Page reporting(fixture.Context(), *FindPage(BoardFamily::kJoystick, "axis_tweak"));
   fixture.prompts.ExpectMessage("Dialog box could not be created!", "Quillon",
                                 UserPrompts::Icon::kNone);
   reporting.ReportCalibration(0, CalibrationStatus::kNotShown);

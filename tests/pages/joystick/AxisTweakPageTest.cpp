@@ -32,12 +32,16 @@ constexpr const char* kRetrieve = R"(
   # _|combine|calibrate|active, trim min, dead zone, trim max
   read 0 -> 0 : 22 0d 05 0a 64 fe 00 00 00 e3 ff c8 65 00 01 02 03 04 00 00 00 11 64 64 64 b4 00 ff 00 1c 00 00 ff *)";
 
+struct Fixture : TranscriptPage<CAxisTweakPage> {
+  Fixture() : TranscriptPage(*FindPage(BoardFamily::kJoystick, "axis_tweak")) {}
+};
+
 const char* const kAxes[]{"X", "Y", "Z", "Rx", "Ry", "Rz", "S1", "S2"};
 
 }  // namespace
 
 TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
-  TranscriptPage<CAxisTweakPage> fixture;
+  Fixture fixture;
   const auto& page = fixture.page;
   fixture.Press("Retrieve", kRetrieve);
   EXPECT_EQ(LineText(page, "X"), "X: Active 5 10 100 Rx");
@@ -59,7 +63,7 @@ TEST(AxisTweak, ShowsTheBlockAndSendsItBackWithoutLoss) {
 }
 
 TEST(AxisTweak, SendsEveryEditOfAnAxis) {
-  TranscriptPage<CAxisTweakPage> fixture;
+  Fixture fixture;
   const auto& page = fixture.page;
   fixture.Press("Retrieve", kRetrieve);
   Named<QCheckBox>(page, "Y axis: Active").click();
@@ -77,7 +81,7 @@ TEST(AxisTweak, SendsEveryEditOfAnAxis) {
 }
 
 TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
-  TranscriptPage<CAxisTweakPage> fixture;
+  Fixture fixture;
   auto& page = fixture.page;
   page.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&page));
@@ -97,7 +101,7 @@ TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
 }
 
 TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
-  TranscriptPage<CAxisTweakPage> fixture;
+  Fixture fixture;
   const auto& page = fixture.page;
   fixture.Press("Retrieve", kRetrieve);
   fixture.page.LoadDefaults();

@@ -38,12 +38,14 @@ std::string Update(const std::string& payload) {
 
 QCheckBox& ScanMatrixBox(const QWidget& page) { return *page.findChild<QCheckBox*>(); }
 
-using Fixture = TranscriptGridPage<CDigitalChannelsPage>;
+struct Fixture : TranscriptGridPage<CDigitalChannelsPage> {
+  explicit Fixture(BoardFamily family) : TranscriptGridPage(*FindPage(family, "digital")) {}
+};
 
 }  // namespace
 
 TEST(DigitalChannels, ShowsTheBlockAndLeavesCellsWhoseCodesItDoesNotKnow) {
-  Fixture fixture(ScanMatrix::kNone);
+  Fixture fixture(BoardFamily::kJoystick);
   fixture.grid.Enter(9, kMode, "Toggle");
   fixture.grid.Enter(9, kEncoder, "GRAY 1X - A");
   fixture.Press("Retrieve", Retrieve(kHeld));
@@ -69,7 +71,7 @@ TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
   } cases[]{{"01 ", true}, {"ff ", true}, {"00 ", false}, {"fe ", false}};
   for (const auto& c : cases) {
     SCOPED_TRACE(c.held);
-    Fixture fixture(ScanMatrix::kSwitchable);
+    Fixture fixture(BoardFamily::kSmallJoystick);
     QCheckBox& box = ScanMatrixBox(fixture.page);
     fixture.grid.Enter(9, kMode, "Toggle");
     fixture.grid.Enter(9, kEncoder, "GRAY 1X - A");
@@ -86,14 +88,14 @@ TEST(DigitalChannels, SmallControllerHasTheScanMatrixByteInFront) {
 }
 
 TEST(DigitalChannels, FullControllerShowsTheScanMatrixBoxDisabledAndSaysWhy) {
-  Fixture fixture(ScanMatrix::kNone);
+  Fixture fixture(BoardFamily::kJoystick);
   EXPECT_EQ(ScanMatrixBox(fixture.page).text(), "Scan matrix mode.");
   EXPECT_FALSE(ScanMatrixBox(fixture.page).isEnabled());
   EXPECT_FALSE(ScanMatrixBox(fixture.page).toolTip().isEmpty());
 }
 
 TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
-  Fixture fixture(ScanMatrix::kNone);
+  Fixture fixture(BoardFamily::kJoystick);
   fixture.Press("Retrieve", Retrieve(kHeld));
   const auto masters = [&] {
     std::string inputs;
@@ -115,7 +117,7 @@ TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
 }
 
 TEST(DigitalChannels, AppliesThePairRules) {
-  Fixture fixture(ScanMatrix::kNone);
+  Fixture fixture(BoardFamily::kJoystick);
   fixture.grid.Enter(4, kMode, "Rotary");
   EXPECT_EQ(fixture.grid.Text(3, kMode), "Rotary");
   fixture.grid.Enter(3, kMode, "Toggle");
@@ -128,7 +130,7 @@ TEST(DigitalChannels, AppliesThePairRules) {
 }
 
 TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
-  Fixture fixture(ScanMatrix::kNone);
+  Fixture fixture(BoardFamily::kJoystick);
   fixture.page.show();
   ASSERT_TRUE(QTest::qWaitForWindowActive(&fixture.page));
   const auto type = [&](const QString& digits, Qt::Key last = Qt::Key_Return) {
@@ -174,7 +176,7 @@ TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
 }
 
 TEST(DigitalChannels, LoadsDefaultsAndLeavesTheScanMatrixAlone) {
-  Fixture fixture(ScanMatrix::kSwitchable);
+  Fixture fixture(BoardFamily::kSmallJoystick);
   fixture.Press("Retrieve", Retrieve("01 " + std::string(kHeld)));
   fixture.grid.Click(3, kOn);
   fixture.page.LoadDefaults();

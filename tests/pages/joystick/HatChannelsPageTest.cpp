@@ -19,7 +19,8 @@ std::string Update(const std::string& payload) {
 }
 
 struct Fixture : TranscriptGridPage<CHatChannelsPage> {
-  explicit Fixture(HatUse use = HatUse::kWithOutputs) : TranscriptGridPage(use) {}
+  explicit Fixture(BoardFamily family = BoardFamily::kJoystick)
+      : TranscriptGridPage(*FindPage(family, "hat")) {}
 
   CGridCtrl& Damping() { return *page.findChildren<CGridCtrl*>().at(1); }
   std::string Modes() const {
@@ -121,7 +122,7 @@ TEST(HatChannels, HaveAFalcoOnBothOrOnNeither) {
 }
 
 TEST(HatChannels, SmallControllerHasInputsOnlyAndSendsNoDamping) {
-  Fixture fixture(HatUse::kInputsOnly);
+  Fixture fixture(BoardFamily::kSmallJoystick);
   EXPECT_EQ(fixture.page.findChildren<CGridCtrl*>().size(), 1) << "no damping";
   fixture.grid.Enter(1, kMode, "Digital");
   fixture.Press("Retrieve", Retrieve("f0 e4 13 1b"));

@@ -69,7 +69,9 @@ std::string Update() {
          Line("read 0 -> 0 : 18 *", {});
 }
 
-using Fixture = TranscriptGridPage<CScanMatrixChannelsPage>;
+struct Fixture : TranscriptGridPage<CScanMatrixChannelsPage> {
+  Fixture() : TranscriptGridPage(*FindPage(BoardFamily::kScanMatrix, "digital")) {}
+};
 
 }  // namespace
 

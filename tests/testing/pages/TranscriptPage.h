@@ -17,7 +17,7 @@ template <typename Page>
 struct TranscriptPage {
   // What the page takes beside its context.
   template <typename... Arguments>
-  explicit TranscriptPage(Arguments... arguments) : page(board.Context(), arguments...) {}
+  explicit TranscriptPage(const Arguments&... arguments) : page(board.Context(), arguments...) {}
 
   // Presses a button, which leads to these calls and to no error.
   void Press(const char* button, const std::string& calls,
