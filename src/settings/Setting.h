@@ -107,6 +107,11 @@ struct Page {
   std::span<const Block> blocks;  // in the order in which they are exchanged
   const Rules* rules = nullptr;   // what its values do to each other, if anything
   About about = About::kBoard;
+  // Intended: an update counts as done for "Load default settings" once it was answered, whatever
+  // the answer. The Error lamp follows the answer all the same.
+  bool answered_is_done = false;
+  // Intended: an update darkens the Error lamp neither at its start nor when it succeeds.
+  bool update_leaves_lamp = false;
 };
 
 // The settings pages of a family, in the order of its tabs; none for a family that has no pages or

@@ -100,7 +100,7 @@ void CSettingsGrid::ShowCell(int row, int column, Cell cell, bool anew) {
   if (worded && (anew || Value(row, column) != code || Text(row, column).isEmpty()))
     SetText(row, column, Shown(sheet_.TextOf(cell)));
   SetValue(row, column, code);
-  SetMarked(row, column, sheet_.MarkOf(cell) == Mark::kEdited);
+  SetMarked(row, column, sheet_.MarkOf(cell) != Mark::kNone);
 }
 
 bool CSettingsGrid::TakeEntry(int row, int column) {

@@ -33,33 +33,43 @@ CSettingsGrid* CSettingsPage::AddGrid(QBoxLayout* layout, const QString& name,
   return grids_.back();
 }
 
+// Stops at the first exchange that fails; what was exchanged before stays.
+template <typename Transfer>
+CSettingsPage::Outcome CSettingsPage::RunExchanges(const Transfer& transfer) {
+  Outcome outcome;
+  if (context_.link.table.IsEmpty()) return {.done = false, .transported = false};
+  for (std::size_t i = 0; i < sheet_.Exchanges().size() && outcome.done; ++i) {
+    if (Skips(sheet_.Exchanges()[i].port)) continue;
+    const TransferResult result = transfer(i);
+    outcome.done = result.IsDone();
+    outcome.transported = result.IsTransported();
+    outcome.any = outcome.any || result.bytes > 0;
+  }
+  return outcome;
+}
+
 void CSettingsPage::Retrieve() {
   const auto hold = context_.link.gate.TryEnter();
   if (!hold) return;
   ShowError(false);
   ShowBusy(true);
-  ShowError(!RetrieveExchanges());
-  ShowBusy(false);
-}
-
-// Stops at the first exchange that fails; what was read before stays.
-bool CSettingsPage::RetrieveExchanges() {
   auto& [library, table, gate] = context_.link;
-  if (table.IsEmpty()) return false;
-  const auto exchanges = sheet_.Exchanges();
-  for (std::size_t i = 0; i < exchanges.size(); ++i) {
-    std::vector<std::uint8_t> bytes(exchanges[i].block->bytes);
-    const auto result =
-        ReadBlock(library, table.CurrentRecord(), *exchanges[i].block, bytes, exchanges[i].port);
-    if (!result.IsDone()) {
-      if (i > 0) SetOrigin(Origin::kPartlyRetrieved);
-      return false;
-    }
+  const Outcome outcome = RunExchanges([&](std::size_t i) {
+    const auto& [block, port] = sheet_.Exchanges()[i];
+    std::vector<std::uint8_t> bytes(block->bytes);
+    const auto result = ReadBlock(library, table.CurrentRecord(), *block, bytes, port);
+    if (!result.IsDone()) return result;
     sheet_.Retrieved(i, bytes);
     ShowSheet();
+    return result;
+  });
+  if (outcome.done) {
+    SetOrigin(outcome.any ? Origin::kRetrieved : Origin::kNothing);
+  } else {
+    ShowError(true);
+    if (outcome.any) SetOrigin(Origin::kPartlyRetrieved);
   }
-  SetOrigin(Origin::kRetrieved);
-  return true;
+  ShowBusy(false);
 }
 
 void CSettingsPage::Update() {
@@ -67,7 +77,7 @@ void CSettingsPage::Update() {
   if (!hold) return;
   // A number that was refused just now must not look stored.
   if (!FinishEdits()) return;
-  ShowError(false);
+  if (!sheet_.Of().update_leaves_lamp) ShowError(false);
   ShowBusy(true);
   static_cast<void>(StoreOnBoard());
   ShowBusy(false);
@@ -100,19 +110,22 @@ void CSettingsPage::LoadDefaults() {
 bool CSettingsPage::StoreOnBoard() {
   auto& [library, table, gate] = context_.link;
   sheet_.BeginUpdate();
-  bool stored = !table.IsEmpty();
-  const auto exchanges = sheet_.Exchanges();
-  for (std::size_t i = 0; i < exchanges.size() && stored; ++i) {
+  const Outcome outcome = RunExchanges([&](std::size_t i) {
+    const auto& [block, port] = sheet_.Exchanges()[i];
     const auto bytes = sheet_.Outgoing(i);
-    stored =
-        WriteBlock(library, table.CurrentRecord(), *exchanges[i].block, bytes, exchanges[i].port)
-            .IsDone();
-    if (stored) sheet_.Stored(i, bytes, bytes.size());
+    const auto result = WriteBlock(library, table.CurrentRecord(), *block, bytes, port);
+    sheet_.Stored(i, bytes, result.bytes);
+    return result;
+  });
+  if (!outcome.done) {
+    ShowError(true);
+    if (outcome.any) SetOrigin(Origin::kPartlyStored);
+  } else {
+    if (!sheet_.Of().update_leaves_lamp) ShowError(false);
+    SetOrigin(outcome.any ? Origin::kStored : Origin::kNothing);
   }
-  ShowError(!stored);
-  if (stored) SetOrigin(Origin::kStored);
   ShowSheet();
-  return stored;
+  return sheet_.Of().answered_is_done ? outcome.transported : outcome.done;
 }
 
 bool CSettingsPage::TakeEdit(Cell cell, std::uint32_t code) {
@@ -149,12 +162,23 @@ void CSettingsPage::ShowOrigin() {
     case Origin::kPartlyRetrieved:
       line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_label_);
       break;
+    case Origin::kNothing:
+      line = tr("Nothing was exchanged with %1: no node is active.").arg(origin_label_);
+      break;
     case Origin::kStored:
       line = tr("Stored in %1.").arg(origin_label_);
+      break;
+    case Origin::kPartlyStored:
+      line = tr("Stored in part only in %1; it holds the rest as before.").arg(origin_label_);
       break;
   }
   if (origin_ != Origin::kNone && origin_board_ != CurrentBoard(context_.link.table))
     line += QLatin1Char(' ') + tr("That is not the board selected now.");
+  if (const int hidden = sheet_.Hidden(); hidden > 0) {
+    line += QLatin1Char(' ') +
+            (hidden == 1 ? tr("1 value of the board cannot be shown here.")
+                         : tr("%1 values of the board cannot be shown here.").arg(hidden));
+  }
   if (sheet_.AnyEdited()) line += QLatin1Char(' ') + tr("Edited since.");
   ShowLine(line);
 }

@@ -33,7 +33,8 @@ class CSettingsPage : public CPageFrame {
   // What "Load default settings" of the device does with each page: it fills in the defaults
   // without a question ...
   void LoadDefaults();
-  // ... and then does the update. Returns whether that succeeded.
+  // ... and then does the update. Returns whether that succeeded, or, on a page that says so,
+  // whether it was answered at all.
   [[nodiscard]] bool StoreOnBoard();
 
   // Updates the line that says where the page's values come from: from the board that is current
@@ -51,6 +52,8 @@ class CSettingsPage : public CPageFrame {
   void Choose(Cell cell, std::uint32_t code) { static_cast<void>(TakeEdit(cell, code)); }
   // Whether the user's choice can be taken. A page that refuses one says why.
   virtual bool Accepts(Cell /*cell*/, std::uint32_t /*code*/) { return true; }
+  // Whether an exchange with a port is left out, as for a node that is not there.
+  virtual bool Skips(NodePort /*port*/) const { return false; }
   // The sheet has changed, and the controls that show it were filled.
   virtual void OnShown() {}
 
@@ -59,11 +62,17 @@ class CSettingsPage : public CPageFrame {
   [[nodiscard]] bool SendCurrent(std::span<std::uint8_t> packet);
 
  private:
-  // Where the page's values come from. After a retrieve in part, the marks still compare with the
-  // values from before it.
-  enum class Origin { kNone, kRetrieved, kPartlyRetrieved, kStored };
+  // Where the page's values come from.
+  enum class Origin { kNone, kRetrieved, kPartlyRetrieved, kNothing, kStored, kPartlyStored };
+  // What became of the exchanges of a retrieve or an update, which stop at the first that fails.
+  struct Outcome {
+    bool done = true;         // none failed
+    bool transported = true;  // none failed before it was answered
+    bool any = false;         // the board and the page have something in common now
+  };
 
-  bool RetrieveExchanges();
+  template <typename Transfer>
+  Outcome RunExchanges(const Transfer& transfer);
   bool TakeEdit(Cell cell, std::uint32_t code);
   bool FinishEdits();
   void ShowSheet();

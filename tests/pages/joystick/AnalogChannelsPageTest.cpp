@@ -64,7 +64,14 @@ TEST(AnalogChannels, ShowsBothBlocksAndClampsWhatIsOutOfRange) {
   EXPECT_EQ(fixture.Row(15), "INC CH 1: ON S2 Invert 16 Bits=15 Button 31=31");
   EXPECT_FALSE(Lamp(fixture.page, "Error").IsLit());
   EXPECT_FALSE(Lamp(fixture.page, "Busy").IsLit());
-  EXPECT_EQ(OriginOf(fixture.page), "Retrieved from Board : 001.");
+  EXPECT_EQ(OriginOf(fixture.page).toStdString(),
+            "Retrieved from Board : 001. 17 values of the board cannot be shown here.")
+      << "axes of channels that are off";
+  EXPECT_TRUE(fixture.grid.IsMarked(3, kX));
+  EXPECT_TRUE(fixture.grid.IsMarked(2, kFilter)) << "brought inside its range";
+  EXPECT_FALSE(fixture.grid.IsMarked(1, kX));
+  const QModelIndex filter = fixture.grid.model()->index(1, kFilter - 1);
+  EXPECT_TRUE(filter.data(Qt::ToolTipRole).toString().startsWith("The board holds code 15."));
 }
 
 TEST(AnalogChannels, IsNotWidenedByTheNameThatABoardGivesItself) {
