@@ -98,6 +98,11 @@ Reply Board::Handle(Request request) {
   return state_.flash_mode ? HandleFlashMode(request) : HandleDeviceMode(request);
 }
 
+Reply Board::Fail(std::uint8_t status, Request request) {
+  node_bus_.Miss(request);
+  return Plain(status);
+}
+
 void Board::Restart() {
   if (std::exchange(switch_mode_, false)) state_.flash_mode = !state_.flash_mode;
   if (!state_.flash.valid) state_.flash_mode = true;

@@ -93,15 +93,20 @@ Reply NodeBus::Flash(Node& node, Session& session, Request request) const {
   if (function == kErase) {
     node.flash = {};
     node.flash_version = kNoFirmware;
-    session.erased = true;
+    session = {.erased = true};
     reply.busy = erase_time_;
     return reply;
   }
   if (!session.erased) return Plain(kCommandFail);
-  if (function == kRecord) return StoreRecord(node, request);
+  if (function == kRecord) {
+    const Reply stored = StoreRecord(node, request);
+    if (stored.answer[0] != kRecord) session.lacks_record = true;
+    return stored;
+  }
   session.erased = false;
   const auto version = static_cast<std::uint16_t>(request[kStartAt] | request[kEndAt] << 8);
-  if (node.flash.bytes.empty() || version == 0) return Plain(kConfigFail);
+  const bool whole = !node.flash.bytes.empty() && !session.lacks_record;
+  if (!whole || version == 0 || version == kNoFirmware) return Plain(kConfigFail);
   node.flash_version = version;
   return reply;
 }
@@ -132,6 +137,13 @@ Reply NodeBus::Forward(Nodes& nodes, bool flash_mode, Request request) {
     default:
       return flash_mode ? Refuse() : PortSettings(node.memory, request);
   }
+}
+
+void NodeBus::Miss(Request request) {
+  const std::size_t number = request[kNodeAt];
+  if (request[kCommandAt] == kNodeCommand && request[kFunctionAt] == kRecord &&
+      number < sessions_.size())
+    sessions_[number].lacks_record = true;
 }
 
 std::optional<Reply> NodeBus::Handle(Nodes& nodes, bool flash_mode, Request request) {

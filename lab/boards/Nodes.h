@@ -48,13 +48,15 @@ using Nodes = std::array<Node, kNodeCount>;
 //                              before an erase, CRC_FAIL above the 56 bytes that reach the node,
 //                              FLASH_FAIL beyond the flash
 //   1 finish           Flash   makes bytes 2 and 3 (low byte first) the version; CMD_FAIL before an
-//                              erase, CONFIG_FAIL without a record or with version 0
+//                              erase; CONFIG_FAIL without a record, after one that failed, or with
+//                              a version that means none (0, 0xFFFF)
 //   7, 9 address       both    the two steps for a node of an expansion card (4 to 11), in this
 //                              order; else CMD_FAIL
 //   0x25 .. 0x35, 0x14, 0x10   Device  read and write settings; offset, count and length must be
 //                              the ones of a port, a write has byte 5 = 1; else refused
 //
 // A node that is not active answers NODE_FAIL. Flash functions outside Flash Mode are CMD_FAIL.
+// From an erase to a finish that is carried out, a node has no version.
 class NodeBus {
  public:
   NodeBus(bool eeprom, std::size_t flash_bytes, std::chrono::milliseconds erase_time)
@@ -62,12 +64,15 @@ class NodeBus {
 
   // Nothing when the request is no node command.
   std::optional<Reply> Handle(Nodes& nodes, bool flash_mode, Request request);
+  // A request that failed on its way to its node. An image that lacks a record is never finished.
+  void Miss(Request request);
   void Restart() { sessions_ = {}; }
 
  private:
   // What a node forgets at a restart.
   struct Session {
     bool erased = false;
+    bool lacks_record = false;
     bool address_began = false;
   };
 

@@ -1,12 +1,13 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <array>
+
 #include "lab/sim/SimFixture.h"
 
 namespace quillon::sim {
 namespace {
 
-using ::testing::Each;
 using ::testing::ElementsAre;
 
 std::string NodeBoard(const char* mode) {
@@ -65,24 +66,66 @@ TEST(SimNodes, PortSettingsOfBothPortsAreKeptApart) {
   EXPECT_EQ(fixture.TheBoard().State().nodes[0].memory, FactoryNodeMemory()) << "node 1 untouched";
 }
 
+// The status, loader version and flash version of a node.
+Bytes StatusOf(SimFixture& fixture, std::size_t node) {
+  const Bytes answer = fixture.Ask({0, 0, 0, 0, 0x1D}, 64);
+  const auto at = answer.begin() + 2 + static_cast<std::ptrdiff_t>(node) * 5;
+  return {at, at + 5};
+}
+
+constexpr std::uint8_t kSecond = 1;  // the node that is updated
+const Bytes kEraseNode = {0, 0, 0, 0, 0x1C, 0, 8, kSecond};
+const Bytes kNodeRecord = {0, 3, 0x10, 0, 0x1C, 0, 0, kSecond, 0x99, 7, 8, 9};
+const Bytes kFinishNode = {0, 0, 0x31, 0x01, 0x1C, 0, 1, kSecond};
+
 TEST(SimNodes, ANodeUpdateGivesTheNodeTheVersionOfTheFinish) {
   SimFixture fixture(NodeBoard("flash"));
-  EXPECT_THAT(fixture.Ask({0, 3, 0, 0, 0x1C, 0, 0, 1}), ElementsAre(kCommandFail)) << "not erased";
-  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 8, 1}), ElementsAre(8));
-  EXPECT_THAT(fixture.Ask({0, 0, 0x30, 0x01, 0x1C, 0, 1, 1}), ElementsAre(kConfigFail)) << "empty";
-  fixture.Ask({0, 0, 0, 0, 0x1C, 0, 8, 1});
-  EXPECT_THAT(fixture.Ask({0, 3, 0x10, 0, 0x1C, 0, 0, 1, 0x99, 7, 8, 9}), ElementsAre(0));
-  EXPECT_THAT(fixture.Ask({0, 57, 0, 0, 0x1C, 0, 0, 1}), ElementsAre(kCrcFail))
-      << "cut by the packet";
-  EXPECT_THAT(fixture.Ask({0, 56, 201, 0, 0x1C, 0, 0, 1}), ElementsAre(kFlashFail));
-  EXPECT_THAT(fixture.Ask({0, 0, 0x31, 0x01, 0x1C, 0, 1, 1}), ElementsAre(1));
-  EXPECT_THAT(fixture.Ask({0, 3, 0x10, 0, 0x1C, 0, 0, 1}), ElementsAre(kCommandFail)) << "finished";
+  EXPECT_THAT(fixture.Ask(kNodeRecord), ElementsAre(kCommandFail)) << "not erased";
+  EXPECT_THAT(fixture.Ask(kEraseNode), ElementsAre(8));
+  EXPECT_THAT(fixture.Ask(kNodeRecord), ElementsAre(0));
+  EXPECT_THAT(StatusOf(fixture, kSecond), ElementsAre(1, 0x01, 0x00, 0xFF, 0xFF)) << "half way";
+  EXPECT_THAT(fixture.Ask(kFinishNode), ElementsAre(1));
+  EXPECT_THAT(fixture.Ask(kNodeRecord), ElementsAre(kCommandFail)) << "finished";
+  EXPECT_THAT(StatusOf(fixture, kSecond), ElementsAre(1, 0x01, 0x00, 0x01, 0x31));
 
-  const Node& node = fixture.TheBoard().State().nodes[1];
-  EXPECT_EQ(node.flash_version, 0x0131);
+  const Node& node = fixture.TheBoard().State().nodes[kSecond];
   ASSERT_EQ(node.flash.bytes.size(), 0x13U);
   EXPECT_EQ(node.flash.bytes[0x12], 9);
   EXPECT_EQ(fixture.TheBoard().State().nodes[0].flash_version, 0x0130) << "node 1 untouched";
+}
+
+TEST(SimNodes, AnImageThatIsNotWholeIsNeverFinished) {
+  const Bytes cut = {0, 57, 0, 0, 0x1C, 0, 0, 1};
+  const std::array<std::array<Bytes, 3>, 4> cases = {{
+      {kEraseNode, kEraseNode, kFinishNode},  // no record
+      {kNodeRecord, cut, kFinishNode},        // more than a packet carries
+      {Bytes{0, 56, 201, 0, 0x1C, 0, 0, 1}, kNodeRecord, kFinishNode},  // beyond the flash
+      {kNodeRecord, kNodeRecord, Bytes{0, 0, 0, 0, 0x1C, 0, 1, 1}},     // no version
+  }};
+  for (const auto& requests : cases) {
+    SimFixture fixture(NodeBoard("flash"));
+    Bytes answer = fixture.Ask(kEraseNode);
+    for (const Bytes& request : requests) answer = fixture.Ask(request);
+    EXPECT_THAT(answer, ElementsAre(kConfigFail));
+    EXPECT_THAT(StatusOf(fixture, kSecond), ElementsAre(1, 0x01, 0x00, 0xFF, 0xFF));
+  }
+}
+
+TEST(SimNodes, ANodeThatFailsInTheMiddleTakesTheNextUpdate) {
+  for (const std::uint8_t status : Bytes{2, 4, 5, 6, 10, 11, 0}) {
+    const std::string fault = R"("kind": "status", "value": )" + std::to_string(status);
+    SimFixture fixture(NodeBoard("flash") + R"(, "faults": [{"command": "0x1C", "nth": 2,
+                       "function": "0x00", "node": 2, )" +
+                       (status == 0 ? R"("kind": "read_fails")" : fault) + "}]");
+    fixture.Ask(kEraseNode);
+    fixture.Ask(kNodeRecord);
+    EXPECT_EQ(fixture.Ask(kNodeRecord), status == 0 ? Bytes{} : Bytes{status});
+    EXPECT_THAT(StatusOf(fixture, kSecond), ElementsAre(1, 0x01, 0x00, 0xFF, 0xFF));
+    // A record that is only not confirmed has arrived.
+    EXPECT_THAT(fixture.Ask(kFinishNode), ElementsAre(status == 0 ? 1 : kConfigFail));
+    for (const Bytes& request : {kEraseNode, kNodeRecord, kFinishNode}) fixture.Ask(request);
+    EXPECT_THAT(StatusOf(fixture, kSecond), ElementsAre(1, 0x01, 0x00, 0x01, 0x31));
+  }
 }
 
 TEST(SimNodes, RefusesWhatDoesNotFitNodeOrMode) {
