@@ -139,16 +139,55 @@ TEST(SimNodes, RefusesWhatDoesNotFitNodeOrMode) {
   EXPECT_EQ(device.TheBoard().State().nodes[0].flash_version, 0x0130);
 }
 
-TEST(SimNodes, ANodeOfACardIsAddressedInTwoSteps) {
-  SimFixture fixture(NodeBoard("device"));
-  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 9, 11}), ElementsAre(kCommandFail))
-      << "step 2 first";
-  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 7, 0}), ElementsAre(kCommandFail))
-      << "not on a card";
-  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 7, 11}), ElementsAre(7));
-  EXPECT_FALSE(fixture.TheBoard().State().nodes[11].addressed);
-  EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x1C, 0, 9, 11}), ElementsAre(9));
-  EXPECT_TRUE(fixture.TheBoard().State().nodes[11].addressed);
+// Nodes 5 and 6 on card 1, 9 and 10 on card 2.
+std::string CardBoard(const char* cards) {
+  return R"("product": "0x0800", "firmware": "1.10", "nodes": [
+            {"node": 1, "flash": "1.30"}, {"node": 5, "flash": "1.30"},
+            {"node": 6, "flash": "1.30"}, {"node": 9, "flash": "1.30"},
+            {"node": 10, "flash": "1.30"}], "cards": [)" +
+         std::string(cards) + ']';
+}
+
+Bytes NodeFunction(std::uint8_t function, std::uint8_t node) {
+  return {0, 0, 0, 0, 0x1C, 0, function, node};
+}
+Bytes ReadPort(std::uint8_t node) { return {0, 0, 6, 2, 0x1C, 0, 0x25, node, 2}; }
+
+TEST(SimNodes, ANodeOfANewCardAnswersOnceItIsAddressed) {
+  SimFixture fixture(CardBoard(R"({"card": 1, "plugged": false},
+                                  {"card": 2, "addressed": false})"));
+  EXPECT_THAT(StatusOf(fixture, 8), ElementsAre(1, 0x01, 0x00, 0x01, 0x30)) << "but it is seen";
+  EXPECT_THAT(fixture.Ask(ReadPort(8)), ElementsAre(kNodeFail));
+  EXPECT_THAT(fixture.Ask(NodeFunction(9, 8)), ElementsAre(kCommandFail)) << "step 2 first";
+  EXPECT_THAT(fixture.Ask(NodeFunction(7, 8)), ElementsAre(7));
+  EXPECT_THAT(fixture.Ask(ReadPort(8)), ElementsAre(kNodeFail)) << "between the steps";
+  EXPECT_THAT(fixture.Ask(NodeFunction(9, 9)), ElementsAre(kCommandFail)) << "of another node";
+  EXPECT_THAT(fixture.Ask(NodeFunction(9, 8)), ElementsAre(9));
+  EXPECT_THAT(fixture.Ask(ReadPort(8)), ElementsAre(0x25));
+  EXPECT_THAT(fixture.Ask(ReadPort(9)), ElementsAre(kNodeFail)) << "each node by itself";
+  EXPECT_THAT(fixture.Ask(NodeFunction(7, 0)), ElementsAre(kCommandFail)) << "not on a card";
+  EXPECT_THAT(fixture.Ask(NodeFunction(7, 4)), ElementsAre(kNodeFail)) << "not plugged";
+
+  SimFixture both(CardBoard(R"({"card": 2, "addressed": false})"));
+  EXPECT_THAT(both.Ask(NodeFunction(7, 8)), ElementsAre(kCommandFail)) << "another card is there";
+}
+
+TEST(SimNodes, CardsComeAndGoBetweenStatusQueries) {
+  SimFixture fixture(CardBoard(R"({"card": 1, "plugged": false, "moves": [3]},
+                                  {"card": 2, "moves": [1, 2]})"));
+  fixture.Ask({0, 2, 6, 2, 0x1C, 1, 0x26, 8, 0, 0x0D, 0xC0});
+  fixture.Ask(NodeFunction(7, 8));
+  const std::array<Bytes, 4> there = {{{0, 0}, {0, 1}, {1, 1}, {1, 1}}};
+  for (const Bytes& expected : there) {
+    const Bytes status = fixture.Ask({0, 0, 0, 0, 0x1D}, 64);
+    EXPECT_EQ((Bytes{status[2 + 4 * 5], status[2 + 8 * 5]}), expected);
+    EXPECT_THAT(fixture.Ask(NodeFunction(9, 8)),
+                ElementsAre(expected[1] != 0 ? kCommandFail : kNodeFail))
+        << "step 1 is forgotten";
+    EXPECT_THAT(fixture.Ask(ReadPort(4)), ElementsAre(expected[0] != 0 ? 0x25 : kNodeFail));
+    EXPECT_THAT(fixture.Ask(ReadPort(8)), ElementsAre(expected[1] != 0 ? 0x25 : kNodeFail));
+  }
+  EXPECT_THAT(fixture.Ask(ReadPort(8), 3), ElementsAre(0x25, 0x0D, 0xC0)) << "kept on the card";
 }
 
 }  // namespace

@@ -39,6 +39,8 @@ TEST(SimRig, TheDefaultRigShowsWhatCanDiffer) {
 
 TEST(SimRig, BrokenRigsAreToldWithThePlace) {
   const std::string front = R"({"boards": [{"id": "x", "product": "0x0910", "firmware": "2.82")";
+  const std::string nodes = R"({"boards": [{"id": "x", "product": "0x0800", "firmware": "1.10",
+      "nodes": [{"node": 5, "flash": "none", )";
   std::string crowd = R"({"boards": [0)";
   for (int more = 0; more < 256; ++more) crowd += ", 0";
   const std::pair<std::string, const char*> broken[] = {
@@ -75,6 +77,10 @@ TEST(SimRig, BrokenRigsAreToldWithThePlace) {
       {R"({"boards": [{"id": "x", "product": "0x0800", "firmware": "1.10",
            "nodes": [{"node": 13, "flash": "none"}]}]})",
        "A node of Board 1 (x): \"node\""},
+      {nodes + R"("loader": "1.00"}], "cards": [{"card": 2}]}]})", "\"card\" must be one with"},
+      {nodes + R"("loader": "1.00"}], "cards": [{"card": 1}, {"card": 1}]}]})", "another number"},
+      {nodes + R"("loader": "1.00"}], "cards": [{"card": 1, "moves": [0]}]}]})",
+       "A card of Board 1 (x): \"moves\" must be a list of numbers from 1"},
   };
   for (const auto& [text, sentence] : broken) {
     const auto rig = ParseRig(text);
