@@ -27,6 +27,7 @@ BoardState FactoryState(const BoardSpec& spec) {
     node.addressed = spec.nodes[i]->addressed;
     node.loader_version = spec.nodes[i]->loader_version;
     node.flash_version = spec.nodes[i]->flash_version;
+    node.memory = spec.nodes[i]->memory;
   }
   return state;
 }

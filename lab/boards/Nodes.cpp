@@ -12,17 +12,11 @@ constexpr std::size_t kFunctionAt = 6, kNodeAt = 7, kReadCountAt = 8, kDataAt = 
 constexpr std::uint8_t kRecord = 0, kFinish = 1, kErase = 8, kAddressBegin = 7, kAddressEnd = 9;
 constexpr std::size_t kMostRecordBytes = 56;  // a packet ends after them
 
-struct PortBlock {
-  std::uint8_t read, write;
-  std::uint8_t offset;  // of the first port; the second port's follows
-  std::uint8_t bytes;   // of one port
-};
-
 constexpr auto kPortBlocks = std::to_array<PortBlock>({
-    {0x25, 0x26, 6, 2},
-    {0x27, 0x28, 10, 15},
-    {0x34, 0x35, 40, 1},
-    {0x14, 0x10, 42, 10},
+    {"ports", 0x25, 0x26, 6, 2},
+    {"outputs", 0x27, 0x28, 10, 15},
+    {"displays", 0x34, 0x35, 40, 1},
+    {"dacs", 0x14, 0x10, 42, 10},
 });
 
 Reply PortSettings(NodeMemory& memory, Request request) {
@@ -53,14 +47,18 @@ void PutWord(Answer& answer, std::size_t at, std::uint16_t word) {
 
 }  // namespace
 
+std::span<const PortBlock> PortBlocks() { return kPortBlocks; }
+
 NodeMemory FactoryNodeMemory() {
   NodeMemory memory{};
   memory[6] = 0x01;  // first port: on, output, direct
-  memory[8] = 0x1D;  // second port: on, output, SPI mode
+  memory[8] = 0x19;  // second port: on, output, SPI mode
   for (std::size_t i = 10; i < 40; i += 3) memory[i] = 0x01;
   memory[42] = 0x53;  // HI, 16; two bits that nobody edits
   memory[43] = 0x92;  // MID, 16
+  memory[44] = 0x31;  // LO, 32
   memory[52] = 0xE1;  // LO, 24
+  memory[53] = 0x33;  // HI, 32
   return memory;
 }
 

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <optional>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -25,6 +26,16 @@ inline constexpr std::uint16_t kNoFirmware = 0xFFFF;
 using NodeMemory = std::array<std::uint8_t, 62>;
 
 NodeMemory FactoryNodeMemory();
+
+// The settings of one kind, those of the first port before those of the second.
+struct PortBlock {
+  const char* name;
+  std::uint8_t read, write;  // node functions
+  std::uint8_t offset;       // of the first port
+  std::uint8_t bytes;        // of one port
+};
+
+std::span<const PortBlock> PortBlocks();
 
 struct Node {
   bool active = false;

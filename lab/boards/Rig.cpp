@@ -77,6 +77,19 @@ void ReadFirmware(const JsonFields& fields, BoardSpec& board) {
   board.erase = duration("erase_ms", board.erase);
 }
 
+void ReadNodeBlocks(const JsonFields& fields, NodeMemory& memory) {
+  if (!fields.Has("blocks")) return;
+  const JsonFields blocks(fields.Object("blocks"), "\"blocks\" of " + fields.Where());
+  for (const PortBlock& block : PortBlocks()) {
+    if (!blocks.Has(block.name)) continue;
+    const auto bytes = blocks.Bytes(block.name);
+    if (bytes.size() != std::size_t{2} * block.bytes)
+      blocks.Fail(block.name, std::to_string(2 * block.bytes) + " bytes");
+    std::ranges::copy(bytes, memory.begin() + block.offset);
+  }
+  blocks.RejectOthers();
+}
+
 void ReadNodes(const JsonFields& fields, BoardSpec& board) {
   if (!fields.Has("nodes")) return;
   if (FamilyOf(board.product) != Family::kNodes)
@@ -88,6 +101,7 @@ void ReadNodes(const JsonFields& fields, BoardSpec& board) {
     place.emplace();
     if (node.Has("loader")) place->loader_version = node.Version("loader");
     place->flash_version = node.Version("flash", kNoFirmware);
+    ReadNodeBlocks(node, place->memory);
     node.RejectOthers();
   }
 }

@@ -21,6 +21,7 @@ struct NodeSpec {
   std::uint16_t loader_version = 0x0100;
   std::uint16_t flash_version = kNoFirmware;
   bool addressed = true;
+  NodeMemory memory = FactoryNodeMemory();
 };
 
 // A board as the rig lists it.
@@ -71,7 +72,10 @@ struct Rig {
 //     "nodes": [{                 node boards: the active nodes
 //       "node": 1,                1 to 12
 //       "loader": "1.00",         "1.00" without it
-//       "flash": "1.30"           or "none"
+//       "flash": "1.30",          or "none"
+//       "blocks": {               settings other than the factory's, in hexadecimal
+//         "ports": "01 00 19 00"  names and sizes of the two ports as in Nodes.cpp
+//       }
 //     }],
 //     "cards": [{                 node boards: expansion cards that are new, or that come and go
 //       "card": 1,                1 (nodes 5 to 8) or 2 (nodes 9 to 12), one with nodes

@@ -190,5 +190,13 @@ TEST(SimNodes, CardsComeAndGoBetweenStatusQueries) {
   EXPECT_THAT(fixture.Ask(ReadPort(8), 3), ElementsAre(0x25, 0x0D, 0xC0)) << "kept on the card";
 }
 
+TEST(SimNodes, TheRigSaysWhatANodeHolds) {
+  SimFixture fixture(R"("product": "0x0800", "firmware": "1.10", "nodes": [{"node": 1,
+      "flash": "1.30", "blocks": {"ports": "03 00 09 00", "displays": "05 06"}}])");
+  EXPECT_THAT(fixture.Ask({0, 0, 8, 2, 0x1C, 0, 0x25, 0, 2}, 3), ElementsAre(0x25, 9, 0));
+  EXPECT_THAT(fixture.Ask({0, 0, 41, 1, 0x1C, 0, 0x34, 0, 1}, 2), ElementsAre(0x34, 6));
+  EXPECT_THAT(fixture.Ask({0, 0, 42, 10, 0x1C, 0, 0x14, 0, 10}, 2), ElementsAre(0x14, 0x53));
+}
+
 }  // namespace
 }  // namespace quillon::sim

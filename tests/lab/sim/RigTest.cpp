@@ -77,6 +77,8 @@ TEST(SimRig, BrokenRigsAreToldWithThePlace) {
       {R"({"boards": [{"id": "x", "product": "0x0800", "firmware": "1.10",
            "nodes": [{"node": 13, "flash": "none"}]}]})",
        "A node of Board 1 (x): \"node\""},
+      {nodes + R"("blocks": {"ports": "00"}}]}]})", "\"ports\" must be 4 bytes"},
+      {nodes + R"("blocks": {"hat": "00"}}]}]})", "unknown key \"hat\""},
       {nodes + R"("loader": "1.00"}], "cards": [{"card": 2}]}]})", "\"card\" must be one with"},
       {nodes + R"("loader": "1.00"}], "cards": [{"card": 1}, {"card": 1}]}]})", "another number"},
       {nodes + R"("loader": "1.00"}], "cards": [{"card": 1, "moves": [0]}]}]})",
