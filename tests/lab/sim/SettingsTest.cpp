@@ -1,8 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <set>
-
 #include "lab/sim/SimFixture.h"
 
 namespace quillon::sim {
@@ -62,36 +60,6 @@ TEST(SimSettings, FactoryValuesHoldBitsThatNobodyEditsAndTheRigReplacesThem) {
   EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x11}, 10),
               ElementsAre(0x11, 0x59, 0xAB, 0x01, 0x51, 0x5B, 0x02, 0x35, 0x0B, 0x04));
   EXPECT_THAT(fixture.Ask({0, 0, 0, 0, 0x13}, 5), ElementsAre(0x13, 0x0B, 0x12, 0x05, 0x34));
-}
-
-// What a user should see of a block: the numbers that stand at a bit of its records, all of them.
-struct Shown {
-  const char* product;
-  const char* block;
-  unsigned first_bit, record_bits, bits;
-  std::set<unsigned> values;
-};
-
-TEST(SimSettings, FactoryValuesShowEveryModeDecodingAndLevel) {
-  const Shown cases[] = {
-      {"0x0510", "ports", 16, 16, 2, {0, 1, 3}},     // on, inverted
-      {"0x0510", "ports", 20, 16, 4, {0, 1, 2}},     // modes
-      {"0x0510", "ports", 24, 16, 4, {0, 1, 2, 3}},  // decodings
-      {"0x0520", "inputs", 0, 24, 2, {0, 1, 3}},
-      {"0x0520", "inputs", 4, 24, 4, {0, 1, 2, 3, 4}},
-      {"0x0520", "inputs", 8, 24, 8, {0, 1, 5, 7, 30, 255}},  // pulse widths
-      {"0x0520", "inputs", 16, 24, 4, {0, 1, 2, 3}},
-      {"0x1500", "spi", 0, 8, 4, {0, 1, 2, 3}},  // damping
-      {"0x1500", "spi", 4, 8, 1, {0, 1}},        // CS lines
-  };
-  for (const Shown& shown : cases) {
-    SimFixture fixture(Device(shown.product));
-    const auto block = fixture.TheBoard().Block(shown.block);
-    std::set<unsigned> seen;
-    for (std::size_t bit = shown.first_bit; bit < block.size() * 8; bit += shown.record_bits)
-      seen.insert(block[bit / 8] >> bit % 8 & ((1U << shown.bits) - 1));
-    EXPECT_EQ(seen, shown.values) << shown.block << " from bit " << shown.first_bit;
-  }
 }
 
 struct RangedBlock {
