@@ -22,9 +22,12 @@ BoardState FactoryState(const BoardSpec& spec) {
   for (const auto& [name, bytes] : spec.blocks) state.blocks[name] = bytes;
   for (std::size_t i = 0; i < spec.nodes.size(); ++i) {
     if (!spec.nodes[i]) continue;
-    state.nodes[i].active = true;
-    state.nodes[i].loader_version = spec.nodes[i]->loader_version;
-    state.nodes[i].flash_version = spec.nodes[i]->flash_version;
+    Node& node = state.nodes[i];
+    node.active = true;
+    node.addressed = spec.nodes[i]->addressed;
+    node.loader_version = spec.nodes[i]->loader_version;
+    node.flash_version = spec.nodes[i]->flash_version;
+    node.memory = spec.nodes[i]->memory;
   }
   return state;
 }
@@ -34,7 +37,7 @@ Board::Board(BoardSpec spec)
       family_(FamilyOf(spec_.product)),
       state_(FactoryState(spec_)),
       loader_(spec_.flash_bytes, spec_.erase),
-      node_bus_(spec_.eeprom, spec_.flash_bytes, spec_.erase) {}
+      node_bus_(spec_.eeprom, spec_.cards, spec_.flash_bytes, spec_.erase) {}
 
 std::span<std::uint8_t> Board::Block(std::string_view name) {
   const auto found = state_.blocks.find(std::string(name));
@@ -96,6 +99,11 @@ Reply Board::Handle(Request request) {
   if (family_ == Family::kNodes)
     if (auto reply = node_bus_.Handle(state_.nodes, state_.flash_mode, request)) return *reply;
   return state_.flash_mode ? HandleFlashMode(request) : HandleDeviceMode(request);
+}
+
+Reply Board::Fail(std::uint8_t status, Request request) {
+  node_bus_.Miss(request);
+  return Plain(status);
 }
 
 void Board::Restart() {

@@ -52,6 +52,8 @@ class Board {
   std::uint16_t VersionWord() const;  // of the program that runs
 
   Reply Handle(Request request);
+  // Answers with a status and does nothing.
+  Reply Fail(std::uint8_t status, Request request);
 
   // Starts again, in the mode that the last command asked for.
   void Restart();

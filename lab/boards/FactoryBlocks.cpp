@@ -88,7 +88,10 @@ Bytes Ports() {
       0x03, 0x00,  // on, inverted
       0x11, 0x50,  // on, toggle
       0x21, 0x02,  // on, rotary, GRAY 2X
-      0x01, 0x00, 0x00, 0xF0, 0x01, 0x10, 0x00, 0x00,
+      0x01, 0x01,  // on, normal, GRAY 1X
+      0x00, 0xF0,  // off
+      0x13, 0x13,  // on, inverted, toggle, GRAY 4X
+      0x00, 0x00,  // off
   };
 }
 
@@ -100,7 +103,15 @@ Bytes BankInputs() {
                 0x41, 0,    0x01,   // on, rotary, GRAY 1X
                 0x45, 0,    0xF1,   // on, rotary, GRAY 1X
                 0x13, 0,    0x00,   // on, inverted, toggle
-                0x00, 0x07, 0x30},  // off
+                0x00, 0x07, 0x30,   // off
+                0x11, 0,    0x00,   // on, toggle
+                0x23, 255,  0x00,   // on, inverted, pulse of 2550 ms
+                0x41, 0,    0x02,   // on, rotary, GRAY 2X
+                0x41, 0,    0xA2,   // on, rotary, GRAY 2X
+                0x43, 0,    0x03,   // on, inverted, rotary, GRAY 4X
+                0x43, 0,    0x03,   // on, inverted, rotary, GRAY 4X
+                0x30, 1,    0x00,   // off, momentary
+                0x01, 0,    0x00},  // on, normal
                96);
 }
 

@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <set>
+#include <span>
 
 #include "boards/Family.h"
 #include "boards/JsonFields.h"
@@ -16,6 +17,7 @@ constexpr std::size_t kSerialBytes = sizeof(DeviceRecord::serial_number);
 constexpr std::size_t kMostIdBytes = 26;  // what a record has room for
 constexpr std::string_view kSimulated = " (simulated)";
 constexpr std::uint32_t kLongestMs = 60'000;
+constexpr std::uint32_t kMostRequests = 1'000'000;
 
 std::string IdOf(const JsonFields& fields) {
   std::string id = fields.Text("id");
@@ -75,8 +77,20 @@ void ReadFirmware(const JsonFields& fields, BoardSpec& board) {
   board.erase = duration("erase_ms", board.erase);
 }
 
+void ReadNodeBlocks(const JsonFields& fields, NodeMemory& memory) {
+  if (!fields.Has("blocks")) return;
+  const JsonFields blocks(fields.Object("blocks"), "\"blocks\" of " + fields.Where());
+  for (const PortBlock& block : PortBlocks()) {
+    if (!blocks.Has(block.name)) continue;
+    const auto bytes = blocks.Bytes(block.name);
+    if (bytes.size() != std::size_t{2} * block.bytes)
+      blocks.Fail(block.name, std::to_string(2 * block.bytes) + " bytes");
+    std::ranges::copy(bytes, memory.begin() + block.offset);
+  }
+  blocks.RejectOthers();
+}
+
 void ReadNodes(const JsonFields& fields, BoardSpec& board) {
-  board.eeprom = fields.Flag("eeprom", true);
   if (!fields.Has("nodes")) return;
   if (FamilyOf(board.product) != Family::kNodes)
     throw FormatError(fields.Where() + " is no node board but has \"nodes\".");
@@ -87,7 +101,37 @@ void ReadNodes(const JsonFields& fields, BoardSpec& board) {
     place.emplace();
     if (node.Has("loader")) place->loader_version = node.Version("loader");
     place->flash_version = node.Version("flash", kNoFirmware);
+    ReadNodeBlocks(node, place->memory);
     node.RejectOthers();
+  }
+}
+
+std::vector<std::uint32_t> MovesOf(const JsonFields& card) {
+  std::vector<std::uint32_t> moves;
+  for (const auto& query : card.Array("moves")) {
+    if (!query.is_number_unsigned() || query.get<std::uint64_t>() - 1 >= kMostRequests)
+      card.Fail("moves", "a list of numbers from 1 to " + std::to_string(kMostRequests));
+    moves.push_back(query.get<std::uint32_t>());
+  }
+  return moves;
+}
+
+void ReadCards(const JsonFields& fields, BoardSpec& board) {
+  if (!fields.Has("cards")) return;
+  std::set<std::size_t> seen;
+  for (const auto& item : fields.Array("cards")) {
+    const JsonFields given(item, "A card of " + fields.Where());
+    const std::size_t number = given.Number("card", 1, kCardCount);
+    const auto nodes = std::span(board.nodes).subspan(number * kNodesTogether, kNodesTogether);
+    if (std::ranges::none_of(nodes, [](const auto& node) { return node.has_value(); }))
+      given.Fail("card", "one with nodes");
+    if (!seen.insert(number).second) given.Fail("card", "another number than those before");
+    for (auto& node : nodes)
+      if (node) node->addressed = given.Flag("addressed", true);
+    Card& card = board.cards.at(number - 1);
+    card.plugged = given.Flag("plugged", true);
+    if (given.Has("moves")) card.moves = MovesOf(given);
+    given.RejectOthers();
   }
 }
 
@@ -122,7 +166,6 @@ FaultKind KindOf(const JsonFields& fields) {
 
 void ReadFaults(const JsonFields& fields, BoardSpec& board) {
   if (!fields.Has("faults")) return;
-  constexpr std::uint32_t kMost = 1'000'000;
   for (const auto& item : fields.Array("faults")) {
     const JsonFields given(item, "A fault of " + fields.Where());
     Fault fault;
@@ -131,8 +174,8 @@ void ReadFaults(const JsonFields& fields, BoardSpec& board) {
     if (given.Has("command")) fault.command = byte(given.HexNumber("command", 0xFF));
     if (given.Has("function")) fault.function = byte(given.HexNumber("function", 0xFF));
     if (given.Has("node")) fault.node = byte(given.Number("node", 1, kNodeCount) - 1);
-    if (given.Has("nth")) fault.nth = given.Number("nth", 1, kMost);
-    if (given.Has("times")) fault.times = given.Number("times", 0, kMost);
+    if (given.Has("nth")) fault.nth = given.Number("nth", 1, kMostRequests);
+    if (given.Has("times")) fault.times = given.Number("times", 0, kMostRequests);
     if (given.Has("value")) fault.value = byte(given.Number("value", 0, 0xFF));
     given.RejectOthers();
     board.faults.push_back(fault);
@@ -150,7 +193,9 @@ BoardSpec ReadBoard(const nlohmann::json& item, std::size_t number) {
   board.plugged = fields.Flag("plugged", true);
   ReadTexts(fields, board);
   ReadFirmware(fields, board);
+  board.eeprom = fields.Flag("eeprom", true);
   ReadNodes(fields, board);
+  ReadCards(fields, board);
   ReadBlocks(fields, board);
   ReadFaults(fields, board);
   fields.RejectOthers();

@@ -20,6 +20,8 @@ namespace quillon::sim {
 struct NodeSpec {
   std::uint16_t loader_version = 0x0100;
   std::uint16_t flash_version = kNoFirmware;
+  bool addressed = true;
+  NodeMemory memory = FactoryNodeMemory();
 };
 
 // A board as the rig lists it.
@@ -38,6 +40,7 @@ struct BoardSpec {
   std::optional<std::uint16_t> queried;
   bool eeprom = true;
   std::array<std::optional<NodeSpec>, kNodeCount> nodes;
+  Cards cards;
   std::map<std::string, std::vector<std::uint8_t>> blocks;
   std::size_t flash_bytes = 0x10000;
   std::chrono::milliseconds reboot{300};
@@ -69,7 +72,16 @@ struct Rig {
 //     "nodes": [{                 node boards: the active nodes
 //       "node": 1,                1 to 12
 //       "loader": "1.00",         "1.00" without it
-//       "flash": "1.30"           or "none"
+//       "flash": "1.30",          or "none"
+//       "blocks": {               settings other than the factory's, in hexadecimal
+//         "ports": "01 00 19 00"  names and sizes of the two ports as in Nodes.cpp
+//       }
+//     }],
+//     "cards": [{                 node boards: expansion cards that are new, or that come and go
+//       "card": 1,                1 (nodes 5 to 8) or 2 (nodes 9 to 12), one with nodes
+//       "addressed": false,       false: its nodes are new; true without it
+//       "plugged": true,          whether it is plugged at the start, true without it
+//       "moves": [3, 5]           before which status queries it is pulled or plugged, in turn
 //     }],
 //     "blocks": {                 settings other than the factory's, in hexadecimal
 //       "hat": "01 AA 03 55"      names and sizes as in Family.cpp

@@ -20,7 +20,7 @@ constexpr std::size_t kMostBytes = std::size_t{4} << 20;
 
 json NodeJson(const Node& node) {
   return {{"active", node.active},
-          {"addressed", node.addressed},
+          {"new", !node.addressed},
           {"loader", node.loader_version},
           {"flash_version", node.flash_version},
           {"flash", FormatHexBytes(node.flash.bytes)},
@@ -35,7 +35,7 @@ Node ReadNode(const json& item) {
   const JsonFields fields(item, "A node");
   Node node;
   node.active = fields.Flag("active");
-  node.addressed = fields.Flag("addressed");
+  node.addressed = !fields.Flag("new", false);
   node.loader_version = Word(fields, "loader");
   node.flash_version = Word(fields, "flash_version");
   node.flash.bytes = fields.Bytes("flash");

@@ -15,7 +15,7 @@ namespace quillon::sim {
 //
 //   format 1, product, mode, serial, next_serial (if any), queried (if any),
 //   flash {valid, bytes}, blocks {name: bytes}, calibration [[min, center, max] x 8],
-//   nodes [{active, addressed, loader, flash_version, flash, memory} x 12]
+//   nodes [{active, new, loader, flash_version, flash, memory} x 12]
 //
 // with bytes in hexadecimal. A flash update is saved at its erase and at its finish only: what is
 // written in between is not valid, and is lost with the power.

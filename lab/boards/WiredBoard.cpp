@@ -30,7 +30,8 @@ WiredBoard::Outcome WiredBoard::Take(Request request) {
     outcome.delivery = Delivery::kVanished;
     return outcome;
   }
-  const Reply reply = befalls(FaultKind::kStatus) ? Plain(fault->value) : board_.Handle(request);
+  const Reply reply =
+      befalls(FaultKind::kStatus) ? board_.Fail(fault->value, request) : board_.Handle(request);
   if (reply.changed) Keep();
   outcome.answer = reply.answer;
   outcome.busy = reply.busy;

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <set>
 #include <tuple>
 
@@ -37,8 +38,22 @@ TEST(SimRig, TheDefaultRigShowsWhatCanDiffer) {
   EXPECT_TRUE(kinds.contains({0x0910, 0x0271, true})) << "an older image in Flash Mode";
 }
 
+TEST(SimRig, TheFirstNodeBoardShowsEveryModeAndClosesNoPorts) {
+  const Rig rig = DefaultRig();
+  std::set<unsigned> ports;
+  for (const auto& node : std::ranges::find(rig.boards, 0x0800, &BoardSpec::product)->nodes) {
+    if (!node) continue;
+    EXPECT_EQ(node->flash_version >> 4, 0x13) << "an old node would close the page";
+    ports.insert({node->memory[6], node->memory[8]});
+  }
+  for (unsigned mode = 0; mode < 8; ++mode) EXPECT_TRUE(ports.contains(mode << 2 | 1)) << mode;
+  for (const unsigned word : {0x00U, 0x02U, 0x03U}) EXPECT_TRUE(ports.contains(word)) << word;
+}
+
 TEST(SimRig, BrokenRigsAreToldWithThePlace) {
   const std::string front = R"({"boards": [{"id": "x", "product": "0x0910", "firmware": "2.82")";
+  const std::string nodes = R"({"boards": [{"id": "x", "product": "0x0800", "firmware": "1.10",
+      "nodes": [{"node": 5, "flash": "none", )";
   std::string crowd = R"({"boards": [0)";
   for (int more = 0; more < 256; ++more) crowd += ", 0";
   const std::pair<std::string, const char*> broken[] = {
@@ -75,6 +90,12 @@ TEST(SimRig, BrokenRigsAreToldWithThePlace) {
       {R"({"boards": [{"id": "x", "product": "0x0800", "firmware": "1.10",
            "nodes": [{"node": 13, "flash": "none"}]}]})",
        "A node of Board 1 (x): \"node\""},
+      {nodes + R"("blocks": {"ports": "00"}}]}]})", "\"ports\" must be 4 bytes"},
+      {nodes + R"("blocks": {"hat": "00"}}]}]})", "unknown key \"hat\""},
+      {nodes + R"("loader": "1.00"}], "cards": [{"card": 2}]}]})", "\"card\" must be one with"},
+      {nodes + R"("loader": "1.00"}], "cards": [{"card": 1}, {"card": 1}]}]})", "another number"},
+      {nodes + R"("loader": "1.00"}], "cards": [{"card": 1, "moves": [0]}]}]})",
+       "A card of Board 1 (x): \"moves\" must be a list of numbers from 1"},
   };
   for (const auto& [text, sentence] : broken) {
     const auto rig = ParseRig(text);

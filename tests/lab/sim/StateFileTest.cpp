@@ -18,7 +18,7 @@ using ::testing::IsEmpty;
 
 const std::string kNodeBoard =
     R"("product": "0x0800", "firmware": "1.10", "queried": "1.13", "mode": "flash",
-       "nodes": [{"node": 5, "flash": "1.20"}])";
+       "nodes": [{"node": 5, "flash": "1.20"}], "cards": [{"card": 1, "addressed": false}])";
 
 class SimState : public ::testing::Test {
  protected:
@@ -59,6 +59,7 @@ TEST_F(SimState, SettingsSerialAndCalibrationOutliveTheBus) {
 TEST_F(SimState, ModeFlashAndNodesOutliveTheBus) {
   {
     SimFixture fixture(kNodeBoard, Options());
+    for (const std::uint8_t step : Bytes{7, 9}) fixture.Ask({0, 0, 0, 0, 0x1C, 0, step, 4});
     fixture.Ask({0, 0, 0, 0, 0x1C, 0, 8, 4});
     fixture.Ask({0, 1, 0, 0, 0x1C, 0, 0, 4, 0, 0x77});
     fixture.Ask({0, 0, 0x31, 0x01, 0x1C, 0, 1, 4});

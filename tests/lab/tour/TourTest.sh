@@ -43,7 +43,7 @@ RIG
   fail "the tour ended with status $?:"
   cat "$folder/whole.log" "$folder/whole/transcript.txt"
 }
-says whole 'Boards in the tree: 13' '. Choose the joystick controller' \
+says whole 'Boards in the tree: 14' '. Choose the joystick controller' \
   '. Open "Analog Channels"' '. Retrieve the settings' '. Edit cells' \
   'Clicked Analog 1, Invert: on, was off' 'Clicked Analog 5, S2: on, was off' \
   'Picked from the list of Analog 1, Resolution: "10 Bits", was "12 Bits"' '. Update the board' \
