@@ -2,23 +2,18 @@
 #include "pages/common/CDeviceConfigPage.h"
 
 #include <QBoxLayout>
-#include <QCoreApplication>
 #include <QDir>
 #include <QDropEvent>
 #include <QFileInfo>
 #include <QGroupBox>
-#include <QGuiApplication>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
 #include <QRegularExpressionValidator>
-#include <QStyleHints>
 #include <QTimer>
 #include <QUrl>
 #include <array>
-#include <utility>
 
 #include "devlink/DeviceText.h"
 #include "firmware/DeviceReport.h"
@@ -28,6 +23,8 @@
 #include "pages/common/CFlashProgress.h"
 #include "pages/common/CReportText.h"
 #include "pages/common/FirmwareFile.h"
+#include "pages/common/PressGuard.h"
+#include "pages/common/StackRun.h"
 #include "pages/common/Vendor.h"
 
 namespace quillon {
@@ -50,12 +47,12 @@ QString NameOf(const DeviceRecord& board) {
 
 }  // namespace
 
-CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode,
-                                     QWidget* parent, Clock clock)
+CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode, StackRun& run,
+                                     QWidget* parent)
     : QWidget(parent),
       context_(context),
       device_mode_(device_mode),
-      clock_(std::move(clock)),
+      run_(run),
       flash_group_(new CFlashGroup) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(BuildReportGroup(), 3);
@@ -114,24 +111,7 @@ void CDeviceConfigPage::ConnectButtons() {
   on_click(&flash_group_->ExecuteButton(), [this] { OnRestart(RestartButton::kExecute); });
   on_click(&flash_group_->LoadButton(), &CDeviceConfigPage::OnLoadFile);
   on_click(&flash_group_->ProgramButton(), &CDeviceConfigPage::OnProgram);
-  flash_group_->ProgramButton().installEventFilter(this);
-}
-
-CDeviceConfigPage::Clock CDeviceConfigPage::SteadyClock() {
-  return [] {
-    return std::chrono::duration_cast<std::chrono::milliseconds>(
-        std::chrono::steady_clock::now().time_since_epoch());
-  };
-}
-
-// "Program" and "Abort" are one button. The second press of a double click and the repeats of a key
-// that is held mean neither. The events say so themselves, even if an erase or a detection kept
-// them waiting.
-bool CDeviceConfigPage::eventFilter(QObject* watched, QEvent* event) {
-  const bool repeated =
-      event->type() == QEvent::MouseButtonDblClick ||
-      (event->type() == QEvent::KeyPress && static_cast<const QKeyEvent*>(event)->isAutoRepeat());
-  return repeated || QWidget::eventFilter(watched, event);
+  GuardFromRepeats(&flash_group_->ProgramButton());
 }
 
 void CDeviceConfigPage::ShowDeviceInfo() {
@@ -299,36 +279,20 @@ void CDeviceConfigPage::dropEvent(QDropEvent* event) {
 }
 
 void CDeviceConfigPage::OnProgram() {
-  if (running_) return AbortRun();
-  if (JustAborted()) return;
-  {
-    const auto hold = context_.link.gate.TryEnter();
-    if (!hold || context_.link.table.IsEmpty()) return;
-    running_ = true;
-    abort_requested_ = false;
+  if (run_.IsUnderWay()) return run_.StopItem();
+  if (context_.link.table.IsEmpty()) return;
+  const auto program = [this] {
     SetMoment(FlashMoment::kRunning);
-    Q_EMIT RunStarted();
     // The erase keeps the event loop waiting.
     window()->repaint();
     RunFlashUpdate();
-    abort_requested_ = true;
-    running_ = false;
-  }
-  Q_EMIT RunEnded();
+  };
+  run_.Run(program, [this] { OnAbort(); });
 }
 
-void CDeviceConfigPage::AbortRun() {
-  if (abort_requested_) return;
-  abort_requested_ = true;
-  aborted_at_ = clock_();
-  SetMoment(FlashMoment::kStopped);
-}
-
-// A press so soon after "Abort", with whatever key or button, still means "Abort".
-bool CDeviceConfigPage::JustAborted() const {
-  const std::chrono::milliseconds interval(
-      QGuiApplication::styleHints()->mouseDoubleClickInterval());
-  return aborted_at_ && clock_() - *aborted_at_ < interval;
+// The wish may come while the run's last message is open. After a success there is nothing to stop.
+void CDeviceConfigPage::OnAbort() {
+  if (state_.moment == FlashMoment::kRunning) SetMoment(FlashMoment::kStopped);
 }
 
 void CDeviceConfigPage::RunFlashUpdate() {
@@ -358,7 +322,6 @@ void CDeviceConfigPage::ShowWrongDevice() {
 }
 
 void CDeviceConfigPage::ShowCompleted() {
-  abort_requested_ = true;
   state_.file_programmed = true;
   SetMoment(FlashMoment::kCompleted);
   context_.prompts.Message(
@@ -374,7 +337,6 @@ void CDeviceConfigPage::ShowStopped(bool failed) {
     context_.prompts.Message(this, QStringLiteral("Flash update failed!"),
                              QStringLiteral("Flash Update Fail"), Icon::kExclamation);
   }
-  abort_requested_ = true;
   SetMoment(FlashMoment::kStopped);
 }
 
@@ -387,6 +349,8 @@ void CDeviceConfigPage::OnProgressRange(int records) { flash_group_->Progress().
 
 void CDeviceConfigPage::OnProgress(int position) { flash_group_->Progress().Advance(position); }
 
-void CDeviceConfigPage::Pump() { QCoreApplication::processEvents(); }
+bool CDeviceConfigPage::AbortRequested() { return run_.IsToStop(); }
+
+void CDeviceConfigPage::Pump() { run_.TurnEventLoop(); }
 
 }  // namespace quillon

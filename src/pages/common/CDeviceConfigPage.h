@@ -2,8 +2,6 @@
 #pragma once
 
 #include <QWidget>
-#include <chrono>
-#include <functional>
 #include <optional>
 
 #include "devlink/BoardIdentity.h"
@@ -21,51 +19,39 @@ namespace quillon {
 
 class CFlashGroup;
 class CReportText;
+class StackRun;
 
 // The first tab of every family: the report on the board, its serial number and restart (the Device
 // Configuration group), and its firmware (the Flash Update group). The page keeps the loaded file
 // until another one is loaded, whatever becomes of the board or the run.
 //
-// A flash update runs on the stack of the click on "Program" and turns the event loop after each
-// record, which lets "Abort" through. It holds the gate from its start to its end, so that no other
-// handler starts an exchange in between, whichever buttons are enabled.
+// A flash update is a run of one item, which turns the event loop after each record.
 class CDeviceConfigPage : public QWidget, private FlashObserver {
   Q_OBJECT
 
  public:
-  // Time since some moment; never goes back.
-  using Clock = std::function<std::chrono::milliseconds()>;
-
-  // `device_mode` is the device type that counts as Device Mode in the family.
-  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent,
-                    Clock clock = SteadyClock());
+  // `device_mode` is the device type that counts as Device Mode in the family; `run` is for the
+  // flash updates.
+  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, StackRun& run,
+                    QWidget* parent = nullptr);
 
   // Rebuilds the report on the current board and enables the page's controls accordingly; without
   // boards, shows the empty form. Shows a message when the firmware is newer than this program
   // knows.
   void ShowDeviceInfo();
 
-  // Stops a run before its next record, as the "Abort" button does. Does nothing without a run.
-  void AbortRun();
-
  Q_SIGNALS:
   // What the other tabs of the family depend on. Not sent without boards.
   void BoardReported(bool flash_mode_active, bool firmware_suits);
   // The "Refresh" button: close all boards and detect them again.
   void RefreshRequested();
-  // Around a flash update. RunEnded() comes however the update ends.
-  void RunStarted();
-  void RunEnded();
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
-  static Clock SteadyClock();
-
   QWidget* BuildReportGroup();
   QWidget* BuildSerialRow();
   void ConnectButtons();
@@ -83,7 +69,7 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void UnloadFile();
   void LoadFile(const QString& path);
   void OnProgram();
-  bool JustAborted() const;
+  void OnAbort();
   void RunFlashUpdate();
   void ShowWrongDevice();
   void ShowCompleted();
@@ -92,19 +78,16 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void OnText(std::string_view text) override;
   void OnProgressRange(int records) override;
   void OnProgress(int position) override;
-  bool AbortRequested() override { return abort_requested_; }
+  bool AbortRequested() override;
   void Pump() override;
 
   PageContext context_;
   std::uint32_t device_mode_;
+  StackRun& run_;
   FlashPageState state_;
   KvxImage image_;
   BoardIdentity run_board_;  // what the last run was about
   QString run_name_;
-  Clock clock_;
-  std::optional<std::chrono::milliseconds> aborted_at_;
-  bool running_ = false;         // a run is on the stack
-  bool abort_requested_ = true;  // also while there is nothing to abort
   CReportText* report_ = nullptr;
   QPushButton* refresh_button_ = nullptr;
   QPushButton* flash_button_ = nullptr;
