@@ -5,20 +5,14 @@
 #include <QDir>
 #include <QDropEvent>
 #include <QFileInfo>
-#include <QGroupBox>
-#include <QLabel>
-#include <QLineEdit>
 #include <QMimeData>
 #include <QPushButton>
-#include <QRegularExpressionValidator>
 #include <QTimer>
 #include <QUrl>
-#include <array>
+#include <utility>
 
 #include "devlink/DeviceText.h"
-#include "firmware/DeviceReport.h"
-#include "firmware/SerialNumber.h"
-#include "pages/common/ButtonColumn.h"
+#include "pages/common/CDeviceConfigGroup.h"
 #include "pages/common/CFlashGroup.h"
 #include "pages/common/CFlashProgress.h"
 #include "pages/common/CReportText.h"
@@ -51,91 +45,43 @@ CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_m
                                      QWidget* parent)
     : QWidget(parent),
       context_(context),
-      device_mode_(device_mode),
       run_(run),
+      device_group_(new CDeviceConfigGroup(context, device_mode)),
       flash_group_(new CFlashGroup) {
   auto* const layout = new QVBoxLayout(this);
-  layout->addWidget(BuildReportGroup(), 3);
+  layout->addWidget(device_group_, 3);
   layout->addWidget(flash_group_, 2);
   setAcceptDrops(true);
   ConnectButtons();
   ShowControls();
 }
 
-QWidget* CDeviceConfigPage::BuildReportGroup() {
-  auto* const group = new QGroupBox(tr("Device Configuration"));
-  auto* const layout = new QHBoxLayout(group);
-  report_ = new CReportText(tr("Report on the board"));
-  layout->addWidget(report_, 1);
-  auto* const column = AddButtonColumn(layout);
-  refresh_button_ = AddButton(column, tr("Refresh"));
-  flash_button_ = AddButton(column, tr("Flash"));
-  device_button_ = AddButton(column, tr("Device"));
-  column->addStretch(1);
-  column->addWidget(BuildSerialRow());
-  reboot_button_ = AddButton(column, tr("Reboot"));
-  return group;
-}
-
-QWidget* CDeviceConfigPage::BuildSerialRow() {
-  auto* const box = new QWidget;
-  auto* const layout = new QVBoxLayout(box);
-  layout->setContentsMargins(0, 0, 0, 0);
-  auto* const label = new QLabel(tr("Serial number"));
-  layout->addWidget(label);
-  auto* const row = new QHBoxLayout;
-  layout->addLayout(row);
-  serial_box_ = new QLineEdit;
-  serial_box_->setMaxLength(static_cast<int>(kSerialDigits));
-  serial_box_->setValidator(
-      new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[0-9]*")), serial_box_));
-  serial_box_->setMaximumWidth(fontMetrics().horizontalAdvance(QStringLiteral("0000000")));
-  serial_box_->setAccessibleName(tr("Serial number"));
-  // Files dropped here are meant for the page.
-  serial_box_->setAcceptDrops(false);
-  label->setBuddy(serial_box_);
-  row->addWidget(serial_box_);
-  set_button_ = AddButton(row, tr("Set"));
-  return box;
-}
-
 void CDeviceConfigPage::ConnectButtons() {
   const auto on_click = [this](QPushButton* button, auto handler) {
     connect(button, &QPushButton::clicked, this, handler);
   };
-  on_click(refresh_button_, &CDeviceConfigPage::RefreshRequested);
-  on_click(flash_button_, [this] { OnRestart(RestartButton::kFlash); });
-  on_click(device_button_, [this] { OnRestart(RestartButton::kDevice); });
-  on_click(reboot_button_, [this] { OnRestart(RestartButton::kReboot); });
-  on_click(set_button_, &CDeviceConfigPage::OnSetSerial);
-  on_click(&flash_group_->ExecuteButton(), [this] { OnRestart(RestartButton::kExecute); });
+  connect(device_group_, &CDeviceConfigGroup::RefreshRequested, this,
+          &CDeviceConfigPage::RefreshRequested);
+  on_click(&flash_group_->ExecuteButton(),
+           [this] { device_group_->Restart(RestartButton::kExecute); });
   on_click(&flash_group_->LoadButton(), &CDeviceConfigPage::OnLoadFile);
   on_click(&flash_group_->ProgramButton(), &CDeviceConfigPage::OnProgram);
   GuardFromRepeats(&flash_group_->ProgramButton());
 }
 
 void CDeviceConfigPage::ShowDeviceInfo() {
-  const DeviceTable& table = context_.link.table;
+  const auto report = device_group_->ShowBoard();
   flash_group_->Progress().Reset();
-  state_.device_present = !table.IsEmpty();
+  state_.device_present = report.has_value();
   state_.reported_without_file = !state_.file_loaded;
-  if (table.IsEmpty()) {
-    report_->setPlainText(QString::fromStdString(EmptyDeviceReport()));
-    serial_box_->clear();
-    SetMoment(FlashMoment::kReported);
-    return;
-  }
-  const DeviceReport report =
-      ReportOnDevice(table.CurrentRecord(), table.CurrentType(), device_mode_);
-  const bool too_new = report.fit == FirmwareFit::kTooNew;
-  report_->setPlainText(QString::fromStdString(report.text));
-  serial_box_->setText(QString::fromStdString(report.serial_number));
-  state_.flash_mode_active = report.flash_mode_active;
-  state_.firmware_present = report.firmware_present;
-  state_.newer_node_system =
-      too_new && FamilyOf(table.CurrentRecord().product_id) == BoardFamily::kNodeSystem;
+  if (!report) return SetMoment(FlashMoment::kReported);
+  const bool too_new = report->fit == FirmwareFit::kTooNew;
+  const std::uint16_t product_id = context_.link.table.CurrentRecord().product_id;
+  state_.flash_mode_active = report->flash_mode_active;
+  state_.firmware_present = report->firmware_present;
+  state_.newer_node_system = too_new && FamilyOf(product_id) == BoardFamily::kNodeSystem;
   SetMoment(FlashMoment::kReported);
-  Q_EMIT BoardReported(report.flash_mode_active, report.pages_enabled);
+  Q_EMIT BoardReported(report->flash_mode_active, report->pages_enabled);
   if (too_new) {
     context_.prompts.Message(this, IncompatibleText(),
                              QStringLiteral("Incompatible Version Detected"), Icon::kExclamation);
@@ -158,24 +104,14 @@ FlashBoards CDeviceConfigPage::Boards() const {
 }
 
 void CDeviceConfigPage::ShowControls() {
-  // By FlashControl.
-  const std::array<QWidget*, kFlashControls> widgets{refresh_button_,
-                                                     flash_button_,
-                                                     device_button_,
-                                                     serial_box_,
-                                                     set_button_,
-                                                     reboot_button_,
-                                                     &flash_group_->ProgramButton(),
-                                                     &flash_group_->ExecuteButton(),
-                                                     &flash_group_->LoadButton()};
-  const FlashControls controls = FlashControlsFor(state_);
   const FlashBoards boards = Boards();
-  for (std::size_t i = 0; i < widgets.size(); ++i) {
-    const auto control = static_cast<FlashControl>(i);
-    const bool enabled = controls.Has(control);
-    widgets[i]->setEnabled(enabled);
-    widgets[i]->setToolTip(FlashTip(control, enabled, state_, boards));
-  }
+  device_group_->ShowControls(state_, boards);
+  const std::pair<FlashControl, QWidget*> controls[]{
+      {FlashControl::kProgram, &flash_group_->ProgramButton()},
+      {FlashControl::kExecute, &flash_group_->ExecuteButton()},
+      {FlashControl::kLoad, &flash_group_->LoadButton()},
+  };
+  for (const auto& [control, widget] : controls) ShowControl(*widget, control, state_, boards);
   flash_group_->ProgramButton().setText(state_.moment == FlashMoment::kRunning ? tr("Abort")
                                                                                : tr("Program"));
 }
@@ -183,41 +119,6 @@ void CDeviceConfigPage::ShowControls() {
 void CDeviceConfigPage::showEvent(QShowEvent* event) {
   ShowControls();
   QWidget::showEvent(event);
-}
-
-void CDeviceConfigPage::OnSetSerial() {
-  auto& [library, table, gate] = context_.link;
-  const auto hold = gate.TryEnter();
-  if (!hold || table.IsEmpty()) return;
-  const auto say = [this](const QString& text, const QString& caption, Icon icon) {
-    context_.prompts.Message(this, text, caption, icon);
-  };
-  switch (SetSerial(library, table.CurrentRecord(), serial_box_->text().toStdString())) {
-    case SerialResult::kInvalid:
-      say(QStringLiteral("Please enter a valid 3 digit serial number."),
-          QStringLiteral("Invalid Serial Number"), Icon::kExclamation);
-      break;
-    case SerialResult::kRefused:
-      say(QStringLiteral("Set serial command failed!"), QStringLiteral("Command Failed"),
-          Icon::kExclamation);
-      break;
-    case SerialResult::kSet:
-      say(QStringLiteral("New device serial number successfully set.\r\n\r\n"
-                         "Click on the REBOOT button to initialise\r\n"
-                         "device with new serial number."),
-          QStringLiteral("Serial Number"), Icon::kInformation);
-      break;
-  }
-}
-
-// The board leaves the bus; its notifications bring the new report.
-void CDeviceConfigPage::OnRestart(RestartButton button) {
-  auto& [library, table, gate] = context_.link;
-  const auto hold = gate.TryEnter();
-  if (!hold || table.IsEmpty()) return;
-  DeviceRecord& board = table.CurrentRecord();
-  SendRestart(library, board,
-              RestartCommand(button, table.CurrentType(), ProductOf(board.product_id)));
 }
 
 void CDeviceConfigPage::OnLoadFile() {

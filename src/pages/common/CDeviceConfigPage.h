@@ -6,19 +6,16 @@
 
 #include "devlink/BoardIdentity.h"
 #include "firmware/FlashUpdate.h"
-#include "firmware/RestartCommand.h"
 #include "pages/common/FlashControls.h"
 #include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
 
-class QLineEdit;
 class QMimeData;
-class QPushButton;
 
 namespace quillon {
 
+class CDeviceConfigGroup;
 class CFlashGroup;
-class CReportText;
 class StackRun;
 
 // The first tab of every family: the report on the board, its serial number and restart (the Device
@@ -52,8 +49,6 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  QWidget* BuildReportGroup();
-  QWidget* BuildSerialRow();
   void ConnectButtons();
 
   // Enables the controls as the state says, with tool tips that say why.
@@ -61,8 +56,6 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void SetMoment(FlashMoment moment);
   FlashBoards Boards() const;
 
-  void OnSetSerial();
-  void OnRestart(RestartButton button);
   void OnLoadFile();
   void LoadDropped(const QString& path);
   std::optional<QString> DroppedFile(const QMimeData* dropped) const;
@@ -82,20 +75,13 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void Pump() override;
 
   PageContext context_;
-  std::uint32_t device_mode_;
   StackRun& run_;
   FlashPageState state_;
   KvxImage image_;
   BoardIdentity run_board_;  // what the last run was about
   QString run_name_;
-  CReportText* report_ = nullptr;
-  QPushButton* refresh_button_ = nullptr;
-  QPushButton* flash_button_ = nullptr;
-  QPushButton* device_button_ = nullptr;
-  QLineEdit* serial_box_ = nullptr;
-  QPushButton* set_button_ = nullptr;
-  QPushButton* reboot_button_ = nullptr;
-  CFlashGroup* flash_group_ = nullptr;
+  CDeviceConfigGroup* device_group_;
+  CFlashGroup* flash_group_;
 };
 
 }  // namespace quillon
