@@ -2,15 +2,9 @@
 #pragma once
 
 #include <QWidget>
-#include <optional>
+#include <cstdint>
 
-#include "devlink/BoardIdentity.h"
-#include "firmware/FlashUpdate.h"
-#include "pages/common/FlashControls.h"
-#include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
-
-class QMimeData;
 
 namespace quillon {
 
@@ -19,11 +13,9 @@ class CFlashGroup;
 class StackRun;
 
 // The first tab of every family: the report on the board, its serial number and restart (the Device
-// Configuration group), and its firmware (the Flash Update group). The page keeps the loaded file
-// until another one is loaded, whatever becomes of the board or the run.
-//
-// A flash update is a run of one item, which turns the event loop after each record.
-class CDeviceConfigPage : public QWidget, private FlashObserver {
+// Configuration group), and its firmware (the Flash Update group). What one group needs to know of
+// the other passes through here.
+class CDeviceConfigPage : public QWidget {
   Q_OBJECT
 
  public:
@@ -49,37 +41,9 @@ class CDeviceConfigPage : public QWidget, private FlashObserver {
   void dropEvent(QDropEvent* event) override;
 
  private:
-  void ConnectButtons();
-
-  // Enables the controls as the state says, with tool tips that say why.
   void ShowControls();
-  void SetMoment(FlashMoment moment);
-  FlashBoards Boards() const;
-
-  void OnLoadFile();
-  void LoadDropped(const QString& path);
-  std::optional<QString> DroppedFile(const QMimeData* dropped) const;
-  void UnloadFile();
-  void LoadFile(const QString& path);
-  void OnProgram();
-  void OnAbort();
-  void RunFlashUpdate();
-  void ShowWrongDevice();
-  void ShowCompleted();
-  void ShowStopped(bool failed);
-
-  void OnText(std::string_view text) override;
-  void OnProgressRange(int records) override;
-  void OnProgress(int position) override;
-  bool AbortRequested() override;
-  void Pump() override;
 
   PageContext context_;
-  StackRun& run_;
-  FlashPageState state_;
-  KvxImage image_;
-  BoardIdentity run_board_;  // what the last run was about
-  QString run_name_;
   CDeviceConfigGroup* device_group_;
   CFlashGroup* flash_group_;
 };
