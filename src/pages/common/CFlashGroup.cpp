@@ -48,7 +48,7 @@ CFlashGroup::CFlashGroup(PageContext context, StackRun& run, QWidget* parent)
   connect(execute_button_, &QPushButton::clicked, this, &CFlashGroup::ExecuteRequested);
   connect(load_button_, &QPushButton::clicked, this, &CFlashGroup::OnLoadFile);
   GuardFromRepeats(program_button_);
-  progress_->ShowLoaded(tr("No file is loaded."));
+  UnloadFile();
 }
 
 void CFlashGroup::TakeReport(const std::optional<DeviceReport>& report) {
