@@ -2,117 +2,50 @@
 #pragma once
 
 #include <QWidget>
-#include <chrono>
-#include <functional>
-#include <optional>
+#include <cstdint>
 
-#include "devlink/BoardIdentity.h"
-#include "firmware/FlashUpdate.h"
-#include "firmware/RestartCommand.h"
-#include "pages/common/FlashControls.h"
-#include "pages/common/FlashTips.h"
 #include "pages/common/PageContext.h"
-
-class QLineEdit;
-class QMimeData;
-class QPushButton;
 
 namespace quillon {
 
+class CDeviceConfigGroup;
 class CFlashGroup;
-class CReportText;
+class StackRun;
 
 // The first tab of every family: the report on the board, its serial number and restart (the Device
-// Configuration group), and its firmware (the Flash Update group). The page keeps the loaded file
-// until another one is loaded, whatever becomes of the board or the run.
-//
-// A flash update runs on the stack of the click on "Program" and turns the event loop after each
-// record, which lets "Abort" through. It holds the gate from its start to its end, so that no other
-// handler starts an exchange in between, whichever buttons are enabled.
-class CDeviceConfigPage : public QWidget, private FlashObserver {
+// Configuration group), and its firmware (the Flash Update group). What one group needs to know of
+// the other passes through here.
+class CDeviceConfigPage : public QWidget {
   Q_OBJECT
 
  public:
-  // Time since some moment; never goes back.
-  using Clock = std::function<std::chrono::milliseconds()>;
-
-  // `device_mode` is the device type that counts as Device Mode in the family.
-  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent,
-                    Clock clock = SteadyClock());
+  // `device_mode` is the device type that counts as Device Mode in the family; `run` is for the
+  // flash updates.
+  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, StackRun& run,
+                    QWidget* parent = nullptr);
 
   // Rebuilds the report on the current board and enables the page's controls accordingly; without
   // boards, shows the empty form. Shows a message when the firmware is newer than this program
   // knows.
   void ShowDeviceInfo();
 
-  // Stops a run before its next record, as the "Abort" button does. Does nothing without a run.
-  void AbortRun();
-
  Q_SIGNALS:
   // What the other tabs of the family depend on. Not sent without boards.
   void BoardReported(bool flash_mode_active, bool firmware_suits);
   // The "Refresh" button: close all boards and detect them again.
   void RefreshRequested();
-  // Around a flash update. RunEnded() comes however the update ends.
-  void RunStarted();
-  void RunEnded();
 
  protected:
-  bool eventFilter(QObject* watched, QEvent* event) override;
   void showEvent(QShowEvent* event) override;
   void dragEnterEvent(QDragEnterEvent* event) override;
   void dropEvent(QDropEvent* event) override;
 
  private:
-  static Clock SteadyClock();
-
-  QWidget* BuildReportGroup();
-  QWidget* BuildSerialRow();
-  void ConnectButtons();
-
-  // Enables the controls as the state says, with tool tips that say why.
   void ShowControls();
-  void SetMoment(FlashMoment moment);
-  FlashBoards Boards() const;
-
-  void OnSetSerial();
-  void OnRestart(RestartButton button);
-  void OnLoadFile();
-  void LoadDropped(const QString& path);
-  std::optional<QString> DroppedFile(const QMimeData* dropped) const;
-  void UnloadFile();
-  void LoadFile(const QString& path);
-  void OnProgram();
-  bool JustAborted() const;
-  void RunFlashUpdate();
-  void ShowWrongDevice();
-  void ShowCompleted();
-  void ShowStopped(bool failed);
-
-  void OnText(std::string_view text) override;
-  void OnProgressRange(int records) override;
-  void OnProgress(int position) override;
-  bool AbortRequested() override { return abort_requested_; }
-  void Pump() override;
 
   PageContext context_;
-  std::uint32_t device_mode_;
-  FlashPageState state_;
-  KvxImage image_;
-  BoardIdentity run_board_;  // what the last run was about
-  QString run_name_;
-  Clock clock_;
-  std::optional<std::chrono::milliseconds> aborted_at_;
-  bool running_ = false;         // a run is on the stack
-  bool abort_requested_ = true;  // also while there is nothing to abort
-  CReportText* report_ = nullptr;
-  QPushButton* refresh_button_ = nullptr;
-  QPushButton* flash_button_ = nullptr;
-  QPushButton* device_button_ = nullptr;
-  QLineEdit* serial_box_ = nullptr;
-  QPushButton* set_button_ = nullptr;
-  QPushButton* reboot_button_ = nullptr;
-  CFlashGroup* flash_group_ = nullptr;
+  CDeviceConfigGroup* device_group_;
+  CFlashGroup* flash_group_;
 };
 
 }  // namespace quillon

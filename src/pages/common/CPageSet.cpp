@@ -6,6 +6,7 @@
 
 #include "pages/common/CDeviceConfigPage.h"
 #include "pages/common/CSettingsPage.h"
+#include "pages/common/StackRun.h"
 #include "pages/common/Vendor.h"
 #include "res/Icons.h"
 #include "widgets/CScrollPane.h"
@@ -13,17 +14,20 @@
 namespace quillon {
 
 CPageSet::CPageSet(PageContext context, BoardFamily family, QWidget* parent)
-    : QTabWidget(parent), context_(context), product_(AnyProductOf(family)) {
+    : QTabWidget(parent),
+      context_(context),
+      product_(AnyProductOf(family)),
+      run_(new StackRun(context.link.gate, this)) {
   setDocumentMode(false);
   AddPage("tab-device", tr("Device Configuration"));
-  config_ = new CDeviceConfigPage(context_, product_.device_mode, widget(0));
+  config_ = new CDeviceConfigPage(context_, product_.device_mode, *run_, widget(0));
   widget(0)->layout()->addWidget(new CScrollPane(config_));
   setTabToolTip(0, tr("What the board is, its firmware, serial number and restart."));
   setTabEnabled(0, true);
   connect(config_, &CDeviceConfigPage::BoardReported, this, &CPageSet::EnablePages);
   connect(config_, &CDeviceConfigPage::RefreshRequested, this, &CPageSet::RefreshRequested);
-  connect(config_, &CDeviceConfigPage::RunStarted, this, &CPageSet::RunStarted);
-  connect(config_, &CDeviceConfigPage::RunEnded, this, &CPageSet::RunEnded);
+  connect(run_, &StackRun::Begun, this, &CPageSet::RunStarted);
+  connect(run_, &StackRun::Ended, this, &CPageSet::RunEnded);
   connect(this, &QTabWidget::currentChanged, this, &CPageSet::Page);
 }
 
@@ -66,7 +70,7 @@ void CPageSet::LoadDeviceDefaults() {
   }
 }
 
-void CPageSet::AbortRun() { config_->AbortRun(); }
+void CPageSet::AbortRun() { run_->StopRun(); }
 
 bool CPageSet::HasSettingsPages() const {
   return std::any_of(slots_.begin(), slots_.end(),

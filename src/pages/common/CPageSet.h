@@ -13,6 +13,7 @@ namespace quillon {
 
 class CDeviceConfigPage;
 class CSettingsPage;
+class StackRun;
 
 // The tabs of one board family: "Device Configuration" first, then the settings pages, which stay
 // disabled until the report on a board finds that its firmware suits. Made at the start of the
@@ -31,7 +32,7 @@ class CPageSet : public QTabWidget {
   // makes sure that no other exchange is under way.
   void LoadDeviceDefaults();
 
-  // Stops a flash update before its next record. Does nothing without one.
+  // Stops what RunStarted() announced, for good. Does nothing without a run.
   void AbortRun();
 
   // Whether any settings page exists yet.
@@ -80,6 +81,7 @@ class CPageSet : public QTabWidget {
 
   PageContext context_;
   const Product& product_;  // any of the family
+  StackRun* run_;           // of whichever page
   CDeviceConfigPage* config_;
   std::vector<Slot> slots_;
 };

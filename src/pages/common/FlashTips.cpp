@@ -2,6 +2,7 @@
 #include "pages/common/FlashTips.h"
 
 #include <QTextDocument>
+#include <QWidget>
 
 namespace quillon {
 namespace {
@@ -81,6 +82,13 @@ QString FlashTip(FlashControl control, bool enabled, const FlashPageState& state
     tip = tip.arg(boards.selected);
   }
   return Qt::mightBeRichText(tip) ? Qt::convertFromPlainText(tip) : tip;
+}
+
+void ShowControl(QWidget& widget, FlashControl control, const FlashPageState& state,
+                 const FlashBoards& boards) {
+  const bool enabled = FlashControlsFor(state).Has(control);
+  widget.setEnabled(enabled);
+  widget.setToolTip(FlashTip(control, enabled, state, boards));
 }
 
 }  // namespace quillon

@@ -5,6 +5,8 @@
 
 #include "pages/common/FlashControls.h"
 
+class QWidget;
+
 namespace quillon {
 
 // The boards that the tips speak of, by name. A page serves a whole family, so the last run may
@@ -18,6 +20,10 @@ struct FlashBoards {
 // What a control does to the board, or why it is disabled in this state. Plain text for a tool tip,
 // whatever the boards' names look like.
 QString FlashTip(FlashControl control, bool enabled, const FlashPageState& state,
+                 const FlashBoards& boards);
+
+// Enables the widget of a control, or not, and gives it its tip.
+void ShowControl(QWidget& widget, FlashControl control, const FlashPageState& state,
                  const FlashBoards& boards);
 
 }  // namespace quillon

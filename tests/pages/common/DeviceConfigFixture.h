@@ -14,6 +14,7 @@
 #include <vector>
 
 #include "pages/common/CDeviceConfigPage.h"
+#include "pages/common/StackRun.h"
 #include "sim/Bus.h"
 #include "testing/OwnFolders.h"
 #include "testing/link/FaultyLibrary.h"
@@ -58,7 +59,8 @@ class DeviceConfigFixture {
             {.latency = {}}),
         library(bus),
         fixture(library),
-        page(fixture.Context(), device_mode, nullptr, [this] { return now; }) {
+        run(fixture.link.gate, nullptr, [this] { return now; }),
+        page(fixture.Context(), device_mode, run) {
     Detect();
   }
 
@@ -115,6 +117,7 @@ class DeviceConfigFixture {
   FaultyLibrary library;
   PageFixture fixture;
   std::chrono::milliseconds now{};
+  StackRun run;
   CDeviceConfigPage page;
 };
 

@@ -25,8 +25,8 @@ std::string Lines(const std::string& text) { return Lines(QString::fromStdString
 class RunFixture : public DeviceConfigFixture {
  public:
   explicit RunFixture(const std::string& fields = kInFlashMode) : DeviceConfigFixture(fields) {
-    QObject::connect(&page, &CDeviceConfigPage::RunStarted, [this] { ++started; });
-    QObject::connect(&page, &CDeviceConfigPage::RunEnded, [this] {
+    QObject::connect(&run, &StackRun::Begun, [this] { ++started; });
+    QObject::connect(&run, &StackRun::Ended, [this] {
       ++ended;
       EXPECT_TRUE(fixture.link.gate.IsOpen()) << "what waited for the run can follow";
     });
@@ -130,6 +130,7 @@ TEST(FlashRun, DisablesAllButAbortUntilItEnds) {
   });
   run.ExpectSuccess();
   run.fixture.prompts.WhileOpen([&] {
+    run.run.StopRun();  // as closing the window does, too late
     EXPECT_EQ(run.Enabled(), kExecutable);
     EXPECT_EQ(run.started, 1);
     EXPECT_EQ(run.ended, 0) << "tree and menu follow the message";
