@@ -12,6 +12,7 @@
 #include "bench/PaintedView.h"
 #include "devlink/Detection.h"
 #include "pages/common/UserPrompts.h"
+#include "pages/common/StackRun.h"
 #include "pages/joystick/CScanMatrixChannelsPage.h"
 #include "widgets/CGridCtrl.h"
 
@@ -58,7 +59,8 @@ bool MeasurePageRefresh(int rounds, HidLibrary& library) {
   BoardLink link(library);
   DetectBoards(library, link.table, KVUSB_TYPE_FIRMWARE);
   NoPrompts prompts;
-  CScanMatrixChannelsPage page({link, prompts}, *FindPage(BoardFamily::kScanMatrix, "digital"));
+  StackRun run(link.gate);
+  CScanMatrixChannelsPage page({link, prompts, run}, *FindPage(BoardFamily::kScanMatrix, "digital"));
   auto& grid = *page.findChild<CGridCtrl*>();
   QTableView bare;
   BareTableModel model(kRows, kColumns, &bare);

@@ -37,6 +37,7 @@ constexpr QSize kLeastSize(640, 420);
 
 CMainDialog::CMainDialog(const MainServices& services)
     : services_(services),
+      run_(services.link.gate),
       tree_(new CDeviceTreeCtrl(services.link)),
       pages_(new QStackedWidget),
       problem_line_(new CProblemLine(services.access)) {
@@ -56,6 +57,8 @@ CMainDialog::CMainDialog(const MainServices& services)
   CreateMenu();
   AddAboutToSystemMenu();
   CreatePageSets();
+  connect(&run_, &StackRun::Begun, this, &CMainDialog::OnRunStarted);
+  connect(&run_, &StackRun::Ended, this, &CMainDialog::OnRunEnded);
   connect(problem_line_, &CProblemLine::RuleInstalled, this,
           [this] { services_.link.gate.Request(); });
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
@@ -109,19 +112,17 @@ void CMainDialog::SetAutoUpdate(bool on) {
 }
 
 void CMainDialog::CreatePageSets() {
-  const PageContext context{services_.link, services_.prompts};
+  const PageContext context{services_.link, services_.prompts, run_};
   const auto add = [&](BoardFamily family, CPageSet* set) {
     page_sets_[family] = set;
     pages_->addWidget(set);
     connect(set, &CPageSet::RefreshRequested, this, &CMainDialog::Redetect);
-    connect(set, &CPageSet::RunStarted, this, [this, set] { OnRunStarted(*set); });
-    connect(set, &CPageSet::RunEnded, this, &CMainDialog::OnRunEnded);
   };
   add(BoardFamily::kJoystick, new CJoystickPageSet(context, BoardFamily::kJoystick));
   add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
   add(BoardFamily::kInputBanks, new CDigitalInputBankPageSet(context));
   add(BoardFamily::kNodeSystem, new CNodeSystemPageSet(context));
-  pages_->addWidget(new CNodePortPageSet);
+  pages_->addWidget(new CNodePortPageSet(context));
   add(BoardFamily::kScanMatrix, new CJoystickPageSet(context, BoardFamily::kScanMatrix));
   add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, BoardFamily::kSmallJoystick));
   add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
@@ -275,14 +276,12 @@ void CMainDialog::ChooseBoardOfPort() {
   if (board.isValid()) services_.link.table.SetCurrent(board.toUInt() - 1);
 }
 
-void CMainDialog::OnRunStarted(CPageSet& set) {
-  running_set_ = &set;
+void CMainDialog::OnRunStarted() {
   tree_->setEnabled(false);
   grayed_ = GrayMainMenu(*menuBar());
 }
 
 void CMainDialog::OnRunEnded() {
-  running_set_ = nullptr;
   tree_->setEnabled(true);
   for (QAction* const item : std::exchange(grayed_, {})) item->setEnabled(true);
   if (close_after_run_) QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
@@ -299,14 +298,13 @@ void CMainDialog::paintEvent(QPaintEvent* event) {
 }
 
 void CMainDialog::closeEvent(QCloseEvent* event) {
-  if (running_set_ != nullptr) {
+  if (run_.IsUnderWay()) {
     close_after_run_ = true;
-    running_set_->AbortRun();
+    run_.StopRun();
   }
   if (!services_.link.gate.IsOpen()) {
     // Not the end after all, so what waited for it is still wanted.
-    if (running_set_ == nullptr && std::exchange(close_after_run_, false))
-      services_.link.gate.Request();
+    if (!run_.IsUnderWay() && std::exchange(close_after_run_, false)) services_.link.gate.Request();
     event->ignore();
     return;
   }

@@ -12,6 +12,7 @@
 #include "devlink/DeviceNotifier.h"
 #include "devlink/Products.h"
 #include "pages/common/PageContext.h"
+#include "pages/common/StackRun.h"
 
 class QAction;
 class QSplitter;
@@ -96,20 +97,20 @@ class CMainDialog : public QMainWindow {
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);
   void ChooseBoardOfPort();
-  void OnRunStarted(CPageSet& set);
+  void OnRunStarted();
   void OnRunEnded();
   void ShowAbout();
 
   MainServices services_;
+  StackRun run_;
   CDeviceTreeCtrl* tree_;
   QStackedWidget* pages_;
   CProblemLine* problem_line_;
   CHomePage* home_ = nullptr;
   QWidget* empty_page_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
-  QTimer detection_timer_;           // active while a detection waits for the event loop
-  CPageSet* running_set_ = nullptr;  // the set whose board is being programmed
-  QList<QAction*> grayed_;           // of the menu, to be enabled again after the run
+  QTimer detection_timer_;  // active while a detection waits for the event loop
+  QList<QAction*> grayed_;  // of the menu, to be enabled again after the run
   bool close_after_run_ = false;
   bool initialised_ = false;
   std::uint64_t reported_boards_ = 0;               // by the last detection

@@ -20,12 +20,12 @@ QString IncompatibleText() {
 
 }  // namespace
 
-CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode, StackRun& run,
+CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode,
                                      QWidget* parent)
     : QWidget(parent),
       context_(context),
       device_group_(new CDeviceConfigGroup(context, device_mode)),
-      flash_group_(new CFlashGroup(context, run)) {
+      flash_group_(new CFlashGroup(context)) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(device_group_, 3);
   layout->addWidget(flash_group_, 2);

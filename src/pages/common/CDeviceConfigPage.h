@@ -10,7 +10,6 @@ namespace quillon {
 
 class CDeviceConfigGroup;
 class CFlashGroup;
-class StackRun;
 
 // The first tab of every family: the report on the board, its serial number and restart (the Device
 // Configuration group), and its firmware (the Flash Update group). What one group needs to know of
@@ -19,10 +18,8 @@ class CDeviceConfigPage : public QWidget {
   Q_OBJECT
 
  public:
-  // `device_mode` is the device type that counts as Device Mode in the family; `run` is for the
-  // flash updates.
-  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, StackRun& run,
-                    QWidget* parent = nullptr);
+  // `device_mode` is the device type that counts as Device Mode in the family.
+  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent = nullptr);
 
   // Rebuilds the report on the current board and enables the page's controls accordingly; without
   // boards, shows the empty form. Shows a message when the firmware is newer than this program

@@ -25,14 +25,14 @@ using Icon = UserPrompts::Icon;
 
 }  // namespace
 
-CFlashGroup::CFlashGroup(PageContext context, StackRun& run, QWidget* parent)
+CFlashGroup::CFlashGroup(PageContext context, QWidget* parent)
     : QGroupBox(tr("Flash Update"), parent),
       context_(context),
-      run_(run),
+      run_(context.run),
       log_(new CReportText(tr("Log of the flash update"))),
       file_(new CPathLabel),
       progress_(new CFlashProgress),
-      flash_run_(context.link, run, *log_, *progress_) {
+      flash_run_(context.link, context.run, *log_, *progress_) {
   auto* const layout = new QHBoxLayout(this);
   auto* const left = new QVBoxLayout;
   layout->addLayout(left, 1);

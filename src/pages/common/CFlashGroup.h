@@ -26,7 +26,7 @@ class CFlashGroup : public QGroupBox {
 
  public:
   // `run` is for the flash updates.
-  CFlashGroup(PageContext context, StackRun& run, QWidget* parent = nullptr);
+  explicit CFlashGroup(PageContext context, QWidget* parent = nullptr);
 
   const FlashPageState& State() const { return state_; }
   FlashBoards Boards() const { return flash_run_.Boards(); }

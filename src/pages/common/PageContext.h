@@ -6,10 +6,14 @@
 
 namespace quillon {
 
-// What every page is given: the boards, and a way to ask the user. Both outlive the pages.
+class StackRun;
+
+// What every page is given: the boards, a way to ask the user, and the window's long work, of which
+// there is one at a time. All outlive the pages.
 struct PageContext {
   BoardLink& link;
   UserPrompts& prompts;
+  StackRun& run;
 };
 
 }  // namespace quillon

@@ -5,12 +5,12 @@ namespace quillon {
 
 CDigitalPortsPageSet::CDigitalPortsPageSet(PageContext context, QWidget* parent)
     : CPageSet(context, BoardFamily::kDigitalPorts, parent) {
-  AddPage("tab-ports", tr("Digital Ports"));
+  AddTab("tab-ports", tr("Digital Ports"));
 }
 
 CDigitalInputBankPageSet::CDigitalInputBankPageSet(PageContext context, QWidget* parent)
     : CPageSet(context, BoardFamily::kInputBanks, parent) {
-  AddPage("tab-ports", tr("Digital Ports"));
+  AddTab("tab-ports", tr("Digital Ports"));
 }
 
 }  // namespace quillon

@@ -1,30 +1,25 @@
 // SPDX-License-Identifier: MIT
 #include "pages/nodes/CNodePageSets.h"
 
-#include "pages/common/Vendor.h"
-#include "res/Icons.h"
-
 namespace quillon {
 
 CNodeSystemPageSet::CNodeSystemPageSet(PageContext context, QWidget* parent)
     : CPageSet(context, BoardFamily::kNodeSystem, parent) {
-  AddPage("tab-node", tr("Node Configuration"));
-  AddPage("tab-card", tr("Expansion Card Configuration"));
-  AddPage("tab-ports", tr("I/O Ports"));
+  AddTab("tab-node", tr("Node Configuration"));
+  AddTab("tab-card", tr("Expansion Card Configuration"));
+  AddTab("tab-ports", tr("I/O Ports"));
 }
 
 CSpiControllerPageSet::CSpiControllerPageSet(PageContext context, QWidget* parent)
     : CPageSet(context, BoardFamily::kSpi, parent) {
-  AddPage("tab-spi", tr("SPI Configuration"));
+  AddTab("tab-spi", tr("SPI Configuration"));
 }
 
-CNodePortPageSet::CNodePortPageSet(QWidget* parent) : QTabWidget(parent) {
+CNodePortPageSet::CNodePortPageSet(PageContext context, QWidget* parent)
+    : CTabSet(context, parent) {
   for (const QString& title : {tr("Node Information"), tr("I/O Port"), tr("Direct Output Mode"),
-                               tr("GLCD Mode"), tr("SPI / DAC Mode")}) {
-    const int index = addTab(new QWidget, Icon("tab-node"), title);
-    setTabEnabled(index, false);
-    setTabToolTip(index, LaterVersion());
-  }
+                               tr("GLCD Mode"), tr("SPI / DAC Mode")})
+    AddTab("tab-node", title);
 }
 
 }  // namespace quillon

@@ -23,11 +23,11 @@ class CSpiControllerPageSet : public CPageSet {
 
 // One port of one node of the node I/O system. Not the set of a board: it has no report, and all
 // its tabs are still to come.
-class CNodePortPageSet : public QTabWidget {
+class CNodePortPageSet : public CTabSet {
   Q_OBJECT
 
  public:
-  explicit CNodePortPageSet(QWidget* parent = nullptr);
+  explicit CNodePortPageSet(PageContext context, QWidget* parent = nullptr);
 };
 
 }  // namespace quillon

@@ -60,7 +60,7 @@ class DeviceConfigFixture {
         library(bus),
         fixture(library),
         run(fixture.link.gate, nullptr, [this] { return now; }),
-        page(fixture.Context(), device_mode, run) {
+        page({fixture.link, fixture.prompts, run}, device_mode) {
     Detect();
   }
 

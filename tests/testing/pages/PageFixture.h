@@ -8,6 +8,7 @@
 
 #include "devlink/BoardLink.h"
 #include "pages/common/PageContext.h"
+#include "pages/common/StackRun.h"
 #include "testing/pages/ScriptedPrompts.h"
 
 class QLabel;
@@ -27,13 +28,14 @@ class PageFixture {
   explicit PageFixture(HidLibrary& library, std::uint16_t product_id = 0x0910,
                        std::uint16_t version = 0x0282);
 
-  PageContext Context() { return {link, prompts}; }
+  PageContext Context() { return {link, prompts, run}; }
 
   // Takes the boards that the library finds instead, all three types in the program's order.
   void Detect();
 
   BoardLink link;
   ScriptedPrompts prompts;
+  StackRun run{link.gate};
 };
 
 // Controls of a page, by what a screen reader calls them. A missing one ends the test.
