@@ -18,7 +18,8 @@ struct NodeRecord {
   std::uint8_t status = 0;
   std::uint16_t loader_version = kNoVersion;
   std::uint16_t flash_version = kNoVersion;
-  bool update_required = false;
+  // Also of an absent node, of whose firmware nothing is known.
+  bool update_required = true;
 
   // Every status but 1 is that of a node that is absent.
   bool IsActive() const { return status == 1; }
