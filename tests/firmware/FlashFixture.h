@@ -9,7 +9,6 @@
 #include <vector>
 
 #include "firmware/FlashUpdate.h"
-#include "firmware/RecordAt.h"
 #include "lab/sim/SimFixture.h"
 #include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
@@ -52,6 +51,18 @@ class FlashLog : public FlashObserver {
  private:
   int abort_after_;
 };
+
+// A record with these data at this address.
+inline KvxRecord RecordAt(std::uint16_t address, const std::vector<std::uint8_t>& data,
+                          std::uint8_t type = 0) {
+  KvxRecord record;
+  record.length = static_cast<std::uint8_t>(data.size());
+  record.address_low = static_cast<std::uint8_t>(address & 0xFF);
+  record.address_high = static_cast<std::uint8_t>(address >> 8);
+  record.type = type;
+  std::ranges::copy(data, record.data.begin());
+  return record;
+}
 
 // A simulated board in Flash Mode with old firmware, and an image of version 2.83 for it.
 class FlashFixture {

@@ -1,28 +1,74 @@
 // SPDX-License-Identifier: MIT
-#include "firmware/NodeFixture.h"
+#include <gmock/gmock.h>
+
+#include <numeric>
+
 #include "firmware/NodeStatus.h"
+#include "firmware/NodeUpdate.h"
+#include "lab/sim/SimFixture.h"
+#include "testing/link/FaultyLibrary.h"
 #include "testing/link/TranscriptLibrary.h"
 
 namespace quillon {
 namespace {
 
-using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::TranscriptLibrary;
 
-KvxImage ImageFor(VersionWord version, std::vector<KvxRecord> records = {}) {
+// Keeps what a run tells, and wishes something at one of the events.
+class NodeLog : public NodeUpdateObserver {
+ public:
+  void OnBegun(std::size_t node) override { Note(node, "begun"); }
+  void OnProgress(std::size_t node, int percent) override { Note(node, std::to_string(percent)); }
+  void OnVersion(std::size_t node, VersionWord version) override {
+    Note(node, VersionText(version));
+  }
+  void OnEnded(std::size_t node, NodeEnd end, std::string_view text) override {
+    Note(node, "SCAF"[static_cast<std::size_t>(end)] + (" " + std::string(text)));
+    ends += events.back() + ";";
+  }
+  bool AbortRequested() override { return abort; }
+  void ForgetAbort() override { abort = false; }
+  bool StopRequested() override { return stop; }
+  void Pump() override { Note(++pumped, "pumped"); }
+
+  std::vector<std::string> events;
+  std::string ends, abort_at, stop_at;
+  std::size_t pumped = 0;
+  bool abort = true;  // of a run before
+  bool stop = false;
+
+ private:
+  void Note(std::size_t number, const std::string& what) {
+    events.push_back(std::to_string(number) + " " + what);
+    abort = abort || events.back() == abort_at;
+    stop = stop || events.back() == stop_at;
+  }
+};
+
+KvxImage ImageOf(VersionWord version, std::size_t records = 0) {
   KvxImage image;
   image.device_id = 0x0800;
   image.node_version = version;
-  image.records = std::move(records);
+  for (std::size_t i = 0; i < records; ++i)
+    image.records.push_back({1, static_cast<std::uint8_t>(i), 0, 0, {0x77}});
   return image;
 }
 
-DeviceRecord NodeBoard() {
+// A run over a board of which the first node is chosen.
+struct OneNode {
+  OneNode(VersionWord flash, bool update_required) {
+    board.product_id = 0x0800;
+    nodes[0] = {1, 0x0100, flash, update_required};
+    choice.checked[0] = true;
+  }
+  NodeRunResult Run(HidLibrary& library, const KvxImage& image) {
+    return NodeUpdate(library, board, nodes, image, choice, log).Run();
+  }
   DeviceRecord board{};
-  board.product_id = 0x0800;
-  return board;
-}
+  NodeRecords nodes;
+  NodeChoice choice;
+  NodeLog log;
+};
 
 // The answers carry other bytes, of which none may come back in the next request.
 TEST(NodeUpdate, SendsEraseRecordsAndFinishToEachNode) {
@@ -39,155 +85,156 @@ TEST(NodeUpdate, SendsEraseRecordsAndFinishToEachNode) {
     read 0 -> 4
     write 0 -> 0 : 00 03 34 12 1c 00 00 0b 00 aa bb cc *
     read 0 -> 0 : 0a *)");
-  std::vector<std::uint8_t> full;
-  for (std::uint8_t i = 1; i <= 56; ++i) full.push_back(i);
-  const KvxImage image =
-      ImageFor(0x0131, {RecordAt(0x1234, {0xAA, 0xBB, 0xCC}), RecordAt(0x203B, full, 0x42)});
-  DeviceRecord board = NodeBoard();
-  NodeRecords nodes;
-  nodes[0] = nodes[11] = {1, 0x0100, 0x0120, true};
-  NodeChoice choice;
-  choice.checked[0] = choice.checked[11] = true;
-  NodeLog log;
-  EXPECT_EQ(NodeUpdate(library, board, nodes, image, choice, log).Run(), NodeRunResult::kFailed);
-  EXPECT_THAT(log.events, ElementsAre("0 begun", "0 1 %", "0 51 %", "0 version 1.31",
-                                      "0 completed: Update Complete", "11 begun", "11 1 %",
-                                      "11 failed: NODE_FAIL - Update Failed"));
-  EXPECT_EQ(nodes[0], (NodeRecord{1, 0x0100, 0x0131, false}));
-  EXPECT_EQ(nodes[11], (NodeRecord{1, 0x0100, 0x0120, true}));
+  KvxImage image = ImageOf(0x0131);
+  image.records = {{3, 0x34, 0x12, 0, {0xAA, 0xBB, 0xCC}}, {56, 0x3B, 0x20, 0x42, {}}};
+  std::iota(image.records[1].data.begin(), image.records[1].data.end(), std::uint8_t{1});
+  OneNode run(0x0120, true);
+  run.nodes[11] = run.nodes[0];
+  run.choice.checked[11] = true;
+  EXPECT_EQ(run.Run(library, image), NodeRunResult::kFailed);
+  EXPECT_THAT(run.log.events,
+              ::testing::ElementsAre("0 begun", "0 1", "1 pumped", "0 51", "2 pumped", "0 1.31",
+                                     "0 C Update Complete", "11 begun", "11 1",
+                                     "11 F NODE_FAIL - Update Failed"));
+  EXPECT_EQ(run.nodes[0], (NodeRecord{1, 0x0100, 0x0131, false}));
+  EXPECT_EQ(run.nodes[11], (NodeRecord{1, 0x0100, 0x0120, true}));
 }
 
-TEST(NodeUpdate, WithoutRecordsAFailedEraseIsAFailure) {
-  const std::pair<const char*, const char*> cases[] = {
-      {"write 0 -> 0 : 00 00 00 00 1c 00 08 02 *\nread 0 -> 0 : 02 *\n"
-       "write 0 -> 0 : 00 00 30 01 1c 00 01 02 *\nread 0 -> 4",
-       "2 completed: Update Complete"},
-      {"write 0 -> 0 : 00 00 00 00 1c 00 08 02 *\nread 0 -> 4",
-       "2 failed: Timeout - Update Failed"},
-      {"write 0 -> 1 : 00 00 00 00 1c 00 08 02 *", "2 failed: Timeout - Update Failed"},
-  };
-  for (const auto& [transcript, end] : cases) {
-    TranscriptLibrary library(transcript);
-    DeviceRecord board = NodeBoard();
-    NodeRecords nodes;
-    NodeChoice choice;
-    choice.checked[2] = true;
-    NodeLog log;
-    const KvxImage image = ImageFor(0x0130);
-    NodeUpdate(library, board, nodes, image, choice, log).Run();
-    EXPECT_EQ(log.events.front(), "2 begun");
-    EXPECT_EQ(log.events.back(), end);
-  }
-}
-
-TEST(NodeUpdate, SkipsOnlyWhatNeedsNoUpdate) {
+TEST(NodeUpdate, SkipsWhatNeedsNoUpdateAndFailsWithoutRecordsAndErase) {
+  const std::string erase = "write 0 -> 0 : 00 00 00 00 1c 00 08 00 *\n";
+  const std::string erased = erase + "read 0 -> 0 : 02 *\nwrite 0 -> 1 : 00 00 31 01 1c 00 01 00 *";
+  const std::string skipped = "0 S No Update Required!;", complete = "0 C Update Complete;";
   const struct {
-    const char* name;
-    bool update_required;
     VersionWord flash;
-    bool force, skipped;
+    bool update_required, force;
+    std::string transcript, ends;
   } cases[] = {
-      {"the same", false, 0x0131, false, true},
-      {"newer", false, 0x0132, false, true},
-      {"older, of the same release", false, 0x0130, false, false},
-      {"too old", true, 0x0120, false, false},
-      {"incompatible, though newer", true, 0x0140, false, false},
-      {"without firmware", true, 0xFFFF, false, false},
-      {"the same, forced", false, 0x0131, true, false},
+      {0x0131, false, false, "", skipped},
+      {0x0132, false, false, "", skipped},
+      {0x0130, false, false, erased, complete},
+      {0x0140, true, false, erased, complete},  // intended: incompatible, though newer
+      {0x0131, false, true, erased, complete},
+      {0xFFFF, true, false, erase + "read 0 -> 4", "0 F Timeout - Update Failed;"},
   };
   for (const auto& c : cases) {
-    TranscriptLibrary library(c.skipped ? "" : "write 0 -> 1 : 00 00 00 00 1c 00 08 03 *");
-    DeviceRecord board = NodeBoard();
-    NodeRecords nodes;
-    nodes[3] = {1, 0x0100, c.flash, c.update_required};
-    const NodeChoice choice{.checked = {false, false, false, true}, .force = c.force};
-    NodeLog log;
-    const KvxImage image = ImageFor(0x0131);
-    EXPECT_EQ(NodeUpdate(library, board, nodes, image, choice, log).Run(),
-              c.skipped ? NodeRunResult::kCompleted : NodeRunResult::kFailed)
-        << c.name;
-    EXPECT_EQ(log.events.front(), c.skipped ? "3 skipped: No Update Required!" : "3 begun")
-        << c.name;
-    EXPECT_EQ(nodes[3].flash_version, c.flash) << c.name;
+    TranscriptLibrary library(c.transcript);
+    OneNode run(c.flash, c.update_required);
+    run.choice.force = c.force;
+    run.Run(library, ImageOf(0x0131));
+    EXPECT_EQ(run.log.ends, c.ends) << c.flash;
   }
 }
 
-TEST(NodeUpdate, ARunWithoutNodesForgetsTheOnlineVersionOnly) {
+TEST(NodeUpdate, ForgetsTheOnlineVersionWhenItBegins) {
   TranscriptLibrary library("");
-  DeviceRecord board = NodeBoard();
-  NodeRecords nodes;
-  NodeLog log;
+  OneNode run(0x0120, true);
   SetOnlineNodeVersion(0x0200);
-  const NodeChoice all{.checked = {true}, .force = true};
-  const KvxImage core = ImageFor(0), image = ImageFor(0x0130);
-  EXPECT_EQ(NodeUpdate(library, board, nodes, core, all, log).Run(), NodeRunResult::kNotForNodes);
+  EXPECT_EQ(run.Run(library, ImageOf(0)), NodeRunResult::kNotForNodes);
   EXPECT_EQ(OnlineNodeVersion(), 0x0200) << "no run began";
-  EXPECT_EQ(NodeUpdate(library, board, nodes, image, {}, log).Run(), NodeRunResult::kCompleted);
+  run.choice = {};
+  EXPECT_EQ(run.Run(library, ImageOf(0x0131)), NodeRunResult::kCompleted);
   EXPECT_EQ(OnlineNodeVersion(), 0xFFFF);
-  EXPECT_THAT(log.events, IsEmpty());
+  EXPECT_TRUE(run.log.events.empty());
 }
+
+// A simulated board whose nodes 0 and 11 have 1.20; node 4 between them needs no update.
+struct ThreeNodes : OneNode {
+  ThreeNodes() : OneNode(0x0120, true) {
+    nodes[4] = {1, 0x0100, 0x0131, false};
+    nodes[11] = nodes[0];
+    choice.checked[4] = choice.checked[11] = true;
+  }
+  NodeRunResult Run(std::size_t records, NodeLog& told) {
+    const KvxImage image = ImageOf(0x0131, records);
+    return NodeUpdate(faulty, sim.record, nodes, image, choice, told).Run();
+  }
+  VersionWord On(std::size_t node) { return sim.TheBoard().State().nodes[node].flash_version; }
+
+  sim::SimFixture sim{R"("product": "0x0800", "firmware": "1.10", "mode": "flash", "nodes": [
+      {"node": 1, "flash": "1.20"}, {"node": 5, "flash": "1.31"}, {"node": 12, "flash": "1.20"}])"};
+  testing::FaultyLibrary faulty{sim.bus};
+};
 
 TEST(NodeUpdate, ShowsEachPerCentOnce) {
-  NodeFixture fixture(200);
-  NodeLog log;
-  EXPECT_EQ(fixture.Run(log), NodeRunResult::kCompleted);
-  std::vector<std::string> expected{"0 begun"};
-  for (int i = 1; i <= 100; ++i) expected.push_back("0 " + std::to_string(i) + " %");
-  log.events.resize(expected.size());
-  EXPECT_EQ(log.events, expected);
-  EXPECT_EQ(log.pumped, 600);
-}
-
-// Node 4 needs no update; 0 and 11 get three records each, so events come after 1 to 6 of them.
-TEST(NodeUpdate, ForgetsAnAbortThatCameTooLateButNeverAStop) {
-  struct Case {
-    int after;
-    bool stop;
-    NodeRunResult result;
-    std::vector<std::string> ends;
-  };
-  const std::string done0 = "0 completed: Update Complete",
-                    skipped4 = "4 skipped: No Update Required!";
-  const std::string done11 = "11 completed: Update Complete";
-  using enum NodeRunResult;
-  const Case cases[] = {
-      {1, false, kAborted, {"0 aborted: Update Aborted"}},
-      {2, false, kAborted, {"0 aborted: Update Aborted"}},
-      {3, false, kCompleted, {done0, skipped4, done11}},
-      {4, false, kAborted, {done0, skipped4, "11 aborted: Update Aborted"}},
-      {6, false, kCompleted, {done0, skipped4, done11}},
-      {0, true, kStopped, {}},
-      {1, true, kStopped, {"0 aborted: Update Aborted"}},
-      {3, true, kStopped, {done0}},
-      {5, true, kStopped, {done0, skipped4, "11 aborted: Update Aborted"}},
-      {6, true, kStopped, {done0, skipped4, done11}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE((c.stop ? "stop after " : "abort after ") + std::to_string(c.after));
-    NodeFixture fixture;
-    fixture.nodes[4] = {1, 0x0100, 0x0131, false};
-    NodeLog log;
-    (c.stop ? log.stop_after : log.abort_after) = c.after;
-    log.stop = c.stop && c.after == 0;
-    EXPECT_EQ(fixture.Run(log), c.result);
-    std::erase_if(log.events,
-                  [](const std::string& event) { return event.find(": ") == std::string::npos; });
-    EXPECT_EQ(log.events, c.ends);
-    EXPECT_EQ(fixture.Has(0), c.after >= 3);
-    EXPECT_EQ(fixture.Has(11), c.after == 6 || c.result == kCompleted);
+  ThreeNodes run;
+  run.Run(200, run.log);
+  std::erase_if(run.log.events, [](const std::string& e) { return e.ends_with("pumped"); });
+  for (std::size_t i = 1; i <= 100; ++i) {
+    EXPECT_EQ(run.log.events[i], "0 " + std::to_string(i));
   }
 }
 
-TEST(NodeUpdate, AStopCountsAfterASkippedNodeToo) {
-  NodeFixture fixture;
-  fixture.nodes[4] = {1, 0x0100, 0x0131, false};
-  NodeLog log;
-  log.stop_at_skip = true;
-  log.abort = true;  // of a run before
-  EXPECT_EQ(fixture.Run(log), NodeRunResult::kStopped);
-  EXPECT_EQ(log.events.back(), "4 skipped: No Update Required!");
-  EXPECT_TRUE(fixture.Has(0));
-  EXPECT_EQ(fixture.NodeAt(11).flash_version, 0x0120);
+TEST(NodeUpdate, ForgetsAnAbortThatCameTooLateButNeverAStop) {
+  using enum NodeRunResult;
+  const std::string c0 = "0 C Update Complete;", s4 = "4 S No Update Required!;",
+                    c11 = "11 C Update Complete;", a11 = "11 A Update Aborted;";
+  const struct {
+    const char *abort_at, *stop_at;
+    NodeRunResult result;
+    std::string ends;
+  } cases[] = {
+      {"", "", kCompleted, c0 + s4 + c11},
+      {"1 pumped", "", kAborted, "0 A Update Aborted;"},
+      {"2 pumped", "", kCompleted, c0 + s4 + c11},  // too late for node 0
+      {"3 pumped", "", kAborted, c0 + s4 + a11},
+      {"", "1 pumped", kStopped, "0 A Update Aborted;"},
+      {"", "2 pumped", kStopped, c0},
+      {"", "4 S No Update Required!", kStopped, c0 + s4},
+      {"", "3 pumped", kStopped, c0 + s4 + a11},
+      {"", "4 pumped", kStopped, c0 + s4 + c11},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.abort_at) + " | " + c.stop_at);
+    ThreeNodes run;
+    run.log.abort_at = c.abort_at;
+    run.log.stop_at = c.stop_at;
+    EXPECT_EQ(run.Run(2, run.log), c.result);
+    EXPECT_EQ(run.log.ends, c.ends);
+    EXPECT_EQ(run.On(11) == 0x0131, run.log.ends.ends_with(c11));
+  }
+}
+
+// Every exchange of a run goes wrong in turn: erase, two records and finish of two nodes.
+TEST(NodeUpdate, AFaultEndsTheRunWithItsWordAndEveryNodeCanBeProgrammedAgain) {
+  constexpr int kTimeout = -1, kLostRequest = -2;
+  const std::pair<int, std::string> ways[] = {{kTimeout, "Timeout"},
+                                              {kLostRequest, "Timeout"},
+                                              {2, "CMD_FAIL"},
+                                              {3, ""},
+                                              {4, "FLASH_FAIL"},
+                                              {5, "CONFIG_FAIL"},
+                                              {6, "EEPROM_FAIL"},
+                                              {9, ""},
+                                              {10, "NODE_FAIL"},
+                                              {11, "CRC_FAIL"},
+                                              {12, ""}};
+  for (const auto& [way, word_of_record] : ways) {
+    for (int exchange = 0; exchange < 8; ++exchange) {
+      SCOPED_TRACE(std::to_string(way) + " in exchange " + std::to_string(exchange));
+      ThreeNodes run;
+      const testing::FaultyLibrary::Which which{.nth = exchange + 1};
+      if (way >= 0) run.faulty.AnswerWithEcho(which, static_cast<std::uint8_t>(way));
+      if (way == kTimeout) run.faulty.FailRead(which);
+      if (way == kLostRequest) run.faulty.FailWrite(which);
+      std::string word = exchange % 4 == 1 || exchange % 4 == 2 ? word_of_record : "";
+      // A node that never heard of the erase refuses its first record.
+      if (exchange % 4 == 0 && way == kLostRequest) word = "CMD_FAIL";
+      const bool first = exchange < 4;
+      run.Run(2, run.log);
+      EXPECT_EQ(run.log.events.back(),
+                word.empty() ? "11 C Update Complete"
+                             : (first ? "0 F " : "11 F ") + word + " - Update Failed");
+      EXPECT_EQ(run.nodes[0].flash_version, first && !word.empty() ? 0x0120 : 0x0131);
+      if (first && !word.empty()) {
+        EXPECT_EQ(run.On(11), 0x0120) << "it keeps what it has";
+      }
+
+      run.choice.force = true;
+      NodeLog again;
+      EXPECT_EQ(run.Run(2, again), NodeRunResult::kCompleted);
+      for (const std::size_t node : {0U, 4U, 11U}) EXPECT_EQ(run.On(node), 0x0131) << node;
+    }
+  }
 }
 
 }  // namespace
