@@ -97,13 +97,13 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   }
   const auto pieces = ReadPieces(request.from);
   if (const auto* wrong = std::get_if<std::string>(&pieces)) return request.from + ": " + *wrong;
-  const bool for_nodes = request.node_version.value_or(0) != 0;
-  auto records = SplitIntoRecords(std::get<std::vector<FlashPiece>>(pieces),
-                                  for_nodes ? kMostNodeRecordBytes : KvxRecord::kMostBytes);
-  if (const auto* wrong = std::get_if<std::string>(&records)) return request.from + ": " + *wrong;
   KvxImage image;
   image.device_id = request.device_id;
   image.node_version = request.node_version;
+  auto records =
+      SplitIntoRecords(std::get<std::vector<FlashPiece>>(pieces),
+                       image.IsForNodes() ? KvxRecord::kMostNodeBytes : KvxRecord::kMostBytes);
+  if (const auto* wrong = std::get_if<std::string>(&records)) return request.from + ": " + *wrong;
   image.records = std::get<std::vector<KvxRecord>>(std::move(records));
   if (image.records.empty()) return request.from + ": It holds no data.";
   const auto bytes = WriteKvx(image);

@@ -77,7 +77,7 @@ void AddOverlaps(const KvxImage& image, std::vector<std::string>& faults) {
   }
 }
 
-void AddFaultsOf(const KvxRecord& record, const std::string& name, bool for_nodes,
+void AddFaultsOf(const KvxRecord& record, const std::string& name,
                  std::vector<std::string>& faults) {
   if (record.type != 0) {
     faults.push_back(name + " has the type " + std::to_string(record.type) +
@@ -85,11 +85,6 @@ void AddFaultsOf(const KvxRecord& record, const std::string& name, bool for_node
   }
   if (record.Address() + std::size_t{record.length} > kFlashAddresses) {
     faults.push_back(name + " reaches beyond the last address, 0xFFFF.");
-  }
-  if (for_nodes && record.length > kMostNodeRecordBytes) {
-    faults.push_back(name + " has " + std::to_string(record.length) +
-                     " data bytes, of which only " + std::to_string(kMostNodeRecordBytes) +
-                     " reach a node.");
   }
 }
 
@@ -138,9 +133,8 @@ std::vector<std::string> FaultsOf(const KvxImage& image, std::size_t file_size) 
   } else if (std::ranges::all_of(image.records, [](const auto& r) { return r.length == 0; })) {
     faults.emplace_back("Its records are all empty: programming it would only erase a board.");
   }
-  const bool for_nodes = image.node_version.value_or(0) != 0;
   for (std::size_t i = 0; i < image.records.size(); ++i) {
-    AddFaultsOf(image.records[i], "Record " + std::to_string(i + 1), for_nodes, faults);
+    AddFaultsOf(image.records[i], "Record " + std::to_string(i + 1), faults);
   }
   AddOverlaps(image, faults);
   return faults;

@@ -21,8 +21,15 @@ void DeviceTable::SetProblem(std::uint32_t index, Problem problem) {
   if (problem.kind != KVUSB_PROBLEM_NONE) problems_.emplace(index, std::move(problem));
 }
 
+const NodeRecords& DeviceTable::Nodes(std::uint32_t index) const {
+  static const NodeRecords kAbsent;
+  const auto found = nodes_.find(index);
+  return found == nodes_.end() ? kAbsent : found->second;
+}
+
 void DeviceTable::Clear() {
   problems_.clear();
+  nodes_.clear();
   count_ = 0;
   current_ = 0;
   types_[0] = 0;
@@ -35,6 +42,7 @@ std::uint32_t DeviceTable::Append(std::uint32_t found, std::uint32_t type) {
     types_[i] = type;
     records_[i].queried_version = 0;
     records_[i].firmware_present = 1;
+    nodes_.erase(i);
   }
   count_ += taken;
   return taken;

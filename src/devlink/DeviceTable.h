@@ -6,6 +6,7 @@
 #include <span>
 #include <vector>
 
+#include "devlink/NodeRecord.h"
 #include "kvusb/Problem.h"
 #include "kvusb/kvusb.h"
 
@@ -41,6 +42,12 @@ class DeviceTable {
   const Problem& ProblemOf(std::uint32_t index) const;
   void SetProblem(std::uint32_t index, Problem problem);
 
+  // What a board last said of its nodes; all of them absent until it did.
+  const NodeRecords& Nodes(std::uint32_t index) const;
+  NodeRecords& Nodes(std::uint32_t index) { return nodes_[index]; }
+  const NodeRecords& CurrentNodes() const { return Nodes(current_); }
+  NodeRecords& CurrentNodes() { return Nodes(current_); }
+
   // All boards found, for closing them.
   std::span<DeviceRecord> Boards() { return {records_.data(), count_}; }
   // Where the next boards go: room and margin.
@@ -50,13 +57,15 @@ class DeviceTable {
   void Clear();
 
   // Takes up to `found` boards of one type from Free() and returns how many fitted. Sets their
-  // queried version and firmware flag to those of a board that has not answered the identity query.
+  // queried version and firmware flag to those of a board that has not answered the identity query,
+  // and their nodes to absent ones.
   std::uint32_t Append(std::uint32_t found, std::uint32_t type);
 
  private:
   std::vector<DeviceRecord> records_;
   std::vector<std::uint32_t> types_;
   std::map<std::uint32_t, Problem> problems_;
+  std::map<std::uint32_t, NodeRecords> nodes_;
   std::uint32_t count_ = 0;
   std::uint32_t current_ = 0;
 };

@@ -39,7 +39,9 @@ FlashUpdate::FlashUpdate(HidLibrary& library, DeviceRecord& board, const KvxImag
     : library_(library), board_(board), image_(image), observer_(observer) {}
 
 FlashResult FlashUpdate::Run() {
-  if (image_.device_id != board_.product_id) return FlashResult::kWrongDevice;
+  // A node's image has its board's device id, but would leave the board without firmware.
+  const bool fits = image_.device_id == board_.product_id && !image_.IsForNodes();
+  if (!fits) return FlashResult::kWrongDevice;
   packet_ = {};
   if (!Erase() || !SendRecords()) return Stopped();
   // The answer is left alone on purpose: the board's next report shows what it made of its image.

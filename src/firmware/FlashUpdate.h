@@ -33,7 +33,7 @@ enum class FlashResult {
   kCompleted,
   kAborted,
   kFailed,
-  kWrongDevice,  // the image is for another product; nothing was sent and nothing said
+  kWrongDevice,  // the image is for another product or for nodes; nothing was sent and nothing said
 };
 
 // Writes an image into a board that runs its loader: erase, the records in the order of the file,

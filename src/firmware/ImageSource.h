@@ -17,9 +17,6 @@ namespace quillon {
 // Flash addresses have 16 bits.
 inline constexpr std::size_t kFlashAddresses = 0x10000;
 
-// Node commands have a longer header, so fewer data bytes of a record reach a node.
-inline constexpr std::size_t kMostNodeRecordBytes = 56;
-
 // Bytes of an image that follow each other without a gap.
 struct FlashPiece {
   std::size_t address = 0;

@@ -34,12 +34,13 @@ KvxRecord RecordOf(std::span<const std::uint8_t> bytes, std::size_t length) {
 
 // Takes the records into the image; what keeps it from being accepted comes back.
 std::optional<KvxProblem> ReadRecords(std::span<const std::uint8_t> rest, KvxImage& image) {
+  const std::size_t most = image.IsForNodes() ? KvxRecord::kMostNodeBytes : KvxRecord::kMostBytes;
   std::size_t count = 0;
   while (!rest.empty() && rest[0] != kKvxEnd) {
     const std::size_t length = rest.size() > 1 ? rest[1] : 0;
-    const bool too_long = length > KvxRecord::kMostBytes;
+    const bool too_long = length > most;
     if (too_long && count <= KvxImage::kMostRecords) {
-      return KvxProblem{Reason::kRecordTooLong, length, count + 1};
+      return KvxProblem{Reason::kRecordTooLong, length, count + 1, most};
     }
     image.cut_at_end = rest.size() < kRecordHeader + length;
     if (too_long || image.cut_at_end) break;
@@ -62,23 +63,27 @@ KvxFileKind KvxKindOf(std::span<const std::uint8_t> file) {
   return WordAt(file, kNodeVersionAt).value_or(0) == 0 ? KvxFileKind::kCore : KvxFileKind::kNode;
 }
 
-std::variant<KvxImage, KvxProblem> ReadKvxImage(std::span<const std::uint8_t> file,
-                                                KvxFileKind kind) {
+std::variant<KvxHeader, KvxProblem> ReadKvxHeader(std::span<const std::uint8_t> file,
+                                                  KvxFileKind kind) {
   const auto device_id = ReadKvxDeviceId(file);
   if (!device_id) return KvxProblem{Reason::kTooShort, file.size()};
-  KvxImage image;
-  image.device_id = *device_id;
-  std::size_t begin = kNodeVersionAt;
-  if (kind != KvxFileKind::kPlain) {
-    image.node_version = WordAt(file, kNodeVersionAt);
-    if (!image.node_version) return KvxProblem{Reason::kTooShort, file.size()};
-    const bool for_nodes = *image.node_version != 0;
-    if (for_nodes && kind == KvxFileKind::kCore) {
-      return KvxProblem{Reason::kNodeFile, *image.node_version};
-    }
-    if (!for_nodes && kind == KvxFileKind::kNode) return KvxProblem{Reason::kCoreFile};
-    begin += 2;
+  KvxHeader header{.device_id = *device_id, .node_version = {}};
+  if (kind == KvxFileKind::kPlain) return header;
+  header.node_version = WordAt(file, kNodeVersionAt);
+  if (!header.node_version) return KvxProblem{Reason::kTooShort, file.size()};
+  if (header.IsForNodes() && kind == KvxFileKind::kCore) {
+    return KvxProblem{Reason::kNodeFile, *header.node_version};
   }
+  if (!header.IsForNodes() && kind == KvxFileKind::kNode) return KvxProblem{Reason::kCoreFile};
+  return header;
+}
+
+std::variant<KvxImage, KvxProblem> ReadKvxImage(std::span<const std::uint8_t> file,
+                                                KvxFileKind kind) {
+  const auto header = ReadKvxHeader(file, kind);
+  if (const auto* problem = std::get_if<KvxProblem>(&header)) return *problem;
+  KvxImage image{std::get<KvxHeader>(header), {}, false};
+  const std::size_t begin = image.node_version ? kNodeVersionAt + 2 : kNodeVersionAt;
   if (const auto problem = ReadRecords(file.subspan(begin), image)) return *problem;
   return image;
 }
@@ -93,8 +98,10 @@ std::string DescribeKvxProblem(const KvxProblem& problem) {
     case Reason::kCoreFile:
       return "It is a core update file, not a node update file.";
     case Reason::kRecordTooLong:
-      return "Record " + std::to_string(problem.record) + " has " + number +
-             " data bytes; a record has at most " + std::to_string(KvxRecord::kMostBytes) + ".";
+      return "Record " + std::to_string(problem.record) + " has " + number + " data bytes; " +
+             (problem.most_bytes == KvxRecord::kMostNodeBytes
+                  ? "of a record only " + std::to_string(problem.most_bytes) + " reach a node."
+                  : "a record has at most " + std::to_string(problem.most_bytes) + ".");
     case Reason::kTooManyRecords:
       return "It has at least " + number + " records; a file has at most " +
              std::to_string(KvxImage::kMostRecords) + ".";

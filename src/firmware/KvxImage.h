@@ -34,6 +34,8 @@ namespace quillon {
 // One record, with the bytes that a board is sent. Data beyond `length` are zero.
 struct KvxRecord {
   static constexpr std::size_t kMostBytes = 59;
+  // Node commands have a longer header, so fewer data bytes of a record reach a node.
+  static constexpr std::size_t kMostNodeBytes = 56;
 
   std::uint8_t length = 0;
   std::uint8_t address_low = 0;
@@ -50,12 +52,19 @@ struct KvxRecord {
 
 inline constexpr std::uint8_t kKvxEnd = 1;  // the type of a file's last record
 
-struct KvxImage {
-  static constexpr std::size_t kMostRecords = 2046;
-
+// What a file begins with.
+struct KvxHeader {
   std::uint16_t device_id = 0;
   // The word at offset 2, for the files that have it.
   std::optional<std::uint16_t> node_version;
+
+  bool IsForNodes() const { return node_version.value_or(0) != 0; }
+  bool operator==(const KvxHeader&) const = default;
+};
+
+struct KvxImage : KvxHeader {
+  static constexpr std::size_t kMostRecords = 2046;
+
   std::vector<KvxRecord> records;
   // The file ended inside a record, which is left out here.
   bool cut_at_end = false;
@@ -82,6 +91,7 @@ struct KvxProblem {
   Reason reason = Reason::kTooShort;
   std::size_t number = 0;
   std::size_t record = 0;
+  std::size_t most_bytes = KvxRecord::kMostBytes;  // that a record of this kind of file has
 
   bool operator==(const KvxProblem&) const = default;
 };
@@ -98,6 +108,12 @@ std::optional<std::uint16_t> ReadKvxDeviceId(std::span<const std::uint8_t> file)
 // or kCore if only the word is missing.
 KvxFileKind KvxKindOf(std::span<const std::uint8_t> file);
 
+// What stands before the records, so that it can be judged before anything is wrong with those.
+std::variant<KvxHeader, KvxProblem> ReadKvxHeader(std::span<const std::uint8_t> file,
+                                                  KvxFileKind kind);
+
+// The whole file. A record that would not reach a board, or a node, whole is refused: what would be
+// programmed is not what the file holds.
 std::variant<KvxImage, KvxProblem> ReadKvxImage(std::span<const std::uint8_t> file,
                                                 KvxFileKind kind);
 

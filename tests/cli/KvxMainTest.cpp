@@ -108,7 +108,8 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
       {Raw("\x10\x09\x00\x02\xFF\xFF\xAA\xBB\x01"), "Record 1 reaches beyond the last address"},
       {Raw("\x10\x09\x00\x02\x01\x01\xAA\xBB\x00\x02\x01\x00\xAA\xBB\x01"),
        "Records 2 and 1 both have the byte at 0x0101"},
-      {Raw("\x00\x08\x30\x01\x00\x39\x00\x00") + std::string(57, 'x'), "only 56 reach a node"},
+      {Raw("\x00\x08\x30\x01\x00\x39\x00\x00") + std::string(57, 'x'),
+       "Record 1 has 57 data bytes; of a record only 56 reach a node."},
   };
   for (const auto& [bytes, problem] : cases) {
     const Ran ran = Kvx({"check", Written("bad.kvx", bytes)});

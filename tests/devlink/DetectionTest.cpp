@@ -3,6 +3,7 @@
 
 #include <cstring>
 #include <sstream>
+#include <utility>
 
 #include "devlink/Detection.h"
 #include "devlink/NoLibrary.h"
@@ -94,6 +95,28 @@ TEST(Detection, KeepsWhatIsWrongWithABoardUntilTheNextOne) {
   EXPECT_EQ(table.ProblemOf(1), (Problem{KVUSB_PROBLEM_PERMISSION, "1"}));
   table.Clear();
   EXPECT_EQ(table.ProblemOf(1), Problem());
+}
+
+TEST(Detection, EachBoardKeepsItsNodesUntilTheNextOne) {
+  GarbageLibrary library(2);
+  DeviceTable table;
+  DetectBoards(library, table, 2);
+  const NodeRecord first{.status = 1, .flash_version = 0x0130, .update_required = true};
+  const NodeRecord second{.status = 1, .loader_version = 0x0102, .flash_version = 0x0131};
+  table.CurrentNodes()[0] = first;
+  table.SetCurrent(1);
+  EXPECT_EQ(table.CurrentNodes(), NodeRecords()) << "the other board's";
+  table.CurrentNodes()[11] = second;
+  DetectBoards(library, table, 2);
+  table.SetCurrent(0);
+  EXPECT_EQ(table.CurrentNodes(), NodeRecords{first}) << "further boards change nothing";
+  EXPECT_EQ(table.Nodes(1)[11], second);
+
+  table.Clear();
+  EXPECT_EQ(std::as_const(table).Nodes(0), NodeRecords());
+  table.Nodes(1)[0] = second;  // of a place that no board has
+  DetectBoards(library, table, 2);
+  EXPECT_EQ(table.Nodes(1), NodeRecords());
 }
 
 TEST(Detection, ABoardThatDoesNotAnswerIsKeptWithTheDefaults) {

@@ -7,7 +7,6 @@ namespace quillon {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using testing::TranscriptLibrary;
 
 // The answers carry bytes of their own, so that it shows which of them stay in the packet.
@@ -51,15 +50,27 @@ TEST(FlashUpdate, AnImageWithoutRecordsErasesAndFinishes) {
   EXPECT_EQ(log.progress, 0);
 }
 
-TEST(FlashUpdate, SendsAndSaysNothingForAnotherProduct) {
-  TranscriptLibrary library("");
-  DeviceRecord board{};
-  board.product_id = 0x0920;
-  KvxImage image;
-  image.device_id = 0x0910;
-  FlashLog log;
-  EXPECT_EQ(FlashUpdate(library, board, image, log).Run(), FlashResult::kWrongDevice);
-  EXPECT_THAT(log.events, IsEmpty());
+TEST(FlashUpdate, SendsAndSaysNothingForAnotherProductOrForNodes) {
+  const struct {
+    std::uint16_t device_id, node_version;
+    FlashResult result;
+  } cases[] = {
+      {0x0910, 0, FlashResult::kWrongDevice},
+      {0x0800, 0x0130, FlashResult::kWrongDevice},
+      {0x0800, 0, FlashResult::kFailed},  // sent, and lost
+  };
+  for (const auto& c : cases) {
+    const bool sent = c.result != FlashResult::kWrongDevice;
+    TranscriptLibrary library(sent ? "write 0 -> 1 : 00 00 00 00 08 *" : "");
+    DeviceRecord board{};
+    board.product_id = 0x0800;
+    KvxImage image;
+    image.device_id = c.device_id;
+    image.node_version = c.node_version;
+    FlashLog log;
+    EXPECT_EQ(FlashUpdate(library, board, image, log).Run(), c.result) << c.device_id;
+    EXPECT_EQ(log.events.empty(), !sent) << c.device_id;
+  }
 }
 
 TEST(FlashUpdate, AnAbortTakesEffectBeforeTheNextRecord) {

@@ -42,11 +42,16 @@ KvxProblem ProblemOf(const Bytes& file, KvxFileKind kind = KvxFileKind::kPlain) 
   return std::get<KvxProblem>(read);
 }
 
-// Three records; they end at 7, 11 and 74 behind the header, and the end record at 75.
-const Bytes kThree = Joined({0, 3, 0x12, 0x34, 0xAA, 0xBB, 0xCC,  // three bytes at 0x1234
-                             0x42, 0, 0xFF, 0xFE,                 // nothing at 0xFFFE, type 0x42
-                             0, 59, 0x00, 0x80},                  // 59 bytes at 0x0080
-                            Joined(Bytes(59, 0x77), {1}));
+// Three records, the last one as long as it may be; they end at 7, 11 and 15 + `most` behind the
+// header, and the end record one byte later.
+Bytes Three(std::uint8_t most) {
+  return Joined({0, 3, 0x12, 0x34, 0xAA, 0xBB, 0xCC,  // three bytes at 0x1234
+                 0x42, 0, 0xFF, 0xFE,                 // nothing at 0xFFFE, type 0x42
+                 0, most, 0x00, 0x80},                // 59 or 56 bytes at 0x0080
+                Joined(Bytes(most, 0x77), {1}));
+}
+
+const Bytes kThree = Three(59), kThreeForNodes = Three(56);
 
 TEST(KvxImage, ReadsItsRecordsAndWritesThemAgain) {
   const Bytes file = Joined({0x10, 0x09}, kThree);
@@ -68,7 +73,7 @@ TEST(KvxImage, ReadsItsRecordsAndWritesThemAgain) {
 
 TEST(KvxImage, TheNodeSystemsFilesHaveOneWordMore) {
   const Bytes core = Joined({0x00, 0x08, 0x00, 0x00}, kThree);
-  const Bytes nodes = Joined({0x00, 0x08, 0x31, 0x01}, kThree);
+  const Bytes nodes = Joined({0x00, 0x08, 0x31, 0x01}, kThreeForNodes);
   const std::tuple<Bytes, KvxFileKind, int> files[] = {{core, KvxFileKind::kCore, 0},
                                                        {nodes, KvxFileKind::kNode, 0x0131}};
   for (const auto& [file, kind, version] : files) {
@@ -87,7 +92,8 @@ TEST(KvxImage, TheNodeSystemsFilesHaveOneWordMore) {
 }
 
 void ExpectWholeRecordsOfAnyCut(const Bytes& header, KvxFileKind kind) {
-  const Bytes file = Joined(header, kThree);
+  const std::uint8_t most = kind == KvxFileKind::kNode ? 56 : 59;
+  const Bytes file = Joined(header, Three(most));
   for (std::size_t size = 0; size <= file.size(); ++size) {
     SCOPED_TRACE(std::to_string(size) + " bytes");
     const Bytes cut(file.begin(), file.begin() + static_cast<std::ptrdiff_t>(size));
@@ -96,9 +102,9 @@ void ExpectWholeRecordsOfAnyCut(const Bytes& header, KvxFileKind kind) {
       EXPECT_EQ(ProblemOf(cut, kind), (KvxProblem{Reason::kTooShort, size}));
       continue;
     }
-    const std::size_t behind = size - header.size();
-    const std::size_t whole = behind >= 74 ? 3 : behind >= 11 ? 2 : behind >= 7 ? 1 : 0;
-    const bool between = behind == 0 || behind == 7 || behind == 11 || behind >= 74;
+    const std::size_t behind = size - header.size(), last = 15U + most;
+    const std::size_t whole = behind >= last ? 3 : behind >= 11 ? 2 : behind >= 7 ? 1 : 0;
+    const bool between = behind == 0 || behind == 7 || behind == 11 || behind >= last;
     const KvxImage image = ImageOf(cut, kind);
     EXPECT_EQ(image.records.size(), whole);
     EXPECT_EQ(image.cut_at_end, !between);
@@ -119,6 +125,12 @@ TEST(KvxImage, RefusesARecordThatNoPacketCouldCarry) {
   EXPECT_EQ(ProblemOf(Joined(one, {0, 255})), (KvxProblem{Reason::kRecordTooLong, 255, 2}))
       << "cut, but wrong already";
   EXPECT_EQ(ReadKvxDeviceId(Joined(one, {0, 255})), 0x0910);
+
+  const Bytes nodes = {0x00, 0x08, 0x30, 0x01, 0, 57, 0, 0};
+  const KvxProblem problem = ProblemOf(Joined(nodes, Bytes(57)), KvxFileKind::kNode);
+  EXPECT_EQ(problem, (KvxProblem{Reason::kRecordTooLong, 57, 1, 56}));
+  EXPECT_EQ(DescribeKvxProblem(problem),
+            "Record 1 has 57 data bytes; of a record only 56 reach a node.");
 }
 
 TEST(KvxImage, RefusesMoreRecordsThanThereIsRoomFor) {
@@ -145,9 +157,9 @@ TEST(KvxImage, TheBytesThatAreReadAtMostTellWhetherAFileIsAccepted) {
   // The largest file, and one record more: accepting and refusing needs no further byte.
   const Bytes record = Joined({0, 59, 0, 0}, Bytes(59, 0x5A));
   for (const int count : {2046, 2047, 5000}) {
-    Bytes file = Joined({0x00, 0x08, 0x31, 0x01}, Times(count, record));
+    Bytes file = Joined({0x00, 0x08, 0x00, 0x00}, Times(count, record));
     file.resize(std::min(file.size(), kKvxMostBytes));
-    EXPECT_EQ(std::holds_alternative<KvxImage>(ReadKvxImage(file, KvxFileKind::kNode)),
+    EXPECT_EQ(std::holds_alternative<KvxImage>(ReadKvxImage(file, KvxFileKind::kCore)),
               count == 2046)
         << count;
   }

@@ -23,7 +23,8 @@ void CheckProblem(const KvxProblem& problem) {
   using Reason = KvxProblem::Reason;
   Require(!quillon::DescribeKvxProblem(problem).empty(), "every problem has a sentence");
   if (problem.reason == Reason::kRecordTooLong) {
-    Require(problem.number > 59, "a record is refused only above 59 bytes");
+    Require(problem.most_bytes == 59 || problem.most_bytes == 56, "a record has its room");
+    Require(problem.number > problem.most_bytes, "a record is refused only above its room");
     Require(problem.record >= 1 && problem.record <= 2047, "the record named is one that was read");
   }
   if (problem.reason == Reason::kTooManyRecords) {
@@ -34,7 +35,8 @@ void CheckProblem(const KvxProblem& problem) {
 void CheckImage(const KvxImage& image, std::size_t size, KvxFileKind kind) {
   Require(image.records.size() <= 2046, "no more records than there is room for");
   for (const auto& record : image.records) {
-    Require(record.length <= 59, "no record is longer than its room");
+    Require(record.length <= (kind == KvxFileKind::kNode ? 56 : 59),
+            "no record is longer than its room");
     Require(record.type != 1, "the end is no record");
   }
   const auto written = quillon::WriteKvx(image);

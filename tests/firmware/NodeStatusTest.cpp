@@ -1,0 +1,127 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "firmware/NodeStatus.h"
+#include "testing/link/TranscriptLibrary.h"
+
+namespace quillon {
+namespace {
+
+using testing::TranscriptLibrary;
+
+const std::string kQuery = "write 0 -> 0 : 00 00 00 00 1d *\n";
+
+// As required, older, without firmware, absent, absent as well; and the last one is newer than is
+// known and ends the answer.
+const std::string kAnswer = kQuery +
+                            "read 0 -> 0 : 1d 01 01 01 02 01 30 01 01 02 01 2f 01 ff ff ff ff "
+                            "00 01 02 01 30 02 01 02 01 30 00 ff ff ff ff 00 ff ff ff ff "
+                            "00 ff ff ff ff 00 ff ff ff ff 00 ff ff ff ff 00 ff ff ff ff "
+                            "01 12 34 56 78 77 77 77 *\n";
+
+const NodeRecords kAnswered = [] {
+  NodeRecords nodes{
+      {{1, 0x0102, 0x0130, false}, {1, 0x0102, 0x012F, true}, NodeRecord{.status = 1}}};
+  nodes[3] = {0, 0x0102, 0x0130, true};
+  nodes[4] = {2, 0x0102, 0x0130, true};
+  nodes[11] = {1, 0x1234, 0x5678, true};
+  return nodes;
+}();
+
+// A table with two node boards, of which the first is current.
+struct TwoBoards {
+  TwoBoards() {
+    table.Append(2, 1);
+    for (const std::uint32_t i : {0U, 1U}) table.Record(i).product_id = i == 0 ? 0x0800 : 0x1200;
+  }
+  DeviceTable table;
+};
+
+TEST(NodeStatus, FillsTheTableWithWhatTheCurrentBoardAnswers) {
+  TwoBoards boards;
+  TranscriptLibrary library(kAnswer);
+  EXPECT_EQ(QueryNodeStatus(library, boards.table), NodeStatusAnswer::kWithEeprom);
+  EXPECT_EQ(boards.table.Nodes(0), kAnswered);
+  EXPECT_EQ(boards.table.Nodes(1), NodeRecords());
+
+  boards.table.SetCurrent(1);
+  EXPECT_EQ(OnlineNodeVersion(), 0xFFFF) << "nobody has looked";
+  SetOnlineNodeVersion(0x0130);
+  library.Expect("write 1 -> 0 : 00 00 00 00 1d *\nread 1 -> 0 : 1d 00 01 01 02 01 2f *");
+  EXPECT_EQ(QueryNodeStatus(library, boards.table), NodeStatusAnswer::kWithoutEeprom);
+  SetOnlineNodeVersion(0xFFFF);
+  EXPECT_EQ(boards.table.Nodes(1)[0], (NodeRecord{1, 0x0102, 0x012F, false}));
+  EXPECT_EQ(boards.table.Nodes(0), kAnswered) << "each board keeps its own";
+}
+
+TEST(NodeStatus, KeepsWhatItHasWithoutAValidAnswer) {
+  for (const char* exchange :
+       {"write 0 -> 1 : 00 00 00 00 1d *", "write 0 -> 0 : 00 00 00 00 1d *\nread 0 -> 4",
+        "write 0 -> 0 : 00 00 00 00 1d *\nread 0 -> 0 : 1c 01 01 01 02 01 20 *"}) {
+    TwoBoards boards;
+    boards.table.CurrentNodes() = kAnswered;
+    TranscriptLibrary library(exchange);
+    EXPECT_EQ(QueryNodeStatus(library, boards.table), NodeStatusAnswer::kNone) << exchange;
+    EXPECT_EQ(boards.table.CurrentNodes(), kAnswered) << exchange;
+  }
+}
+
+TEST(NodeStatus, JudgesAnActiveNodeByWhatIsRequiredAndWhatIsOnline) {
+  const struct {
+    VersionWord flash, online;
+    const char* status;
+    bool needs_update;
+  } cases[] = {
+      {0x0130, 0xFFFF, "Ok", false},
+      {0x013F, 0xFFFF, "Ok", false},
+      {0x0130, 0x0130, "Ok", false},
+      {0x012F, 0xFFFF, "Update Required", true},
+      {0x0000, 0xFFFF, "Update Required", true},
+      {0xFFFF, 0xFFFF, "Update Required", true},
+      {0xFFFF, 0x0140, "Update Required", true},
+      {0x0140, 0xFFFF, "Incompatible", true},
+      {0x0140, 0x013F, "Incompatible", true},
+      {0x0130, 0x0131, "Update Available Online", false},
+      {0x0140, 0x0141, "Update Available Online", false},
+      {0x0120, 0x0121, "Update Available Online", false},  // intended, though it is too old
+      {0x0120, 0x0120, "Update Required", true},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::Message() << std::hex << c.flash << " with " << c.online << " online");
+    const NodeRecord active{.status = 1, .flash_version = c.flash};
+    EXPECT_EQ(RowTextsOf(active, 0, 0x0130, c.online).update_status, c.status);
+    EXPECT_EQ(NeedsUpdate(active, 0x0130, c.online), c.needs_update);
+    const NodeRecord absent{.status = 0, .flash_version = c.flash};
+    EXPECT_EQ(RowTextsOf(absent, 0, 0x0130, c.online).update_status, "");
+    EXPECT_TRUE(NeedsUpdate(absent, 0x0130, c.online));
+  }
+}
+
+TEST(NodeStatus, OnlyActiveNodesCountForTheBoard) {
+  NodeRecords nodes = kAnswered;
+  for (const std::size_t i : {1U, 2U, 11U}) {
+    EXPECT_TRUE(AnyNodeNeedsUpdate(nodes)) << "before node " << i;
+    nodes[i].status = 0;
+  }
+  EXPECT_FALSE(AnyNodeNeedsUpdate(nodes));
+}
+
+TEST(NodeStatus, IsShownInARowAndInAReport) {
+  const NodeRowTexts row = RowTextsOf({1, 0xFFFF, 0x1234, false}, 11, 0x1230, 0xFFFF);
+  EXPECT_EQ(row.node + "|" + row.status + "|" + row.loader_version + "|" + row.flash_version + "|" +
+                row.update_status,
+            "Node 12|Active|N/A|12.34|Ok");
+  const NodeRowTexts absent = RowTextsOf({2, 0x0102, 0x0130, true}, 0, 0x0130, 0xFFFF);
+  EXPECT_EQ(absent.node + "|" + absent.status + "|" + absent.loader_version + absent.flash_version +
+                absent.update_status,
+            "Node 1|N/A|");
+
+  EXPECT_EQ(NodeReport({1, 0x0102, 0x0130, false}, 0),
+            "Node : 1\r\n\r\n  Node Loader Version : 1.02\r\n  Node Flash Version : 1.30\r\n");
+  EXPECT_EQ(NodeReport({1, 0xFFFF, 0xFFFF, true}, 11),
+            "Node : 12\r\n\r\n  Node Loader Version : N/A\r\n  Node Flash Version : N/A\r\n"
+            "\r\n  WARNING: NODE Firmware update required!\r\n");
+}
+
+}  // namespace
+}  // namespace quillon
