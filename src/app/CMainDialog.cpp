@@ -21,6 +21,8 @@
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
 #include "pages/nodes/CNodePageSets.h"
+#include "pages/nodes/CNodePortPageSet.h"
+#include "pages/nodes/CNodeSystemPageSet.h"
 #include "res/Icons.h"
 #include "tree/CDeviceTreeCtrl.h"
 

@@ -65,6 +65,8 @@ struct RowNames {
   int first = 1;
   int step = 1;
   std::span<const std::string_view> names{};
+  // The names are those of the ports, A first; a port has one row.
+  bool by_port = false;
 };
 
 // Rows of the same settings at even distances in a block.

@@ -66,8 +66,9 @@ void Sheet::AddCells(std::size_t exchange, std::size_t port) {
 
 std::string Sheet::RowNameOf(Cell cell) const {
   const Value& value = cells_[cell];
-  const auto port = value.exchange / page_->blocks.size();
-  return NameOf(value.table->names, port * value.table->rows + value.row);
+  const RowNames& names = value.table->names;
+  const NodePort port = exchanges_[value.exchange].port;
+  return NameOf(names, names.by_port ? port.node * 2U + port.half : value.row);
 }
 
 std::optional<Cell> Sheet::Find(std::string_view table, int line, std::string_view setting) const {

@@ -83,7 +83,8 @@ class Sheet {
   void Edit(Cell cell, std::uint32_t code);
   // All settings that have factory values get them; the board is not told.
   void LoadFactory();
-  // From now on about another port of a node. What was known of the one before is forgotten.
+  // For a page about one port: from now on about this one. What was known of the one before is
+  // forgotten.
   void SetPort(NodePort port);
   // Forgets everything that is known of a board; factory values again.
   void Forget();

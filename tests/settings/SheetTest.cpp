@@ -278,10 +278,13 @@ TEST(Sheet, KnowsEachBlockAndEachByteForItself) {
   EXPECT_EQ(sheet.Outgoing(0)[0], 0x01) << "the factory's";
 }
 
-TEST(Sheet, HoldsABlockForEveryPort) {
+TEST(Sheet, HoldsABlockForEveryPortOrForOne) {
+  const std::string_view names[]{"Port A", "Port B", "Port C", "Port D", "Port E", "Port F"};
   const Setting setting{.id = "level", .title = "", .purpose = "", .field = {0, 0, 4}};
-  const Table table{
-      .id = "port", .names = {.pattern = "Port %1"}, .bits_a_row = 8, .settings = {&setting, 1}};
+  const Table table{.id = "port",
+                    .names = {.pattern = "", .names = names, .by_port = true},
+                    .bits_a_row = 8,
+                    .settings = {&setting, 1}};
   const Block block{.id = "", .way = Way::kNode, .bytes = 1, .tables = {&table, 1}};
   const Page page{.id = "", .title = "", .blocks = {&block, 1}, .about = About::kAllPorts};
   Sheet sheet(page);
@@ -290,11 +293,22 @@ TEST(Sheet, HoldsABlockForEveryPort) {
   EXPECT_EQ(sheet.Exchanges()[5].port.half, 1);
   sheet.Retrieved(5, Bytes{0xA7});
   const Cell cell = *sheet.Find("port", 6, "level");
-  EXPECT_EQ(sheet.RowNameOf(cell), "Port 6");
+  EXPECT_EQ(sheet.RowNameOf(cell), "Port F");
   EXPECT_EQ(sheet.Code(cell), 7U);
   sheet.Edit(cell, 1);
   EXPECT_EQ(sheet.Outgoing(5)[0], 0xA1);
   EXPECT_EQ(sheet.Outgoing(4)[0], 0);
+
+  Page one_port = page;
+  one_port.about = About::kPort;
+  Sheet one(one_port);
+  const Cell only = *one.Find("port", 1, "level");
+  one.Retrieved(0, Bytes{0xA7});
+  one.SetPort({.node = 1, .half = 1});
+  ASSERT_EQ(one.Exchanges().size(), 1U);
+  EXPECT_EQ(one.Exchanges()[0].port.node * 2 + one.Exchanges()[0].port.half, 3);
+  EXPECT_EQ(one.RowNameOf(only), "Port D");
+  EXPECT_EQ(one.Outgoing(0)[0], 0) << "nothing of another port is offered";
 }
 
 // What a page and a tooltip say of a setting.

@@ -2,6 +2,7 @@
 #include "pages/common/CSettingsGrid.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "res/Icons.h"
 
@@ -85,8 +86,12 @@ void CSettingsGrid::BuildCell(int row, int column, Cell cell, Lists& lists) {
 
 void CSettingsGrid::Show() {
   for (int row = 1; row < Rows(); ++row) {
+    bool titled = false;
     for (int column = 1; column < Columns(); ++column) {
-      if (const auto cell = CellAt(row, column)) ShowCell(row, column, *cell, false);
+      const auto cell = CellAt(row, column);
+      if (!cell) continue;
+      if (!std::exchange(titled, true)) SetText(row, 0, Shown(sheet_.RowNameOf(*cell)));
+      ShowCell(row, column, *cell, false);
     }
   }
   Redraw();
@@ -95,7 +100,6 @@ void CSettingsGrid::Show() {
 // A cell that shows its code already keeps its text, unless `anew`.
 void CSettingsGrid::ShowCell(int row, int column, Cell cell, bool anew) {
   const std::uint32_t code = sheet_.Code(cell);
-  if (Text(row, 0).isEmpty()) SetText(row, 0, Shown(sheet_.RowNameOf(cell)));
   const bool worded = !IsToggle(Kind(row, column));
   if (worded && (anew || Value(row, column) != code || Text(row, column).isEmpty()))
     SetText(row, column, Shown(sheet_.TextOf(cell)));

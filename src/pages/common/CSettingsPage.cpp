@@ -142,12 +142,30 @@ void CSettingsPage::ShowSheet() {
   ShowOrigin();
 }
 
+void CSettingsPage::SetPort(int port) {
+  BoardIdentity board = CurrentBoard(context_.link.table);
+  if (port == port_ && board == board_of_port_) return;
+  port_ = port;
+  board_of_port_ = std::move(board);
+  sheet_.SetPort({.node = static_cast<std::uint8_t>((port - 1) / 2),
+                  .half = static_cast<std::uint8_t>((port - 1) % 2)});
+  origin_ = Origin::kNone;
+  for (CSettingsGrid* const grid : grids_) grid->ClearClicked();
+  ShowSheet();
+}
+
 void CSettingsPage::SetOrigin(Origin origin) {
-  const DeviceTable& table = context_.link.table;
   origin_ = origin;
-  origin_board_ = CurrentBoard(table);
-  origin_label_ = QString::fromStdString(BoardLabel(table.CurrentRecord()));
+  origin_board_ = CurrentBoard(context_.link.table);
+  origin_label_ = SubjectLabel();
   ShowOrigin();
+}
+
+// What the page is about now.
+QString CSettingsPage::SubjectLabel() const {
+  const QString board = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
+  if (port_ == 0) return board;
+  return tr("port %1 of %2").arg(QChar('A' + port_ - 1)).arg(board);
 }
 
 void CSettingsPage::ShowOrigin() {

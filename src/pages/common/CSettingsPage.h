@@ -37,6 +37,11 @@ class CSettingsPage : public CPageFrame {
   // whether it was answered at all.
   [[nodiscard]] bool StoreOnBoard();
 
+  // For a page about one port: from now on it is about this port of the current board, counted from
+  // 1 (A). What it held of another port or board is forgotten, so that it is never offered for this
+  // one.
+  void SetPort(int port);
+
   // Updates the line that says where the page's values come from: from the board that is current
   // now, or from another one.
   void ShowOrigin();
@@ -77,11 +82,14 @@ class CSettingsPage : public CPageFrame {
   bool FinishEdits();
   void ShowSheet();
   void SetOrigin(Origin origin);
+  QString SubjectLabel() const;
 
   PageContext context_;
   Sheet sheet_;
   BoundControls* controls_;
   std::vector<CSettingsGrid*> grids_;
+  int port_ = 0;  // none
+  BoardIdentity board_of_port_;
   Origin origin_ = Origin::kNone;
   BoardIdentity origin_board_;
   QString origin_label_;
