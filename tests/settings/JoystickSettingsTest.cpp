@@ -195,4 +195,65 @@ TEST(JoystickSettings, TravelAsTheBoardHoldsThem) {
   }
 }
 
+// As an update of a page sends them that has never retrieved anything.
+TEST(JoystickSettings, AreInTheFactoryWhatTheirPagesSayOfDefaults) {
+  struct Case {
+    BoardFamily family;
+    const char* page;
+    std::size_t exchange;
+    const char* sent;  // in hexadecimal; a record that repeats to the end stands once, behind a *
+  };
+  const Case cases[]{
+      {kFull, "analog", 0, "510b01 510b02 510b04 510b08 510b10 510b20 510b40 510b80"},
+      {kFull, "analog", 1, "b00000 b00000 b00000 b00000 b00000 b00000 f00000"},
+      {kFull, "axis_tweak", 0,
+       "00000000 04000000 08000000 0c000000 10000000 14000000 18000000 1c000000"},
+      {kFull, "digital", 0, "*010000"},
+      {kFull, "hat", 0, "01aa 01aa"},
+      {kFull, "expansion", 0, "0001"},
+      {kSmall, "analog", 0, "510b01 510b02 510b04 510b08 510b10 510b20 510b40 510b80"},
+      {kSmall, "digital", 0, "00 *010000"},
+      {kSmall, "hat", 0, "0100 0100"},
+      {kMatrix, "digital", 0, "*01"},
+      {kMatrix, "digital", 1, "*000000"},
+      {kMatrix, "expansion", 0, "0001"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(std::string(c.page) + ' ' + std::to_string(c.exchange));
+    const Sheet sheet(*FindPage(c.family, c.page));
+    std::string sent, expected;
+    for (const std::uint8_t byte : sheet.Outgoing(c.exchange)) {
+      constexpr const char* kDigits = "0123456789abcdef";
+      sent += {kDigits[byte >> 4], kDigits[byte & 15]};
+    }
+    expected = c.sent;
+    std::erase(expected, ' ');
+    if (const auto star = expected.find('*'); star != std::string::npos) {
+      const std::string record = expected.substr(star + 1);
+      expected.resize(star);
+      while (expected.size() < sent.size()) expected += record;
+    }
+    EXPECT_EQ(sent, expected);
+  }
+}
+
+// Not the inverse of what an update sends. Boards and their users rely on it: leave it alone.
+TEST(JoystickSettings, ShowTheModesOfHatsByATableOfItsOwn) {
+  const struct {
+    std::uint8_t held;
+    std::uint32_t hat1, hat2;
+  } cases[]{{0, 0, 0}, {1, 1, 1}, {2, 3, 2}, {3, 5, 2}, {4, 4, 4}, {5, 6, 2}, {6, 6, 2}, {7, 5, 2}};
+  for (const auto& c : cases) {
+    Sheet sheet(*FindPage(kFull, "hat"));
+    const Cell hat1 = *sheet.Find("hat", 1, "mode"), hat2 = *sheet.Find("hat", 2, "mode");
+    sheet.Set(hat1, 5);
+    sheet.Set(hat2, 2);
+    const auto byte = static_cast<std::uint8_t>(c.held << 1);
+    sheet.Retrieved(0, Bytes{byte, 0, byte, 0});
+    EXPECT_EQ(sheet.Code(hat1), c.hat1) << int(c.held);
+    EXPECT_EQ(sheet.Code(hat2), c.hat2) << int(c.held);
+    EXPECT_EQ(sheet.Outgoing(0)[0], c.hat1 << 1);
+  }
+}
+
 }  // namespace quillon::testing

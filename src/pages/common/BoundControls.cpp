@@ -4,6 +4,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QSignalBlocker>
+#include <algorithm>
 
 #include "pages/common/CNumberBox.h"
 #include "pages/common/WheelGuard.h"
@@ -47,6 +48,7 @@ void BoundControls::Bind(CNumberBox* box, Cell cell) {
 }
 
 void BoundControls::Add(QWidget* control, Cell cell, std::function<void(std::uint32_t code)> show) {
+  cells_.push_back(cell);
   auto* const mark = new CEditMark(control);
   shows_.push_back([=, this, show = std::move(show)] {
     const QSignalBlocker blocker(control);
@@ -62,6 +64,10 @@ void BoundControls::Add(QWidget* control, Cell cell, std::function<void(std::uin
 
 void BoundControls::Show() {
   for (const auto& show : shows_) show();
+}
+
+bool BoundControls::Shows(Cell cell) const {
+  return std::ranges::find(cells_, cell) != cells_.end();
 }
 
 bool BoundControls::FinishEdits() {

@@ -34,6 +34,7 @@ class BoundControls : public QObject {
 
   // Shows the sheet.
   void Show();
+  bool Shows(Cell cell) const;
   // Takes numbers that are still being typed. False when one was refused.
   bool FinishEdits();
 
@@ -46,6 +47,7 @@ class BoundControls : public QObject {
 
   const Sheet& sheet_;
   EditHandler edit_;
+  std::vector<Cell> cells_;
   std::vector<std::function<void()>> shows_;
   std::vector<CNumberBox*> numbers_;
 };

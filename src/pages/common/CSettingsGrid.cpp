@@ -158,6 +158,12 @@ std::optional<Cell> CSettingsGrid::CellAt(int row, int column) const {
   return cells_[static_cast<std::size_t>(row)][static_cast<std::size_t>(column)];
 }
 
+bool CSettingsGrid::Shows(Cell cell) const {
+  return std::ranges::any_of(cells_, [cell](const auto& row) {
+    return std::ranges::find(row, std::optional(cell)) != row.end();
+  });
+}
+
 int CSettingsGrid::ColumnOf(std::string_view setting) const {
   const auto found = std::ranges::find(columns_, setting, &GridColumn::setting);
   return static_cast<int>(found - columns_.begin()) + 1;

@@ -65,6 +65,7 @@ class CSettingsGrid : public CGridCtrl {
 
   // The cell of the sheet; nothing in a place that has none.
   std::optional<Cell> CellAt(int row, int column) const;
+  bool Shows(Cell cell) const;
   // The column of a setting.
   int ColumnOf(std::string_view setting) const;
 

@@ -2,6 +2,7 @@
 #include "pages/common/CSettingsPage.h"
 
 #include <QBoxLayout>
+#include <algorithm>
 
 #include "devlink/DeviceText.h"
 #include "devlink/Exchange.h"
@@ -140,6 +141,12 @@ void CSettingsPage::ShowSheet() {
   controls_->Show();
   OnShown();
   ShowOrigin();
+}
+
+bool CSettingsPage::Shows(Cell cell) const {
+  return controls_->Shows(cell) || std::ranges::any_of(grids_, [cell](const CSettingsGrid* grid) {
+           return grid->Shows(cell);
+         });
 }
 
 void CSettingsPage::SetPort(int port) {

@@ -42,14 +42,16 @@ class CSettingsPage : public CPageFrame {
   // one.
   void SetPort(int port);
 
+  const Sheet& Values() const { return sheet_; }
+  // Whether some control shows the cell.
+  bool Shows(Cell cell) const;
+
   // Updates the line that says where the page's values come from: from the board that is current
   // now, or from another one.
   void ShowOrigin();
 
  protected:
   const PageContext& Context() const { return context_; }
-  const Sheet& Values() const { return sheet_; }
-
   CSettingsGrid* AddGrid(QBoxLayout* layout, const QString& name, const GridLayout& grid);
   BoundControls& Controls() { return *controls_; }
 

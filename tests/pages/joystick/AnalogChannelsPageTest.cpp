@@ -94,53 +94,6 @@ TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis)
   )");
 }
 
-TEST(AnalogChannels, DrivesAnAxisFromOneChannelAtMost) {
-  Fixture fixture(BoardFamily::kJoystick);
-
-  fixture.grid.Click(3, kX);
-  EXPECT_EQ(fixture.Row(3), "Analog 3: ON X Z 5=5 12 Bits=11") << "keeps its other axis";
-  EXPECT_EQ(fixture.Row(1), "Analog 1: ON 5=5 12 Bits=11");
-  fixture.grid.Click(9, kX);
-  EXPECT_EQ(fixture.Row(9), "AE SSI 1: X 12 Bits=11 None=0") << "ON stays the user's";
-  EXPECT_EQ(fixture.Row(3), "Analog 3: ON Z 5=5 12 Bits=11");
-  fixture.grid.Click(9, kX);
-  EXPECT_EQ(fixture.grid.Value(9, kX), 0U);
-
-  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227));
-  EXPECT_EQ(fixture.grid.Background(9, kSpike), qRgb(191, 212, 227));
-  EXPECT_EQ(fixture.grid.Background(3, kX), qRgb(240, 240, 240));
-  fixture.grid.Click(0, kX);
-  fixture.grid.Click(4, 0);
-  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
-}
-
-TEST(AnalogChannels, TakesTheCodeOfTheChosenText) {
-  Fixture fixture(BoardFamily::kJoystick);
-  const struct {
-    int row, column;
-    const char* text;
-    std::uint32_t code;
-  } cases[]{{1, kFilter, "10", 10},           {8, kFilter, "0", 0},
-            {2, kResolution, "4 Bits", 3},    {9, kResolution, "13 Bits", 12},
-            {15, kResolution, "16 Bits", 15}, {9, kCentering, "Button 16", 16},
-            {15, kCentering, "Button 1", 1},  {9, kCentering, "None", 0}};
-  for (const auto& c : cases) {
-    fixture.grid.Enter(c.row, c.column, c.text);
-    EXPECT_EQ(fixture.grid.Value(c.row, c.column), c.code) << c.text;
-    EXPECT_EQ(fixture.grid.Text(c.row, c.column), c.text);
-  }
-}
-
-TEST(AnalogChannels, LoadsDefaults) {
-  Fixture fixture(BoardFamily::kJoystick);
-  fixture.Press("Retrieve", kRetrieve);
-  fixture.page.LoadDefaults();
-  EXPECT_EQ(fixture.Row(1), "Analog 1: ON X 5=5 12 Bits=11");
-  EXPECT_EQ(fixture.Row(8), "Analog 8: ON S2 5=5 12 Bits=11");
-  EXPECT_EQ(fixture.Row(10), "AE SSI 2: 12 Bits=11 None=0");
-  EXPECT_EQ(fixture.Row(15), "INC CH 1: 16 Bits=15 None=0");
-}
-
 TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
   Fixture fixture(BoardFamily::kSmallJoystick);
   EXPECT_EQ(fixture.grid.Rows(), 9);

@@ -100,17 +100,4 @@ TEST(AxisTweak, ShowsWhatBecomesOfAnEntryBeforeItIsSent) {
   QTest::mouseClick(&Button(page, "Update"), Qt::LeftButton);
 }
 
-TEST(AxisTweak, DefaultsLeaveAllAxesInactiveAndKeepWhatNobodyEdits) {
-  Fixture fixture;
-  const auto& page = fixture.page;
-  fixture.Press("Retrieve", kRetrieve);
-  fixture.page.LoadDefaults();
-  for (const char* const axis : kAxes) {
-    EXPECT_EQ(LineText(page, axis), std::string(axis) + ": 0 0 0 " + axis);
-  }
-  fixture.Press("Update", R"(
-    write 0 -> 0 : 00 00 00 00 23 01 00 00 00 00 e4 00 00 00 e8 00 00 00 0c 00 00 00 10 00 00 00 14 00 00 00 b8 00 00 00 1c *
-    read 0 -> 0 : 23 *)");
-}
-
 }  // namespace quillon::testing

@@ -94,39 +94,26 @@ TEST(DigitalChannels, FullControllerShowsTheScanMatrixBoxDisabledAndSaysWhy) {
   EXPECT_FALSE(ScanMatrixBox(fixture.page).toolTip().isEmpty());
 }
 
-TEST(DigitalChannels, HasOneMasterAtMostFromTheNextClickOn) {
-  Fixture fixture(BoardFamily::kJoystick);
-  fixture.Press("Retrieve", Retrieve(kHeld));
-  const auto masters = [&] {
-    std::string inputs;
-    for (int row = 1; row <= 16; ++row) {
-      if (fixture.grid.Value(row, kMaster) != 0) inputs += " " + std::to_string(row);
-    }
-    return inputs;
-  };
-  EXPECT_EQ(masters(), " 2 4") << "as the board holds them";
-  fixture.grid.Click(9, kInvert);
-  fixture.grid.Enter(2, kMode, "Pulse");
-  EXPECT_EQ(masters(), " 2 4");
-  fixture.grid.Click(9, kMaster);
-  EXPECT_EQ(masters(), " 9");
-  fixture.grid.Click(9, kMaster);
-  EXPECT_EQ(masters(), "");
-  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227));
-  EXPECT_EQ(fixture.grid.Background(8, kOn), qRgb(240, 240, 240));
-}
-
-TEST(DigitalChannels, AppliesThePairRules) {
+TEST(DigitalChannels, ShowsWhatARuleDoesToOtherRowsAndWhichRowWasClicked) {
   Fixture fixture(BoardFamily::kJoystick);
   fixture.grid.Enter(4, kMode, "Rotary");
-  EXPECT_EQ(fixture.grid.Text(3, kMode), "Rotary");
-  fixture.grid.Enter(3, kMode, "Toggle");
-  EXPECT_EQ(fixture.grid.Text(4, kMode), "Normal");
   fixture.grid.Enter(7, kEncoder, "GRAY 2X - A");
+  EXPECT_EQ(fixture.Row(3), "Input 3: ON Rotary=4 0=0 None=0");
   EXPECT_EQ(fixture.Row(8), "Input 8: ON Normal=0 0=0 GRAY 2X - B=2");
   for (int row = 1; row <= 16; ++row)  // the decoding is chosen on the odd one
     EXPECT_EQ(fixture.grid.Kind(row, kEncoder), row % 2 ? CellKind::kCombo : CellKind::kPlain)
         << row;
+
+  fixture.grid.Click(2, kMaster);
+  fixture.grid.Click(9, kMaster);
+  EXPECT_EQ(fixture.Row(2), "Input 2: ON Normal=0 0=0 None=0");
+  EXPECT_EQ(fixture.Row(9), "Input 9: ON Master Normal=0 0=0 None=0");
+  fixture.grid.Click(0, kOn);
+  fixture.grid.Click(8, 0);
+  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(191, 212, 227)) << "titles highlight nothing";
+  EXPECT_EQ(fixture.grid.Background(8, kOn), qRgb(240, 240, 240));
+  fixture.page.LoadDefaults();
+  EXPECT_EQ(fixture.grid.Background(9, kOn), qRgb(220, 220, 220)) << "no row is the clicked one";
 }
 
 TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
@@ -173,18 +160,6 @@ TEST(DigitalChannels, RefusesAPulseWidthThatTheBoardCannotHold) {
   std::string stored = kFactory;
   fixture.library.Expect(Update(stored.replace(22, 1, "7")));
   QTest::mouseClick(&Button(fixture.page, "Update"), Qt::LeftButton);
-}
-
-TEST(DigitalChannels, LoadsDefaultsAndLeavesTheScanMatrixAlone) {
-  Fixture fixture(BoardFamily::kSmallJoystick);
-  fixture.Press("Retrieve", Retrieve("01 " + std::string(kHeld)));
-  fixture.grid.Click(3, kOn);
-  fixture.page.LoadDefaults();
-  for (int row = 1; row <= 16; ++row) {
-    EXPECT_EQ(fixture.Row(row), "Input " + std::to_string(row) + ": ON Normal=0 0=0 None=0");
-  }
-  EXPECT_TRUE(ScanMatrixBox(fixture.page).isChecked());
-  EXPECT_EQ(fixture.grid.Background(3, kOn), qRgb(240, 240, 240)) << "no row is the clicked one";
 }
 
 }  // namespace quillon::testing

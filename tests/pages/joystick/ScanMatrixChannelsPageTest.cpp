@@ -100,26 +100,10 @@ TEST(ScanMatrixChannels, MovesBothBlocksInTwoPacketsEach) {
   for (int i = 0; i < 2; ++i) fixture.Press("Update", Update());
 }
 
-TEST(ScanMatrixChannels, AppliesTheRulesWithItsOwnCodes) {
+TEST(ScanMatrixChannels, ShowsThePairOnTheOddRowAndLineBOnTheEvenOne) {
   Fixture fixture;
-  fixture.grid.Enter(64, kMode, "Rotary");
-  EXPECT_EQ(fixture.Row(63), "Input 63: ON Rotary=2 None=0 None=0 None=0");
-  fixture.grid.Enter(63, kMode, "Toggle");
-  EXPECT_EQ(fixture.Row(64), "Input 64: ON Normal=0 None=0");
   fixture.grid.Enter(63, kEncoder, "GRAY 4X - A");
   EXPECT_EQ(fixture.Row(64), "Input 64: ON Normal=0 GRAY 4X - B=3");
-  fixture.grid.Enter(1, kPush, "Button 64");
-  fixture.grid.Enter(1, kPull, "Button 9");
-  EXPECT_EQ(fixture.Row(1), "Input 1: ON Normal=0 None=0 Button 64=64 Button 9=9");
-  fixture.grid.Enter(1, kPush, "None");
-  fixture.grid.Click(1, kHold);
-  EXPECT_EQ(fixture.Row(1), "Input 1: ON Normal=0 None=0 None=0 Button 9=9 Hold");
-
-  fixture.grid.Click(2, kMaster);
-  fixture.grid.Click(50, kMaster);
-  EXPECT_EQ(fixture.grid.Value(2, kMaster), 0U);
-  EXPECT_EQ(fixture.grid.Value(50, kMaster), 1U);
-
   for (const Column column : {kPush, kPull, kHold}) {
     EXPECT_FALSE(fixture.grid.IsEnabledCell(2, column));
     fixture.grid.Click(2, column);
@@ -138,16 +122,6 @@ TEST(ScanMatrixChannels, PaintsEachPairAsAUnitAndTheClickedRowApart) {
         EXPECT_EQ(fixture.grid.Background(row, column), expected) << row << ' ' << column;
       EXPECT_TRUE(fixture.grid.IsEnabledCell(row, kEncoder)) << "shown, though chosen on odd ones";
     }
-  }
-}
-
-TEST(ScanMatrixChannels, LoadsDefaults) {
-  Fixture fixture;
-  fixture.Press("Retrieve", Retrieve());
-  fixture.page.LoadDefaults();
-  for (int row = 1; row <= 64; ++row) {
-    const std::string input = "Input " + std::to_string(row) + ": ON Normal=0 None=0";
-    EXPECT_EQ(fixture.Row(row), row % 2 == 0 ? input : input + " None=0 None=0");
   }
 }
 

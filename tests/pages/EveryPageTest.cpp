@@ -1,8 +1,12 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QAccessible>
 #include <QCheckBox>
+#include <QComboBox>
 #include <QSpinBox>
+#include <algorithm>
+#include <memory>
 
 #include "pages/common/CSettingsPage.h"
 #include "pages/joystick/CJoystickPageSet.h"
@@ -15,37 +19,52 @@
 namespace quillon::testing {
 namespace {
 
-struct Family {
-  BoardFamily family;
-  std::uint16_t product_id;
-  const char* board;
-};
-constexpr Family kFamilies[]{{BoardFamily::kJoystick, 0x0910, "joystick-1"},
-                             {BoardFamily::kSmallJoystick, 0x0920, "compact-1"},
-                             {BoardFamily::kScanMatrix, 0x0710, "matrix-1"}};
+// The tabs of a family's boards.
+std::unique_ptr<CTabSet> MakeTabs(PageContext context, BoardFamily family) {
+  switch (family) {
+    case BoardFamily::kJoystick:
+    case BoardFamily::kSmallJoystick:
+    case BoardFamily::kScanMatrix:
+      return std::make_unique<CJoystickPageSet>(context, family);
+    default:
+      return nullptr;
+  }
+}
+
+sim::Board& BoardOf(SimProgram& program, const Product& product) {
+  const sim::Rig rig = sim::DefaultRig();
+  const auto spec = std::ranges::find(rig.boards, product.id, &sim::BoardSpec::product);
+  return *program.bus.Find(spec->id);
+}
 
 // A new page over a board as it left the factory.
 struct OnePage {
-  OnePage(const Family& family, int tab)
-      : program(family.product_id),
-        pages(program.fixture.Context(), family.family),
-        page(*pages.Page(tab)) {
-    pages.EnablePages(false, true);
+  OnePage(const Product& product, int tab)
+      : program(product.id),
+        pages(MakeTabs(program.fixture.Context(), product.family)),
+        page(*pages->Page(tab)) {
+    for (int i = 1; i < pages->count(); ++i) pages->setTabEnabled(i, true);
   }
 
-  // One edit, of what comes in the page's last exchange. The second one sets it back.
-  void Edit() const {
+  // One edit, of what comes in the page's last exchange. The second one sets it back. False where
+  // there is nothing to choose.
+  bool Edit() const {
     if (auto* const grid = page.findChild<CGridCtrl*>()) {
       for (int column = grid->Columns() - 1; column > 0; --column) {
         for (int row = grid->Rows() - 1; row > 0; --row) {
-          if (grid->IsEnabledCell(row, column) && IsToggle(grid->Kind(row, column)))
-            return grid->Click(row, column);
+          if (!grid->IsEnabledCell(row, column) || !IsToggle(grid->Kind(row, column))) continue;
+          grid->Click(row, column);
+          return true;
         }
       }
     }
-    if (auto* const number = page.findChild<QSpinBox*>())
-      return number->setValue(77 - number->value());
-    page.findChild<QCheckBox*>()->click();
+    if (auto* const number = page.findChild<QSpinBox*>()) {
+      number->setValue(77 - number->value());
+      return true;
+    }
+    auto* const box = page.findChild<QCheckBox*>();
+    if (box != nullptr) box->click();
+    return box != nullptr;
   }
 
   // How many cells and controls are marked as edited.
@@ -75,29 +94,48 @@ struct OnePage {
   }
 
   SimProgram program;
-  CJoystickPageSet pages;
+  std::unique_ptr<CTabSet> pages;
   CSettingsPage& page;
 };
 
+// The first product of each family whose pages are known.
+std::vector<Product> OneProductAFamily() {
+  std::vector<Product> products;
+  for (const Product& product : Products()) {
+    const bool known =
+        std::ranges::find(products, product.family, &Product::family) != products.end();
+    if (!known && !PagesOf(product.family).empty()) products.push_back(product);
+  }
+  return products;
+}
+
 template <typename Claim>
 void ForEveryPage(const Claim& claim) {
-  for (const Family& family : kFamilies) {
-    const int tabs = OnePage(family, 1).pages.count();
+  for (const Product& product : OneProductAFamily()) {
+    const int tabs = OnePage(product, 1).pages->count();
     for (int tab = 1; tab < tabs; ++tab) {
-      SCOPED_TRACE(::testing::Message() << std::hex << family.product_id << ", tab " << tab);
-      claim(family, tab);
+      SCOPED_TRACE(::testing::Message() << std::hex << product.id << ", tab " << tab);
+      claim(product, tab);
     }
   }
+}
+
+// A fault of the n-th packet.
+enum Fault { kWriteFails, kReadFails, kWrongEcho };
+void Plant(FaultyLibrary& library, Fault fault, std::size_t n) {
+  const FaultyLibrary::Which nth{.nth = static_cast<int>(n)};
+  if (fault == kWriteFails) library.FailWrite(nth);
+  if (fault == kReadFails) library.FailRead(nth);
+  if (fault == kWrongEcho) library.AnswerWithEcho(nth, 0xEE);
 }
 
 }  // namespace
 
 TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
-  enum Fault { kWriteFails, kReadFails, kWrongEcho };
-  ForEveryPage([](const Family& family, int tab) {
+  ForEveryPage([](const Product& product, int tab) {
     for (const char* button : {"Retrieve", "Update"}) {
       const bool retrieve = button[0] == 'R';
-      const auto commands = OnePage(family, tab).Press(button);
+      const auto commands = OnePage(product, tab).Press(button);
       ASSERT_FALSE(commands.empty());
       for (std::size_t n = 1; n <= commands.size(); ++n) {
         const bool last_of_block = n == commands.size() || commands[n] != commands[n - 1];
@@ -108,14 +146,11 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
           if ((fault == kWriteFails && retrieve) || (fault == kWrongEcho && !last_of_block))
             continue;
           SCOPED_TRACE(::testing::Message() << button << ", packet " << n << ", fault " << fault);
-          OnePage one(family, tab);
+          OnePage one(product, tab);
           Button(one.page, "Retrieve").click();
           one.Edit();
           const auto before = ShownBy(one.page);
-          const FaultyLibrary::Which nth{.nth = static_cast<int>(n)};
-          if (fault == kWriteFails) one.program.library.FailWrite(nth);
-          if (fault == kReadFails) one.program.library.FailRead(nth);
-          if (fault == kWrongEcho) one.program.library.AnswerWithEcho(nth, 0xEE);
+          Plant(one.program.library, fault, n);
           EXPECT_EQ(one.Press(button).size(), n - (fault == kWriteFails)) << "and sends no more";
           EXPECT_TRUE(Lamp(one.page, "Error").IsBlinking());
           EXPECT_FALSE(Lamp(one.page, "Busy").IsLit());
@@ -125,8 +160,14 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
           const char* const origin = retrieve ? "Retrieved in part only" : "Stored in part only";
           EXPECT_TRUE(OriginOf(one.page).startsWith(in_part ? origin : "Retrieved from"));
           EXPECT_TRUE(OriginOf(one.page).endsWith("Edited since.")) << "the edit is still one";
-          one.pages.ResetIndicators();
+          one.pages->ResetIndicators();
           EXPECT_FALSE(Lamp(one.page, "Error").IsLit() || Lamp(one.page, "Error").IsBlinking());
+          if (retrieve) continue;
+          // "Load default settings" goes by what this returns.
+          OnePage other(product, tab);
+          Plant(other.program.library, fault, n);
+          EXPECT_EQ(other.page.StoreOnBoard(),
+                    fault == kWrongEcho && other.page.Values().Of().answered_is_done);
         }
       }
     }
@@ -134,8 +175,8 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
 }
 
 TEST(EveryPage, MarksAnEditUntilItIsSetBackOrStored) {
-  ForEveryPage([](const Family& family, int tab) {
-    const OnePage one(family, tab);
+  ForEveryPage([](const Product& product, int tab) {
+    const OnePage one(product, tab);
     const auto expect = [&](const char* origin, int marks) {
       EXPECT_TRUE(OriginOf(one.page).startsWith(origin)) << OriginOf(one.page).toStdString();
       EXPECT_EQ(OriginOf(one.page).endsWith("Edited since."), marks > 0);
@@ -154,8 +195,8 @@ TEST(EveryPage, MarksAnEditUntilItIsSetBackOrStored) {
 }
 
 TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIsHeld) {
-  ForEveryPage([](const Family& family, int tab) {
-    OnePage one(family, tab);
+  ForEveryPage([](const Product& product, int tab) {
+    OnePage one(product, tab);
     one.Edit();
     const auto edited = ShownBy(one.page);
     {
@@ -176,21 +217,50 @@ TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIs
 }
 
 TEST(EveryPage, SendsBackTheBytesThatCame) {
-  for (const Family& family : kFamilies) {
-    SimProgram program(family.product_id);
-    CJoystickPageSet pages(program.fixture.Context(), family.family);
-    auto& blocks = program.bus.Find(family.board)->State().blocks;
+  for (const Product& product : OneProductAFamily()) {
+    SimProgram program(product.id);
+    const auto pages = MakeTabs(program.fixture.Context(), product.family);
+    auto& blocks = BoardOf(program, product).State().blocks;
     auto sent = blocks;
     if (sent.contains("expansion")) sent["expansion"][0] &= 1;  // the rest has no meaning
     // No damping; the bytes are always sent as 0.
-    if (family.family == BoardFamily::kSmallJoystick) sent["hat"][1] = sent["hat"][3] = 0;
-    for (int tab = 1; tab < pages.count(); ++tab) {
-      pages.Page(tab)->Retrieve();
-      pages.Page(tab)->Update();
-      EXPECT_TRUE(OriginOf(*pages.Page(tab)).startsWith("Stored in")) << tab;
+    if (product.family == BoardFamily::kSmallJoystick) sent["hat"][1] = sent["hat"][3] = 0;
+    for (int tab = 1; tab < pages->count(); ++tab) {
+      pages->Page(tab)->Retrieve();
+      pages->Page(tab)->Update();
+      EXPECT_TRUE(OriginOf(*pages->Page(tab)).startsWith("Stored in")) << tab;
     }
     for (const auto& [name, bytes] : sent) EXPECT_EQ(blocks[name], bytes) << name;
   }
+}
+
+TEST(EveryPage, ShowsEverySettingWithANameAValueAndATooltip) {
+  ForEveryPage([](const Product& product, int tab) {
+    const OnePage one(product, tab);
+    const Sheet& sheet = one.page.Values();
+    for (Cell cell = 0; cell < sheet.Cells(); ++cell)
+      EXPECT_TRUE(one.page.Shows(cell)) << sheet.RowNameOf(cell) << ' ' << sheet.SettingOf(cell).id;
+    for (const auto* const grid : one.page.findChildren<CGridCtrl*>()) {
+      for (int row = 1; row < grid->Rows(); ++row) {
+        for (int column = 1; column < grid->Columns(); ++column) {
+          const QModelIndex index = grid->model()->index(row - 1, column - 1);
+          EXPECT_FALSE(index.data(Qt::ToolTipRole).toString().isEmpty()) << row << ' ' << column;
+          EXPECT_GE(index.data(Qt::AccessibleTextRole).toString().count(u','), 1);
+        }
+      }
+    }
+    for (auto* const control : one.page.findChildren<QWidget*>()) {
+      const bool editor = qobject_cast<const QSpinBox*>(control) != nullptr ||
+                          qobject_cast<const QComboBox*>(control) != nullptr ||
+                          qobject_cast<const QAbstractButton*>(control) != nullptr;
+      // What a user reaches: a grid has a button of its own in its corner.
+      if (!editor || !(control->focusPolicy() & Qt::TabFocus)) continue;
+      EXPECT_FALSE(control->toolTip().isEmpty()) << control->accessibleName().toStdString();
+      EXPECT_FALSE(
+          QAccessible::queryAccessibleInterface(control)->text(QAccessible::Name).isEmpty())
+          << control->toolTip().toStdString();
+    }
+  });
 }
 
 }  // namespace quillon::testing
