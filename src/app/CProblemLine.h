@@ -11,17 +11,16 @@ class QPushButton;
 
 namespace quillon {
 
-// Tells what keeps the first board from working and how many others there are, of which the tree
-// tells. Where the user only lacks the permission, installs the udev rule that gives it, or hands
-// out the command that does. Hidden while all is well.
+// Tells how many boards cannot be used; the tree tells why of each. Where the user only lacks the
+// permission, installs the udev rule that gives it, or hands out the command that does. Hidden
+// while all is well.
 class CProblemLine : public QFrame {
   Q_OBJECT
 
  public:
   explicit CProblemLine(AccessHelp help, QWidget* parent = nullptr);
 
-  // Shows the outcome of a detection: `general`, fit to be shown or empty, and what is wrong with
-  // the boards of the table.
+  // Shows what a detection found: `general`, fit to be shown or empty, and the table's boards.
   void Show(const QString& general, const DeviceTable& table);
 
  signals:
@@ -29,20 +28,17 @@ class CProblemLine : public QFrame {
   void RuleInstalled();
 
  private:
-  QString Advice(bool locked);
+  QString OfferRule(bool wanted);
   void Install();
   void OnInstallEnded(const ElevatedResult& result);
   void CopyCommand();
-  void UpdateButtons();
+  void Tell(const QString& last);
 
   AccessHelp help_;
+  QString findings_;  // of the last detection
   QLabel* text_;
-  QLabel* outcome_;  // of the last press of a button
   QPushButton* install_;
   QPushButton* copy_;
-  FoundRule rule_{};
-  bool offered_ = false;  // the buttons
-  bool running_ = false;
 };
 
 }  // namespace quillon

@@ -11,9 +11,7 @@ namespace quillon {
 
 enum class ElevatedEnd : std::uint8_t {
   kDone,
-  kDismissed,      // the user closed the question for the password
-  kNotAuthorised,  // or there is no program that could ask
-  kUnavailable,    // there is no pkexec
+  kDismissed,  // the user closed the question for the password
   kFailed,
 };
 

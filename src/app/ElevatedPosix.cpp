@@ -23,7 +23,8 @@ class Pkexec {
                      });
     QObject::connect(process_.get(), &QProcess::errorOccurred, process_.get(),
                      [this](QProcess::ProcessError error) {
-                       if (error == QProcess::FailedToStart) End(ElevatedEnd::kUnavailable);
+                       if (error == QProcess::FailedToStart)
+                         Finish({ElevatedEnd::kFailed, QStringLiteral("There is no pkexec.")});
                      });
   }
   Pkexec(const Pkexec&) = delete;
@@ -52,8 +53,6 @@ class Pkexec {
         return ElevatedEnd::kDone;
       case 126:
         return ElevatedEnd::kDismissed;
-      case 127:
-        return ElevatedEnd::kNotAuthorised;
       default:
         return ElevatedEnd::kFailed;
     }
@@ -61,9 +60,11 @@ class Pkexec {
 
   void End(ElevatedEnd end) {
     const QString said = QString::fromUtf8(process_->readAllStandardError()).trimmed();
-    if (const Done done = std::exchange(done_, nullptr)) {
-      done({end, said.section(QLatin1Char('\n'), 0, 0).left(kLongestLine)});
-    }
+    Finish({end, said.section(QLatin1Char('\n'), 0, 0).left(kLongestLine)});
+  }
+
+  void Finish(const ElevatedResult& result) {
+    if (const Done done = std::exchange(done_, nullptr)) done(result);
   }
 
   std::unique_ptr<QProcess> process_ = std::make_unique<QProcess>();

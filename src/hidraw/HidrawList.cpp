@@ -1,8 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "hidraw/HidrawList.h"
 
+#include <libudev.h>
+
 #include <algorithm>
 #include <charconv>
+#include <memory>
 #include <string_view>
 #include <utility>
 #include <variant>
@@ -23,44 +26,12 @@ std::optional<Number> ParseNumber(std::string_view text, int base) {
   return value;
 }
 
-// The longest report descriptor that the kernel gives; an attribute is far shorter.
-constexpr std::size_t kMostBytes = 4096;
-
-// Reads the files of one node. What is not there or not for this user is empty.
-class NodeReader {
- public:
-  // The board left while it was read, and half of what it says is worth nothing.
-  bool IsGone() const { return gone_; }
-
-  std::string Content(const fs::path& file) {
-    auto content = ReadFile(file, kMostBytes);
-    if (auto* const bytes = std::get_if<std::string>(&content)) return std::move(*bytes);
-    const std::error_code reason = std::get<FileProblem>(content).code;
-    if (reason == std::errc::no_such_device || reason == std::errc::io_error) gone_ = true;
-    return {};
-  }
-
-  // An attribute is a text and a line end.
-  std::string Attribute(const fs::path& file) {
-    std::string text = Content(file);
-    if (text.ends_with('\n')) text.pop_back();
-    return text;
-  }
-
- private:
-  bool gone_ = false;
+struct Release {
+  void operator()(udev* context) const { udev_unref(context); }
+  void operator()(udev_device* device) const { udev_device_unref(device); }
 };
 
-// "KEY=value" among the lines of a uevent file.
-std::string Property(std::string_view lines, std::string_view key) {
-  while (!lines.empty()) {
-    const std::string_view line = lines.substr(0, lines.find('\n'));
-    if (line.starts_with(key) && line.substr(key.size()).starts_with('='))
-      return std::string(line.substr(key.size() + 1));
-    lines.remove_prefix(std::min(line.size() + 1, lines.size()));
-  }
-  return {};
-}
+std::string Text(const char* text) { return text != nullptr ? text : ""; }
 
 // "0003:4C7E:0910.0007": bus, vendor, product, number.
 struct HidName {
@@ -78,6 +49,17 @@ std::optional<HidName> ParseHidName(std::string_view name) {
 // The HID device's folder, two above the hidraw node's own.
 fs::path HidFolder(const fs::path& node) { return node.parent_path().parent_path(); }
 
+// Nothing if the board left while it was read; empty if there is none. libudev would cut it at its
+// first zero byte.
+std::optional<std::string> ReadDescriptor(const fs::path& hid_folder) {
+  constexpr std::size_t kMostBytes = 4096;  // that the kernel gives
+  const auto content = ReadFile(hid_folder / "report_descriptor", kMostBytes);
+  if (const auto* const bytes = std::get_if<std::string>(&content)) return *bytes;
+  const std::error_code reason = std::get<FileProblem>(content).code;
+  const bool gone = reason == std::errc::no_such_device || reason == std::errc::io_error;
+  return gone ? std::nullopt : std::optional<std::string>("");
+}
+
 std::optional<std::uint32_t> TypeOf(const std::string& descriptor) {
   const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
   for (const CollectionUsage& collection : TopLevelCollections(bytes)) {
@@ -89,23 +71,27 @@ std::optional<std::uint32_t> TypeOf(const std::string& descriptor) {
 }
 
 // A board that is not on USB has only what its HID device says.
-void ReadTexts(HidrawNode& node, const fs::path& hid_folder, NodeReader& reader) {
-  std::error_code ignored;
-  for (fs::path folder = hid_folder.parent_path(); folder.has_relative_path();
-       folder = folder.parent_path()) {
-    if (!fs::exists(folder / "idVendor", ignored)) continue;
-    node.board = folder.string();
-    node.release =
-        ParseNumber<std::uint16_t>(reader.Attribute(folder / "bcdDevice"), 16).value_or(0);
-    node.product_text = reader.Attribute(folder / "product");
-    node.manufacturer = reader.Attribute(folder / "manufacturer");
-    node.serial = reader.Attribute(folder / "serial");
-    return;
+void ReadTexts(HidrawNode& node) {
+  const std::unique_ptr<udev, Release> context(udev_new());
+  const std::unique_ptr<udev_device, Release> device(
+      udev_device_new_from_syspath(context.get(), node.folder.c_str()));
+  if (!device) return;
+  const auto parent = [&](const char* subsystem, const char* type) {
+    return udev_device_get_parent_with_subsystem_devtype(device.get(), subsystem, type);
+  };
+  if (udev_device* const usb = parent("usb", "usb_device")) {
+    const auto attribute = [&](const char* name) {
+      return Text(udev_device_get_sysattr_value(usb, name));
+    };
+    node.board = Text(udev_device_get_syspath(usb));
+    node.release = ParseNumber<std::uint16_t>(attribute("bcdDevice"), 16).value_or(0);
+    node.product_text = attribute("product");
+    node.manufacturer = attribute("manufacturer");
+    node.serial = attribute("serial");
+  } else if (udev_device* const hid = parent("hid", nullptr)) {
+    node.product_text = Text(udev_device_get_property_value(hid, "HID_NAME"));
+    node.serial = Text(udev_device_get_property_value(hid, "HID_UNIQ"));
   }
-  const std::string properties = reader.Content(hid_folder / "uevent");
-  node.board = hid_folder.string();
-  node.product_text = Property(properties, "HID_NAME");
-  node.serial = Property(properties, "HID_UNIQ");
 }
 
 std::string DeviceOf(const fs::path& folder) { return "/dev/" + folder.filename().string(); }
@@ -129,11 +115,14 @@ std::optional<HidrawNode> ReadHidrawNode(const fs::path& folder) {
   if (!name || name->vendor != kUsbVendorId) return std::nullopt;
   node.folder = real.string();
   node.device = DeviceOf(real);
+  node.board = hid_folder.string();  // unless it is on USB
   node.product_id = name->product;
-  NodeReader reader;
-  node.type = TypeOf(reader.Content(hid_folder / "report_descriptor"));
-  ReadTexts(node, hid_folder, reader);
-  if (reader.IsGone()) return std::nullopt;
+  const auto descriptor = ReadDescriptor(hid_folder);
+  if (!descriptor) return std::nullopt;
+  node.type = TypeOf(*descriptor);
+  if (node.type) ReadTexts(node);
+  // The USB device outlives the node, so its texts are whole if the node is still there.
+  if (!fs::exists(real, error)) return std::nullopt;
   return node;
 }
 

@@ -58,7 +58,7 @@ TEST_F(Elevated, TellsHowPkexecEnded) {
       {"exit 0", ElevatedEnd::kDone, ""},
       {"echo talk; echo '  ' >&2; exit 0", ElevatedEnd::kDone, ""},
       {"echo 'Request dismissed' >&2; exit 126", ElevatedEnd::kDismissed, "Request dismissed"},
-      {"echo 'No agent.' >&2; echo more >&2; exit 127", ElevatedEnd::kNotAuthorised, "No agent."},
+      {"echo 'No agent.' >&2; echo more >&2; exit 127", ElevatedEnd::kFailed, "No agent."},
       {"echo 'mv: no' >&2; exit 1", ElevatedEnd::kFailed, "mv: no"},
       {"kill -9 $$", ElevatedEnd::kFailed, ""},
   };
@@ -72,7 +72,9 @@ TEST_F(Elevated, TellsHowPkexecEnded) {
 }
 
 TEST_F(Elevated, SaysThatThereIsNoPkexecAndFindsOneThatComesLater) {
-  EXPECT_EQ(Run().end, ElevatedEnd::kUnavailable);
+  const ElevatedResult result = Run();
+  EXPECT_EQ(result.end, ElevatedEnd::kFailed);
+  EXPECT_EQ(result.said, "There is no pkexec.");
   Pkexec("exit 0");
   EXPECT_EQ(Run().end, ElevatedEnd::kDone);
 }

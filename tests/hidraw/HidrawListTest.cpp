@@ -51,28 +51,15 @@ TEST(HidrawList, NamesOursByTheirNumbers) {
   EXPECT_FALSE(ReadHidrawNode(sys.root / "class/hidraw/hidraw3")) << "of another vendor";
 }
 
-TEST(HidrawList, ReadsWhatIsThereAndDoesWithoutTheRest) {
+TEST(HidrawList, TellsWhatAnInterfaceIsForAndDoesWithoutADescriptor) {
   const Sys sys;
   sys.Add(kBoard, "hidraw3");
-  const auto read = [&] { return ReadHidrawNode(sys.root / "class/hidraw/hidraw3").value(); };
-  EXPECT_EQ(read().type, std::nullopt) << "no descriptor";
-  EXPECT_THAT(read().board, ::testing::EndsWith("0003:4C7E:0910.0007")) << "not on USB";
-
-  sys.Write(kBoard + "/uevent", "HID_ID=0003:1:2\nHID_NAME=A name\nHID_UNIQ=007\n");
+  const auto type = [&] { return ReadHidrawNode(sys.root / "class/hidraw/hidraw3").value().type; };
+  EXPECT_EQ(type(), std::nullopt) << "no descriptor";
   sys.Write(kBoard + "/report_descriptor", std::string("\x06\x4C\xFF\x09\x03\xA1\x01\xC0"));
-  EXPECT_EQ(read().type, 3U);
-  EXPECT_EQ(read().product_text, "A name");
-  EXPECT_EQ(read().serial, "007");
-
-  sys.Write("usb1/1-2/idVendor", "4c7e\n");
-  sys.Write("usb1/1-2/bcdDevice", "0282\n");
-  sys.Write("usb1/1-2/product", "Board");
-  EXPECT_THAT(read().board, ::testing::EndsWith("usb1/1-2"));
-  EXPECT_EQ(read().release, 0x0282);
-  EXPECT_EQ(read().product_text, "Board") << "without a line end";
-  EXPECT_EQ(read().serial, "") << "the board has none";
+  EXPECT_EQ(type(), 3U);
   sys.Write(kBoard + "/report_descriptor", std::string("\x06\x4C\xFF\x09\x04\xA1\x01\xC0"));
-  EXPECT_EQ(read().type, std::nullopt) << "no device type";
+  EXPECT_EQ(type(), std::nullopt) << "no device type";
 
   const fs::path descriptor = sys.root / "devices" / kBoard / "report_descriptor";
   fs::remove(descriptor);
