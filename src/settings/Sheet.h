@@ -44,8 +44,8 @@ class Sheet {
  public:
   // One block for the board, or for one port.
   struct Exchange {
-    const Block* block;
-    NodePort port;
+    const Block* block = nullptr;
+    NodePort port{};
   };
 
   explicit Sheet(const Page& page);
@@ -113,11 +113,11 @@ class Sheet {
 
  private:
   struct Value {
-    const Table* table;
-    const Setting* setting;
-    std::size_t exchange;
-    std::size_t row;  // of the table
-    int line;
+    const Table* table = nullptr;
+    const Setting* setting = nullptr;
+    std::size_t exchange = 0;
+    std::size_t row = 0;  // of the table
+    int line = 0;
     std::uint32_t code = 0;      // shown
     std::uint32_t held = 0;      // by the board
     std::uint32_t baseline = 0;  // the code that is no edit

@@ -41,7 +41,7 @@ CSettingsPage::Outcome CSettingsPage::RunExchanges(const Transfer& transfer) {
   if (context_.link.table.IsEmpty()) return {.done = false, .transported = false};
   for (std::size_t i = 0; i < sheet_.Exchanges().size() && outcome.done; ++i) {
     if (Skips(sheet_.Exchanges()[i].port)) continue;
-    const TransferResult result = transfer(i);
+    const TransferResult result = transfer(context_.link.table.CurrentRecord(), i);
     outcome.done = result.IsDone();
     outcome.transported = result.IsTransported();
     outcome.any = outcome.any || result.bytes > 0;
@@ -54,11 +54,10 @@ void CSettingsPage::Retrieve() {
   if (!hold) return;
   ShowError(false);
   ShowBusy(true);
-  auto& [library, table, gate] = context_.link;
-  const Outcome outcome = RunExchanges([&](std::size_t i) {
+  const Outcome outcome = RunExchanges([this](DeviceRecord& board, std::size_t i) {
     const auto& [block, port] = sheet_.Exchanges()[i];
     std::vector<std::uint8_t> bytes(block->bytes);
-    const auto result = ReadBlock(library, table.CurrentRecord(), *block, bytes, port);
+    const auto result = ReadBlock(context_.link.library, board, *block, bytes, port);
     if (!result.IsDone()) return result;
     sheet_.Retrieved(i, bytes);
     ShowSheet();
@@ -109,12 +108,11 @@ void CSettingsPage::LoadDefaults() {
 }
 
 bool CSettingsPage::StoreOnBoard() {
-  auto& [library, table, gate] = context_.link;
   sheet_.BeginUpdate();
-  const Outcome outcome = RunExchanges([&](std::size_t i) {
+  const Outcome outcome = RunExchanges([this](DeviceRecord& board, std::size_t i) {
     const auto& [block, port] = sheet_.Exchanges()[i];
     const auto bytes = sheet_.Outgoing(i);
-    const auto result = WriteBlock(library, table.CurrentRecord(), *block, bytes, port);
+    const auto result = WriteBlock(context_.link.library, board, *block, bytes, port);
     sheet_.Stored(i, bytes, result.bytes);
     return result;
   });
@@ -170,7 +168,7 @@ void CSettingsPage::SetOrigin(Origin origin) {
 
 // What the page is about now.
 QString CSettingsPage::SubjectLabel() const {
-  const QString board = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
+  QString board = QString::fromStdString(BoardLabel(context_.link.table.CurrentRecord()));
   if (port_ == 0) return board;
   return tr("port %1 of %2").arg(QChar('A' + port_ - 1)).arg(board);
 }
