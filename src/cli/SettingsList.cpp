@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
 // Prints every setting of every family as JSON: where it stands, what it may be, what it is in the
-// factory.
+// factory. Pages about one port of a node have a list of their own.
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "settings/NodeSettings.h"
 #include "settings/Setting.h"
 
 namespace quillon {
@@ -100,6 +101,8 @@ ordered_json Families() {
       if (other.family == product.family) ids.push_back(other.id);
     }
     families.push_back({{"products", ids}, {"pages", Json(PagesOf(product.family))}});
+    if (product.family == BoardFamily::kNodeSystem)
+      families.back()["port_pages"] = Json(PortPages());
   }
   return families;
 }
