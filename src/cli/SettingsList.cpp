@@ -1,11 +1,12 @@
 // SPDX-License-Identifier: MIT
 //
 // Prints every setting of every family as JSON: where it stands, what it may be, what it is in the
-// factory.
+// factory. Pages about one port of a node have a list of their own.
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "settings/NodeSettings.h"
 #include "settings/Setting.h"
 
 namespace quillon {
@@ -63,6 +64,7 @@ ordered_json Json(const Table& table) {
         {"pattern", table.names.pattern}, {"first", table.names.first}, {"step", table.names.step}};
   } else {
     json["names"] = table.names.names;
+    if (table.names.by_port) json["names_by_port"] = true;
   }
   for (const Setting& setting : table.settings) json["settings"].push_back(Json(setting));
   return json;
@@ -72,6 +74,7 @@ ordered_json Json(const Block& block) {
   ordered_json json{
       {"id", block.id}, {"read", block.read}, {"write", block.write}, {"bytes", block.bytes}};
   if (block.way == Way::kRange) json["range"] = {block.start, block.end};
+  if (block.way == Way::kNode) json["node_offsets"] = {block.start, block.end};
   for (const Table& table : block.tables) json["tables"].push_back(Json(table));
   return json;
 }
@@ -80,6 +83,8 @@ ordered_json Json(std::span<const Page> pages) {
   ordered_json json = ordered_json::array();
   for (const Page& page : pages) {
     ordered_json one{{"id", page.id}, {"title", page.title}};
+    if (page.about == About::kAllPorts) one["about"] = "all_ports";
+    if (page.about == About::kPort) one["about"] = "port";
     for (const Block& block : page.blocks) one["blocks"].push_back(Json(block));
     json.push_back(std::move(one));
   }
@@ -96,6 +101,8 @@ ordered_json Families() {
       if (other.family == product.family) ids.push_back(other.id);
     }
     families.push_back({{"products", ids}, {"pages", Json(PagesOf(product.family))}});
+    if (product.family == BoardFamily::kNodeSystem)
+      families.back()["port_pages"] = Json(PortPages());
   }
   return families;
 }

@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "settings/JoystickSettings.h"
+#include "settings/NodeSettings.h"
 
 namespace quillon {
 namespace {
@@ -49,6 +50,8 @@ std::span<const Page> PagesOf(BoardFamily family) {
       return SmallJoystickPages();
     case BoardFamily::kScanMatrix:
       return ScanMatrixPages();
+    case BoardFamily::kNodeSystem:
+      return NodeSystemPages();
     default:
       return {};
   }

@@ -116,8 +116,8 @@ struct Page {
   bool update_leaves_lamp = false;
 };
 
-// The settings pages of a family, in the order of its tabs; none for a family that has no pages or
-// whose pages are still to come.
+// The settings pages of a family's board, in the order of its tabs; none for a family that has no
+// pages or whose pages are still to come. Those of one port of a node stand in NodeSettings.h.
 std::span<const Page> PagesOf(BoardFamily family);
 
 // What stands for a code: its choice, offered or not, its number, or "on" and "off" for a switch.

@@ -8,8 +8,14 @@
 #include <algorithm>
 #include <memory>
 
+#include "firmware/NodeStatus.h"
 #include "pages/common/CSettingsPage.h"
 #include "pages/joystick/CJoystickPageSet.h"
+#include "pages/nodes/CDirectOutputPage.h"
+#include "pages/nodes/CGlcdPage.h"
+#include "pages/nodes/CIoPortPage.h"
+#include "pages/nodes/CSpiDacPage.h"
+#include "settings/NodeSettings.h"
 #include "testing/pages/SimProgram.h"
 #include "widgets/CEditMark.h"
 #include "widgets/CGridCtrl.h"
@@ -19,6 +25,22 @@
 namespace quillon::testing {
 namespace {
 
+// The pages of a node system's board and those of its port B, behind a tab that is none.
+struct NodeTabs : CTabSet {
+  explicit NodeTabs(PageContext context) : CTabSet(context, nullptr) {
+    QueryNodeStatus(context.link.library, context.link.table);
+    AddTab("tab-node", {});
+    AddPage<CIoPortsPage>(NodeSystemPages().front(), "tab-ports");
+    AddPage<CIoPortPage>(*FindPortPage("io_port"), "tab-ports");
+    AddPage<CDirectOutputPage>(*FindPortPage("direct_outputs"), "tab-ports");
+    AddPage<CGlcdPage>(*FindPortPage("glcd"), "tab-ports");
+    AddPage<CSpiDacPage>(*FindPortPage("spi_dac"), "tab-ports");
+    for (int tab = 2; tab < count(); ++tab) Page(tab)->SetPort(2);
+  }
+};
+// The ports of the nodes that are there; the others are left out.
+constexpr int kPortsThere = 12;
+
 // The tabs of a family's boards.
 std::unique_ptr<CTabSet> MakeTabs(PageContext context, BoardFamily family) {
   switch (family) {
@@ -26,6 +48,8 @@ std::unique_ptr<CTabSet> MakeTabs(PageContext context, BoardFamily family) {
     case BoardFamily::kSmallJoystick:
     case BoardFamily::kScanMatrix:
       return std::make_unique<CJoystickPageSet>(context, family);
+    case BoardFamily::kNodeSystem:
+      return std::make_unique<NodeTabs>(context);
     default:
       return nullptr;
   }
@@ -49,14 +73,21 @@ struct OnePage {
   // One edit, of what comes in the page's last exchange. The second one sets it back. False where
   // there is nothing to choose.
   bool Edit() const {
-    if (auto* const grid = page.findChild<CGridCtrl*>()) {
+    if (auto* const grid = page.findChild<CSettingsGrid*>()) {
+      const bool ports = page.Values().Of().about == About::kAllPorts;
+      const int last = ports ? kPortsThere : grid->Rows() - 1;
       for (int column = grid->Columns() - 1; column > 0; --column) {
-        for (int row = grid->Rows() - 1; row > 0; --row) {
+        for (int row = last; row > 0; --row) {
           if (!grid->IsEnabledCell(row, column) || !IsToggle(grid->Kind(row, column))) continue;
           grid->Click(row, column);
           return true;
         }
       }
+      const int column = grid->Columns() - 1;
+      const auto offers = OffersOf(page.Values().SettingOf(*grid->CellAt(last, column)));
+      const bool second = grid->Value(last, column) == offers[0].code;
+      grid->Enter(last, column, QString::fromStdString(offers[second ? 1 : 0].text));
+      return true;
     }
     if (auto* const number = page.findChild<QSpinBox*>()) {
       number->setValue(77 - number->value());
@@ -137,10 +168,15 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
       const bool retrieve = button[0] == 'R';
       const auto commands = OnePage(product, tab).Press(button);
       ASSERT_FALSE(commands.empty());
+      // The blocks of nodes are a packet each, all with one command.
+      const bool of_nodes = product.family == BoardFamily::kNodeSystem;
       for (std::size_t n = 1; n <= commands.size(); ++n) {
-        const bool last_of_block = n == commands.size() || commands[n] != commands[n - 1];
-        const bool first_block = std::all_of(commands.begin(), commands.begin() + std::ptrdiff_t(n),
-                                             [&](auto code) { return code == commands[0]; });
+        const bool last_of_block =
+            of_nodes || n == commands.size() || commands[n] != commands[n - 1];
+        const bool first_block =
+            of_nodes ? n == 1
+                     : std::all_of(commands.begin(), commands.begin() + std::ptrdiff_t(n),
+                                   [&](auto code) { return code == commands[0]; });
         for (const Fault fault : {kWriteFails, kReadFails, kWrongEcho}) {
           // A query leaves the judgement to its read, and a block to its last packet's echo.
           if ((fault == kWriteFails && retrieve) || (fault == kWrongEcho && !last_of_block))
@@ -148,7 +184,7 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
           SCOPED_TRACE(::testing::Message() << button << ", packet " << n << ", fault " << fault);
           OnePage one(product, tab);
           Button(one.page, "Retrieve").click();
-          one.Edit();
+          const bool edited = one.Edit();
           const auto before = ShownBy(one.page);
           Plant(one.program.library, fault, n);
           EXPECT_EQ(one.Press(button).size(), n - (fault == kWriteFails)) << "and sends no more";
@@ -159,7 +195,8 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
           const bool in_part = !first_block || (!retrieve && n > 1 && fault != kWrongEcho);
           const char* const origin = retrieve ? "Retrieved in part only" : "Stored in part only";
           EXPECT_TRUE(OriginOf(one.page).startsWith(in_part ? origin : "Retrieved from"));
-          EXPECT_TRUE(OriginOf(one.page).endsWith("Edited since.")) << "the edit is still one";
+          EXPECT_EQ(OriginOf(one.page).endsWith("Edited since."), edited)
+              << "the edit is still one";
           one.pages->ResetIndicators();
           EXPECT_FALSE(Lamp(one.page, "Error").IsLit() || Lamp(one.page, "Error").IsBlinking());
           if (retrieve) continue;
@@ -182,9 +219,10 @@ TEST(EveryPage, MarksAnEditUntilItIsSetBackOrStored) {
       EXPECT_EQ(OriginOf(one.page).endsWith("Edited since."), marks > 0);
       EXPECT_EQ(one.Marks(), marks);
     };
-    one.Edit();
+    const bool editable = one.Edit();
     expect("Not retrieved from the board yet.", 0);
     Button(one.page, "Retrieve").click();
+    if (!editable) return expect("Retrieved from", 0);
     for (const int marks : {1, 0, 1}) {
       one.Edit();
       expect("Retrieved from", marks);
@@ -197,7 +235,7 @@ TEST(EveryPage, MarksAnEditUntilItIsSetBackOrStored) {
 TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIsHeld) {
   ForEveryPage([](const Product& product, int tab) {
     OnePage one(product, tab);
-    one.Edit();
+    const bool editable = one.Edit();
     const auto edited = ShownBy(one.page);
     {
       const auto hold = one.program.fixture.link.gate.Enter();
@@ -212,7 +250,7 @@ TEST(EveryPage, AsksBeforeDefaultsWhichItDoesNotSendAndDoesNothingWhileTheGateIs
           yes);
       EXPECT_TRUE(one.Press("Defaults").empty());
     }
-    EXPECT_NE(ShownBy(one.page), edited);
+    EXPECT_EQ(ShownBy(one.page) != edited, editable);
   });
 }
 
@@ -220,8 +258,9 @@ TEST(EveryPage, SendsBackTheBytesThatCame) {
   for (const Product& product : OneProductAFamily()) {
     SimProgram program(product.id);
     const auto pages = MakeTabs(program.fixture.Context(), product.family);
-    auto& blocks = BoardOf(program, product).State().blocks;
-    auto sent = blocks;
+    const sim::BoardState& state = BoardOf(program, product).State();
+    const sim::Nodes nodes = state.nodes;
+    auto sent = state.blocks;
     if (sent.contains("expansion")) sent["expansion"][0] &= 1;  // the rest has no meaning
     // No damping; the bytes are always sent as 0.
     if (product.family == BoardFamily::kSmallJoystick) sent["hat"][1] = sent["hat"][3] = 0;
@@ -230,7 +269,9 @@ TEST(EveryPage, SendsBackTheBytesThatCame) {
       pages->Page(tab)->Update();
       EXPECT_TRUE(OriginOf(*pages->Page(tab)).startsWith("Stored in")) << tab;
     }
-    for (const auto& [name, bytes] : sent) EXPECT_EQ(blocks[name], bytes) << name;
+    for (const auto& [name, bytes] : sent) EXPECT_EQ(state.blocks.at(name), bytes) << name;
+    for (std::size_t node = 0; node < nodes.size(); ++node)
+      EXPECT_EQ(state.nodes[node].memory, nodes[node].memory) << node;
   }
 }
 

@@ -51,7 +51,10 @@ CSettingsPage::Outcome CSettingsPage::RunExchanges(const Transfer& transfer) {
 
 void CSettingsPage::Retrieve() {
   const auto hold = context_.link.gate.TryEnter();
-  if (!hold) return;
+  if (hold) RetrieveNow();
+}
+
+void CSettingsPage::RetrieveNow() {
   ShowError(false);
   ShowBusy(true);
   const Outcome outcome = RunExchanges([this](DeviceRecord& board, std::size_t i) {

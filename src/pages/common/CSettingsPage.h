@@ -30,6 +30,9 @@ class CSettingsPage : public CPageFrame {
   void Update();
   void Defaults();
 
+  // What Retrieve() does, for a caller that makes sure that no other exchange is under way.
+  void RetrieveNow();
+
   // What "Load default settings" of the device does with each page: it fills in the defaults
   // without a question ...
   void LoadDefaults();

@@ -1,0 +1,23 @@
+// SPDX-License-Identifier: MIT
+#pragma once
+
+#include "pages/common/CSettingsPage.h"
+
+namespace quillon {
+
+// "I/O Ports" of the node I/O system: whether each port is on, which way it works and what it
+// drives. Ports of nodes that are not active are neither read nor written.
+class CIoPortsPage : public CSettingsPage {
+  Q_OBJECT
+
+ public:
+  CIoPortsPage(PageContext context, const Page& page, QWidget* parent = nullptr)
+      : CIoPortsPage(context, page, tr("I/O Ports Configuration"), parent) {}
+
+ protected:
+  CIoPortsPage(PageContext context, const Page& page, const QString& title, QWidget* parent);
+
+  bool Skips(NodePort port) const override;
+};
+
+}  // namespace quillon

@@ -1,0 +1,101 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include "pages/nodes/CIoPortsPage.h"
+#include "pages/nodes/NodeBoards.h"
+#include "settings/NodeSettings.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+using ::testing::ElementsAre;
+
+constexpr int kActivePorts = 12;  // of six nodes
+
+struct Fixture : NodeBoards {
+  std::string Row(int port) const { return RowText(grid, port); }
+  void Retrieve() const { Button(page, "Retrieve").click(); }
+  std::string Origin() const { return OriginOf(page).toStdString(); }
+  // Words of the active ports, of which a word's high byte is always 0.
+  std::uint8_t& Word(int port) {
+    return Memory(static_cast<std::size_t>(port - 1) / 2)[port % 2 != 0 ? 6 : 8];
+  }
+
+  CIoPortsPage page{fixture.Context(), NodeSystemPages().front()};
+  CGridCtrl& grid = Grid(page);
+};
+
+}  // namespace
+
+TEST(IoPorts, AreThoseOfActiveNodesAndTheOthersStayAsTheyAre) {
+  Fixture fixture;
+  ASSERT_EQ(fixture.grid.Rows(), 25);
+  fixture.grid.Enter(13, 3, "SPI");
+  fixture.Retrieve();
+  std::vector<std::string> rows;
+  for (int port = 1; port <= kActivePorts + 1; ++port) rows.push_back(fixture.Row(port));
+  EXPECT_THAT(rows, ElementsAre("Port A: ON Output=0 Direct=0", "Port B: ON Output=0 Multiplexed=1",
+                                "Port C: ON Output=0 CRT RWR=2", "Port D: ON Output=0 GLCD=3",
+                                "Port E: ON Output=0 8-bit DACs=4", "Port F: ON Output=0 Latched=5",
+                                "Port G: ON Output=0 SPI=6", "Port H: ON Output=0 Dot Matrix=7",
+                                "Port I: ON Input=1 Direct=0", "Port J: ON Input=1 Multiplexed=1",
+                                "Port K: Input=1 Direct=0", "Port L: Output=0 Direct=0",
+                                "Port M: Output=0 SPI=6"));
+  EXPECT_THAT(fixture.Origin(), ::testing::StartsWith("Retrieved from"));
+
+  // An absent node would refuse, and light the lamp.
+  Button(fixture.page, "Update").click();
+  EXPECT_FALSE(Lamp(fixture.page, "Error").IsLit());
+  EXPECT_EQ(fixture.Word(10), 0x07) << "an input is stored as one";
+  fixture.grid.Enter(10, 2, "Output");
+  Button(fixture.page, "Update").click();
+  EXPECT_EQ(fixture.Word(10), 0x05);
+}
+
+TEST(IoPorts, KeepWhatCameBeforeTheExchangeThatFailed) {
+  for (const int n : {1, 6, kActivePorts}) {
+    SCOPED_TRACE(n);
+    Fixture fixture;
+    fixture.Retrieve();
+    std::vector<std::string> before{""};
+    for (int port = 1; port <= kActivePorts; ++port) {
+      before.push_back(fixture.Row(port));
+      fixture.Word(port) = 0x18;  // off, SPI
+    }
+    fixture.library.FailRead({.nth = n});
+    fixture.Retrieve();
+    EXPECT_TRUE(Lamp(fixture.page, "Error").IsBlinking());
+    EXPECT_THAT(fixture.Origin(),
+                ::testing::StartsWith(n == 1 ? "Retrieved from Node" : "Retrieved in part only"));
+    for (int port = 1; port <= kActivePorts; ++port) {
+      const auto& expected = before[static_cast<std::size_t>(port)];
+      EXPECT_EQ(fixture.Row(port), port < n ? expected.substr(0, 7) + " Output=0 SPI=6" : expected);
+    }
+
+    // Ports before the one that fails are written already.
+    fixture.page.LoadDefaults();
+    fixture.library.FailWrite({.nth = n});
+    EXPECT_FALSE(fixture.page.StoreOnBoard());
+    for (int port = 1; port <= kActivePorts; ++port)
+      EXPECT_EQ(fixture.Word(port), port < n ? 0x00 : 0x18) << port;
+  }
+}
+
+TEST(IoPorts, SayThatNothingWasExchangedWhenNoNodeIsActive) {
+  Fixture fixture;
+  fixture.Table().CurrentNodes() = {};
+  bool sent = false;
+  fixture.library.BeforeWrite({}, [&] { sent = true; });
+  fixture.Retrieve();
+  EXPECT_THAT(fixture.Origin(), ::testing::MatchesRegex("Nothing was exchanged with .*: no node is "
+                                                        "active\\."));
+  EXPECT_TRUE(fixture.page.StoreOnBoard());
+  EXPECT_THAT(fixture.Origin(), ::testing::StartsWith("Nothing was exchanged"));
+  EXPECT_FALSE(Lamp(fixture.page, "Error").IsLit());
+  EXPECT_FALSE(sent);
+  fixture.library.DropUnstruck();
+}
+
+}  // namespace quillon::testing

@@ -1,0 +1,196 @@
+// SPDX-License-Identifier: MIT
+#include <gmock/gmock.h>
+
+#include <QComboBox>
+#include <QPlainTextEdit>
+
+#include "pages/common/CSettingsPage.h"
+#include "pages/nodes/CNodePortPageSet.h"
+#include "pages/nodes/NodeBoards.h"
+#include "testing/OwnFolders.h"
+#include "testing/link/TranscriptLibrary.h"
+#include "widgets/CGridCtrl.h"
+#include "widgets/CStatusLed.h"
+
+namespace quillon::testing {
+namespace {
+
+using ::testing::EndsWith;
+using ::testing::HasSubstr;
+using ::testing::StartsWith;
+
+enum Tab { kInformation, kIoPort, kOutputs, kGlcd, kSpiDac };
+constexpr int kPortB = 2, kPortC = 3, kPortJ = 10;
+constexpr const char* kNotRetrieved = "Not retrieved from the board yet.";
+
+struct Fixture : NodeBoards {
+  using NodeBoards::NodeBoards;
+
+  CSettingsPage& Page(int tab) { return *pages.Page(tab); }
+  std::string Origin(int tab) { return OriginOf(Page(tab)).toStdString(); }
+  std::string Row(int tab, int row) { return RowText(Grid(Page(tab)), row); }
+  std::string Report() const {
+    return Named<QPlainTextEdit>(pages, "Report on the node").toPlainText().toStdString();
+  }
+  // The tabs behind the report that are enabled.
+  std::string EnabledTabs() const {
+    std::string enabled;
+    for (int tab = kIoPort; tab < pages.count(); ++tab)
+      if (pages.isTabEnabled(tab)) enabled += std::to_string(tab);
+    return enabled;
+  }
+  void Press(int tab, const char* button) {
+    Button(Page(tab), button).click();
+    EXPECT_FALSE(Lamp(Page(tab), "Error").IsLit()) << button << ' ' << tab;
+  }
+
+  CNodePortPageSet pages{fixture.Context()};
+};
+
+}  // namespace
+
+TEST(NodePortPageSet, OpensAtTheReportWhichDecidesAboutTheOtherTabs) {
+  Fixture fixture;
+  QStringList titles;
+  for (int tab = 0; tab < fixture.pages.count(); ++tab) titles << fixture.pages.tabText(tab);
+  EXPECT_EQ(titles.join('|').toStdString(),
+            "Node Information|I/O Port|Direct Output Mode|GLCD Mode|SPI / DAC Mode");
+
+  fixture.pages.ShowPort(kPortB);
+  EXPECT_EQ(fixture.EnabledTabs(), "1234");
+  EXPECT_THAT(fixture.Report(), StartsWith("Node : 1\n\n"));
+  EXPECT_THAT(fixture.Report(), EndsWith("Node Flash Version : 1.30\n"));
+  EXPECT_THAT(fixture.Origin(kIoPort), StartsWith("Retrieved from port B of Node"));
+  EXPECT_EQ(fixture.Row(kIoPort, 1), "Port B: ON Output=0 Multiplexed=1");
+  EXPECT_EQ(Grid(fixture.Page(kIoPort)).Rows(), 2);
+
+  fixture.pages.setCurrentIndex(kSpiDac);
+  fixture.pages.ShowPort(kPortJ);
+  EXPECT_EQ(fixture.pages.currentIndex(), kInformation);
+
+  // A node that needs an update. The tree shows a port from inside of a detection too.
+  fixture.ChooseSecond();
+  const auto hold = fixture.fixture.link.gate.Enter();
+  fixture.pages.ShowPort(kPortC);
+  EXPECT_EQ(fixture.EnabledTabs(), "");
+  EXPECT_FALSE(fixture.pages.tabToolTip(kSpiDac).isEmpty());
+  EXPECT_THAT(fixture.Report(), StartsWith("Node : 2\n\n"));
+  EXPECT_THAT(fixture.Report(), EndsWith("\n  WARNING: NODE Firmware update required!\n"));
+  EXPECT_THAT(fixture.Origin(kIoPort), StartsWith("Retrieved from port C of Node"));
+}
+
+TEST(NodePortPageSet, OffersNothingOfAnotherPortOrBoard) {
+  Fixture fixture;
+  const auto fill = [&] {
+    fixture.pages.ShowPort(kPortB);
+    fixture.Press(kSpiDac, "Retrieve");
+    EXPECT_EQ(fixture.Row(kSpiDac, 1), "CH 1: LO=1 24=2");
+    Grid(fixture.Page(kOutputs)).Click(3, 1);
+    fixture.library.FailRead({});
+    Button(fixture.Page(kGlcd), "Retrieve").click();
+    EXPECT_TRUE(Lamp(fixture.Page(kGlcd), "Error").IsBlinking());
+  };
+  const auto expect_blank = [&](const char* io_port) {
+    EXPECT_THAT(fixture.Origin(kIoPort), StartsWith(io_port));
+    for (const int tab : {kOutputs, kGlcd, kSpiDac}) {
+      EXPECT_EQ(fixture.Origin(tab), kNotRetrieved);
+      EXPECT_FALSE(Lamp(fixture.Page(tab), "Error").IsLit());
+    }
+    EXPECT_EQ(fixture.Row(kSpiDac, 1), "CH 1: OFF=0 10=0");
+    EXPECT_EQ(fixture.Row(kOutputs, 3), "Output 3: ON");
+  };
+  fill();
+  fixture.pages.ShowPort(kPortJ);
+  expect_blank("Retrieved from port J");
+  // Nor when nothing comes of the new port.
+  fill();
+  fixture.library.FailRead({});
+  fixture.pages.ShowPort(kPortJ);
+  expect_blank(kNotRetrieved);
+  EXPECT_TRUE(Lamp(fixture.Page(kIoPort), "Error").IsBlinking());
+  EXPECT_EQ(fixture.Row(kIoPort, 1), "Port J: Output=0 Direct=0");
+
+  fill();
+  fixture.ChooseSecond();
+  fixture.pages.ShowPort(kPortB);
+  expect_blank("Retrieved from port B");
+  EXPECT_THAT(fixture.Origin(kIoPort), HasSubstr("002"));
+}
+
+TEST(NodePortPageSet, LoadsTheDefaultsOfItsFourPagesInOrderAlsoAfterAFailure) {
+  const std::string writes[]{
+      "write 0 -> 0 : 00 02 08 02 1c 01 26 01 00 00 00 *\n",
+      "write 0 -> 0 : 00 0f 19 0f 1c 01 28 01 00 01 01 01 01 01 01 01 01 01 01 01 01 01 01 01 *\n",
+      "write 0 -> 0 : 00 01 29 01 1c 01 35 01 00 00 *\n",
+      "write 0 -> 0 : 00 0a 34 0a 1c 01 10 01 00 00 00 00 00 00 00 00 00 00 00 *\n"};
+  const char* const echoes[]{"26", "28", "35", "10"};
+  const struct {
+    const char* name;
+    std::size_t page;    // the one that fails, from 0; 4: none
+    const char* answer;  // what it gets
+    bool message;
+  } cases[]{
+      {"all well", 4, "", false},
+      {"port refused", 0, "read 0 -> 0 : 0a *\n", true},
+      {"no answer for the outputs", 1, "read 0 -> 4\n", true},
+      // Intended: of these pages only the way there and back counts.
+      {"outputs refused", 1, "read 0 -> 0 : 0a *\n", false},
+      {"display refused", 2, "read 0 -> 0 : 0a *\n", false},
+      {"channels refused", 3, "read 0 -> 0 : 0a *\n", false},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.name);
+    TranscriptLibrary library("write 0 -> 0 : 00 00 08 02 1c 00 25 01 02 *\nread 0 -> 0 : 25 *");
+    PageFixture board(library, 0x0800, 0x0110);
+    board.link.table.CurrentNodes()[1] = {.status = 1, .update_required = false};
+    CNodePortPageSet pages(board.Context());
+    pages.ShowPort(4);
+    std::string calls;
+    for (std::size_t page = 0; page < 4; ++page) {
+      calls += writes[page];
+      calls += page == c.page ? c.answer : std::string("read 0 -> 0 : ") + echoes[page] + " *\n";
+    }
+    library.Expect(calls);
+    if (c.message) {
+      board.prompts.ExpectMessage("Load device defaults settings failed!", "Load Defaults",
+                                  UserPrompts::Icon::kError);
+    }
+    pages.LoadDeviceDefaults();
+    for (std::size_t page = 0; page < 4; ++page) {
+      EXPECT_EQ(Lamp(*pages.Page(static_cast<int>(page) + 1), "Error").IsBlinking(),
+                page == c.page);
+    }
+  }
+}
+
+TEST(NodePortPageSet, NodeKeepsWhatWasUpdatedWhenTheProgramRestarts) {
+  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "ports", .latency = {}};
+  {
+    Fixture fixture(options);
+    fixture.pages.ShowPort(kPortJ);
+    for (const int tab : {kOutputs, kGlcd, kSpiDac}) fixture.Press(tab, "Retrieve");
+    Grid(fixture.Page(kIoPort)).Enter(1, 3, "SPI");
+    Grid(fixture.Page(kOutputs)).Click(15, 1);
+    Grid(fixture.Page(kSpiDac)).Enter(10, 1, "MID");
+    Grid(fixture.Page(kSpiDac)).Enter(10, 2, "32");
+    for (int tab = kIoPort; tab <= kSpiDac; ++tab) fixture.Press(tab, "Update");
+    EXPECT_THAT(fixture.Origin(kSpiDac), StartsWith("Stored in port J of Node"));
+  }
+  Fixture fixture(options);
+  fixture.pages.ShowPort(kPortJ);
+  EXPECT_EQ(fixture.Row(kIoPort, 1), "Port J: ON Input=1 SPI=6");
+  const bool was_on = sim::FactoryNodeMemory()[39] != 0;
+  EXPECT_EQ(fixture.Memory(4)[39], was_on ? 0 : 1);
+  fixture.Press(kSpiDac, "Retrieve");
+  EXPECT_EQ(fixture.Row(kSpiDac, 10), "CH 10: MID=2 32=3");
+  EXPECT_EQ(fixture.Row(kSpiDac, 1), "CH 1: LO=1 24=2");
+  fixture.Press(kOutputs, "Retrieve");
+  EXPECT_EQ(fixture.Row(kOutputs, 15), was_on ? "Output 15:" : "Output 15: ON");
+  // The node's other port is as it was.
+  fixture.pages.ShowPort(kPortJ - 1);
+  EXPECT_EQ(fixture.Row(kIoPort, 1), "Port I: ON Input=1 Direct=0");
+  fixture.Press(kSpiDac, "Retrieve");
+  EXPECT_EQ(fixture.Row(kSpiDac, 10), "CH 10: OFF=0 10=0");
+}
+
+}  // namespace quillon::testing
