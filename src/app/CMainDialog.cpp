@@ -17,6 +17,7 @@
 #include "app/Profile.h"
 #include "devlink/Detection.h"
 #include "devlink/DeviceText.h"
+#include "firmware/NodeStatus.h"
 #include "firmware/RestartCommand.h"
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
@@ -63,6 +64,7 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(&run_, &StackRun::Ended, this, &CMainDialog::OnRunEnded);
   connect(problem_line_, &CProblemLine::RuleInstalled, this,
           [this] { services_.link.gate.Request(); });
+  tree_->SetNodeReader([this] { return ReadNodes(); });
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
@@ -233,6 +235,14 @@ void CMainDialog::SelectFamilyPages() {
   }
   home_->ShowBoardCount(services_.link.table.Count());
   pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? empty_page_ : home_);
+}
+
+NodeList CMainDialog::ReadNodes() {
+  auto& [library, table, gate] = services_.link;
+  if (QueryNodeStatus(library, table) == NodeStatusAnswer::kNone) return {};
+  NodeList present;
+  for (const NodeRecord& node : table.CurrentNodes()) present.push_back(node.IsActive());
+  return present;
 }
 
 CPageSet* CMainDialog::ShownPageSet() const {

@@ -13,6 +13,7 @@
 #include "devlink/Products.h"
 #include "pages/common/PageContext.h"
 #include "pages/common/StackRun.h"
+#include "tree/DeviceTreeModel.h"
 
 class QAction;
 class QSplitter;
@@ -94,6 +95,7 @@ class CMainDialog : public QMainWindow {
   void DetectAllTypes();
   const Product& CurrentProduct() const;
   void SelectFamilyPages();
+  NodeList ReadNodes();
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);
   void ChooseBoardOfPort();

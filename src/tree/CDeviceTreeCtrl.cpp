@@ -18,6 +18,12 @@ namespace {
 
 constexpr int kLeastCharacters = 32;
 
+// The firmware of the first kind knows nothing of nodes.
+bool HasNodesToRead(const DeviceTable& table, std::uint32_t board) {
+  return ProductOf(table.Record(board).product_id).nodes_in_tree &&
+         table.Type(board) != KVUSB_TYPE_FIRMWARE;
+}
+
 }  // namespace
 
 CDeviceTreeCtrl::CDeviceTreeCtrl(BoardLink& link, QWidget* parent)
@@ -58,22 +64,18 @@ void CDeviceTreeCtrl::Rebuild() {
   emit BoardSelected();
 }
 
-// Reads the nodes of every node I/O system and leaves the board to select as the current one.
+// Reads the nodes of every node I/O system before any item is selected. A rebuild goes back to the
+// first board then, and not to the one that was current before: this is intended.
 std::vector<NodeList> CDeviceTreeCtrl::ReadNodes() {
   DeviceTable& table = link_.table;
   if (!DeviceTreeModel::Lists(table)) return {};
   std::vector<NodeList> nodes(table.Count());
-  std::optional<std::uint32_t> selected;
   for (std::uint32_t i = 0; i < table.Count(); ++i) {
-    if (i == table.Current()) selected = i;
-    if (!ProductOf(table.Record(i).product_id).nodes_in_tree) continue;
+    if (!HasNodesToRead(table, i)) continue;
     table.SetCurrent(i);
     if (read_nodes_) nodes[i] = read_nodes_();
-    // Intended: not the former current board. A rebuild goes back to the first board when a node
-    // I/O system stands in the table before the one that was selected.
     table.SetCurrent(0);
   }
-  table.SetCurrent(selected.value_or(0));
   return nodes;
 }
 

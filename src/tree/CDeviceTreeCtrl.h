@@ -38,9 +38,9 @@ class CDeviceTreeCtrl : public QTreeView {
   // everywhere. Both restarts and the firmware check begin as not ready.
   void SetToolReady(DeviceTool tool, bool ready);
 
-  // Builds the tree anew from the table, with the boards visible and their nodes collapsed. Then
-  // selects a board and emits BoardSelected() once, even without a board. The caller may hold the
-  // gate.
+  // Builds the tree anew from the table, with the boards visible and their nodes collapsed. Reads
+  // all nodes first. Then selects the current board, which is the first one if nodes were to be
+  // read, and emits BoardSelected() once, even without a board. The caller may hold the gate.
   void Rebuild();
 
   // The context menu for an item (or none); an action's data() is its DeviceTool as an int.

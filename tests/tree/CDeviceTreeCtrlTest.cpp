@@ -135,11 +135,14 @@ TEST_F(DeviceTreeCtrl, ReadsNodesAsTheCurrentBoardAndGoesBackToTheFirst) {
     std::uint32_t current;
     std::uint32_t selected;
     std::vector<std::uint32_t> reads;  // what was current in each reading
+    std::uint32_t type = 3;
   };
   const Case cases[] = {
       {"no node system", {0x0910, 0x0920, 0x1200}, 2, 2, {}},
-      {"behind the current board", {0x0910, 0x0920, 0x0800}, 1, 1, {2}},
-      {"the current board itself", {0x0910, 0x0800, 0x0920}, 1, 1, {1}},
+      {"one whose firmware knows no nodes", {0x0910, 0x0800}, 1, 1, {}, 2},
+      {"in its loader", {0x0910, 0x0800}, 1, 0, {1}, 1},
+      {"behind the current board", {0x0910, 0x0920, 0x0800}, 1, 0, {2}},
+      {"the current board itself", {0x0910, 0x0800, 0x0920}, 1, 0, {1}},
       {"before the current board", {0x0910, 0x0800, 0x0920}, 2, 0, {1}},
       {"first, before the current board", {0x0800, 0x0910}, 1, 0, {0}},
       {"on both sides of it", {0x0910, 0x0800, 0x0920, 0x0800}, 2, 0, {1, 3}},
@@ -152,7 +155,7 @@ TEST_F(DeviceTreeCtrl, ReadsNodesAsTheCurrentBoardAndGoesBackToTheFirst) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     link.table.Clear();
-    for (const std::uint16_t product : c.products) AddBoard(link.table, 3, product);
+    for (const std::uint16_t product : c.products) AddBoard(link.table, c.type, product);
     link.table.SetCurrent(c.current);
     reads.clear();
     boards.clear();
@@ -160,8 +163,9 @@ TEST_F(DeviceTreeCtrl, ReadsNodesAsTheCurrentBoardAndGoesBackToTheFirst) {
     EXPECT_EQ(reads, c.reads);
     EXPECT_EQ(link.table.Current(), c.selected);
     EXPECT_EQ(tree.currentIndex().row(), static_cast<int>(c.selected));
-    for (int row = 0; row < tree.model()->rowCount(DeviceRoot()); ++row) {
-      const QModelIndex board = tree.model()->index(row, 0, DeviceRoot());
+    const QModelIndex root = tree.currentIndex().parent();
+    for (int row = 0; row < tree.model()->rowCount(root); ++row) {
+      const QModelIndex board = tree.model()->index(row, 0, root);
       EXPECT_EQ(qvariant_cast<QFont>(board.data(Qt::FontRole)).bold(),
                 board == tree.currentIndex());
     }
