@@ -66,6 +66,7 @@ CMainDialog::CMainDialog(const MainServices& services)
           [this] { services_.link.gate.Request(); });
   tree_->SetNodeReader([this] { return ReadNodes(); });
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
+  connect(tree_, &CDeviceTreeCtrl::PortSelected, this, &CMainDialog::ShowPort);
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
@@ -126,7 +127,9 @@ void CMainDialog::CreatePageSets() {
   add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
   add(BoardFamily::kInputBanks, new CDigitalInputBankPageSet(context));
   add(BoardFamily::kNodeSystem, new CNodeSystemPageSet(context));
-  pages_->addWidget(new CNodePortPageSet(context));
+  port_pages_ = new CNodePortPageSet(context);
+  pages_->addWidget(port_pages_);
+  connect(port_pages_, &CTabSet::RefreshRequested, this, &CMainDialog::Redetect);
   add(BoardFamily::kScanMatrix, new CJoystickPageSet(context, BoardFamily::kScanMatrix));
   add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, BoardFamily::kSmallJoystick));
   add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
@@ -180,6 +183,7 @@ void CMainDialog::Redetect() {
   DetectAllTypes();
   services_.notifier.Deliver();
   for (const auto& [family, set] : page_sets_) set->ResetIndicators();
+  port_pages_->ResetIndicators();
   tree_->Rebuild();
   // A page that was hidden meanwhile has lost the focus, which users of the keyboard need.
   QWidget* const next = focus && focus->isVisible() && focus->isEnabled() ? focus : tree_;
@@ -224,10 +228,7 @@ const Product& CMainDialog::CurrentProduct() const {
 void CMainDialog::SelectFamilyPages() {
   const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
-  // Without settings pages a Yes would load nothing, so the entry is disabled. Intended: a family's
-  // second product keeps the entry, though its defaults are not loaded from here.
-  tree_->SetToolReady(DeviceTool::kLoadDefaults,
-                      set == page_sets_.end() || set->second->HasSettingsPages());
+  OfferDefaults();
   if (set != page_sets_.end()) {
     pages_->setCurrentWidget(set->second);
     set->second->ShowBoard();
@@ -235,6 +236,27 @@ void CMainDialog::SelectFamilyPages() {
   }
   home_->ShowBoardCount(services_.link.table.Count());
   pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? empty_page_ : home_);
+}
+
+// The tree has made the port's board current.
+void CMainDialog::ShowPort(int port) {
+  OfferDefaults();
+  pages_->setCurrentWidget(port_pages_);
+  port_pages_->ShowPort(port);
+}
+
+// The pages whose defaults "Load default settings" loads for the chosen item; null if it has none.
+CTabSet* CMainDialog::ChosenPages() const {
+  if (tree_->ChosenPort() != 0) return port_pages_;
+  const auto set = page_sets_.find(CurrentProduct().family);
+  return set == page_sets_.end() ? nullptr : set->second;
+}
+
+// Without settings pages a Yes would load nothing, so the entry is disabled. Intended: a family's
+// second product keeps the entry, though its defaults are not loaded from here.
+void CMainDialog::OfferDefaults() {
+  const CTabSet* const pages = ChosenPages();
+  tree_->SetToolReady(DeviceTool::kLoadDefaults, pages == nullptr || pages->HasSettingsPages());
 }
 
 NodeList CMainDialog::ReadNodes() {
@@ -258,9 +280,8 @@ void CMainDialog::LoadDefaultSettings() {
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
           QStringLiteral("Load Defaults"))) {
-    const Product& product = CurrentProduct();
-    const auto set = page_sets_.find(product.family);
-    if (product.defaults_from_tree && set != page_sets_.end()) set->second->LoadDeviceDefaults();
+    CTabSet* const pages = ChosenPages();
+    if (CurrentProduct().defaults_from_tree && pages != nullptr) pages->LoadDeviceDefaults();
   }
   tree_->Rebuild();
 }
@@ -270,7 +291,6 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   auto& [library, table, gate] = services_.link;
   const auto hold = gate.TryEnter();
   if (!hold) return;
-  ChooseBoardOfPort();
   const Product& product = CurrentProduct();
   if (page_sets_.contains(product.family)) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
@@ -278,14 +298,6 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
                 RestartCommand(button, table.CurrentType(), product));
   }
   tree_->Rebuild();
-}
-
-// Choosing a port in the tree does not change the current board, so a command for the port's board
-// has to make that board current first. Only ports stand three levels deep.
-void CMainDialog::ChooseBoardOfPort() {
-  const QVariant board =
-      tree_->currentIndex().parent().parent().data(DeviceTreeModel::kItemDataRole);
-  if (board.isValid()) services_.link.table.SetCurrent(board.toUInt() - 1);
 }
 
 void CMainDialog::OnRunStarted() {

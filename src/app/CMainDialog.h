@@ -23,8 +23,10 @@ namespace quillon {
 
 class CDeviceTreeCtrl;
 class CHomePage;
+class CNodePortPageSet;
 class CPageSet;
 class CProblemLine;
+class CTabSet;
 class Profile;
 
 // What the main window is given. All of it outlives the window.
@@ -96,9 +98,11 @@ class CMainDialog : public QMainWindow {
   const Product& CurrentProduct() const;
   void SelectFamilyPages();
   NodeList ReadNodes();
+  void ShowPort(int port);
+  CTabSet* ChosenPages() const;
+  void OfferDefaults();
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);
-  void ChooseBoardOfPort();
   void OnRunStarted();
   void OnRunEnded();
   void ShowAbout();
@@ -108,6 +112,7 @@ class CMainDialog : public QMainWindow {
   CDeviceTreeCtrl* tree_;
   QStackedWidget* pages_;
   CProblemLine* problem_line_;
+  CNodePortPageSet* port_pages_ = nullptr;
   CHomePage* home_ = nullptr;
   QWidget* empty_page_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;

@@ -106,15 +106,22 @@ QItemSelectionModel::SelectionFlags CDeviceTreeCtrl::selectionCommand(const QMod
 
 void CDeviceTreeCtrl::Choose(const QModelIndex& item) {
   chosen_ = item;
+  const std::uint32_t board = model_.BoardOf(item);
+  if (board == DeviceTreeModel::kNoBoard) return;
+  const bool is_current = board == link_.table.Current();
+  link_.table.SetCurrent(board);
+  model_.SetCurrent(board);
   const TreeItemKind kind = model_.Kind(item);
-  const std::uint32_t item_data = item.data(DeviceTreeModel::kItemDataRole).toUInt();
-  if (IsBoard(kind)) {
-    link_.table.SetCurrent(item_data - 1);
-    model_.SetCurrent(link_.table.Current());
+  if (kind == TreeItemKind::kPort) {
+    emit PortSelected(ChosenPort());
+  } else if (kind != TreeItemKind::kNode || !is_current) {
     emit BoardSelected();
-  } else if (kind == TreeItemKind::kPort) {
-    emit PortSelected(static_cast<int>(item_data));
   }
+}
+
+int CDeviceTreeCtrl::ChosenPort() const {
+  if (!chosen_.isValid() || model_.Kind(chosen_) != TreeItemKind::kPort) return 0;
+  return chosen_.data(DeviceTreeModel::kItemDataRole).toInt();
 }
 
 void CDeviceTreeCtrl::mousePressEvent(QMouseEvent* event) {

@@ -126,6 +126,12 @@ void DeviceTreeModel::SetCurrent(std::uint32_t board) {
   }
 }
 
+std::uint32_t DeviceTreeModel::BoardOf(const QModelIndex& index) const {
+  const Item* item = &ItemAt(index);
+  while (item != nullptr && !IsBoard(item->kind)) item = item->parent;
+  return item == nullptr ? kNoBoard : item->number;
+}
+
 QModelIndex DeviceTreeModel::IndexOfBoard(std::uint32_t board) const {
   const auto found = std::find_if(boards_.begin(), boards_.end(), [board](const Item& item) {
     return IsBoard(item.kind) && item.number == board;

@@ -1,12 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QMenu>
+
 #include "app/MainFixture.h"
 
 namespace quillon::testing {
 namespace {
 
+using ::testing::Each;
 using ::testing::ElementsAre;
+using ::testing::StartsWith;
 
 // A stick, then two node I/O systems: one with node 1, one with node 2.
 constexpr const char* kTwoSystems =
@@ -15,6 +19,21 @@ constexpr const char* kTwoSystems =
         "nodes": [{"node": 1, "flash": "1.30"}]},
        {"id": "b", "product": "0x0800", "serial": "300", "firmware": "1.10",
         "nodes": [{"node": 2, "flash": "1.30"}]})";
+
+// The items of that tree and the boards that they stand under.
+constexpr struct {
+  const char *item, *serial;
+  std::uint32_t board;
+} kItems[]{{": 100", "100", 0}, {": 200", "200", 1},  {"Node 1", "200", 1}, {"Port B", "200", 1},
+           {": 300", "300", 2}, {"Node 2", "300", 2}, {"Port C", "300", 2}};
+
+bool IsMenuEntryEnabled(const CDeviceTreeCtrl& tree, DeviceTool tool) {
+  const auto menu = const_cast<CDeviceTreeCtrl&>(tree).MakeMenu(tree.currentIndex());
+  for (const QAction* const entry : menu->actions()) {
+    if (entry->data() == static_cast<int>(tool)) return entry->isEnabled();
+  }
+  return false;
+}
 
 // The tree's nodes, board by board: "200: 1 5, 300: 2".
 std::string NodesIn(const CDeviceTreeCtrl& tree) {
@@ -73,6 +92,58 @@ TEST(NodeTree, GoesOnWithoutTheNodesOfABoardThatIsPulledWhileItIsAsked) {
   main.Select("Node 2");
   main.fixture.RunEvents();
   EXPECT_EQ(main.fixture.link.table.Count(), 2U) << "the detection that its removal led to";
+}
+
+TEST(NodeTree, TalksOnlyToTheBoardThatTheChosenItemStandsUnder) {
+  for (const auto& from : kItems) {
+    for (const auto& to : kItems) {
+      if (from.item == to.item) continue;
+      SCOPED_TRACE(std::string(from.item) + " -> " + to.item);
+      SimMain main(kTwoSystems);
+      main.fixture.window.Initialise();
+      main.Select(from.item);
+      main.witness.heard.clear();
+      main.Select(to.item);
+      EXPECT_EQ(main.fixture.link.table.Current(), to.board);
+      EXPECT_THAT(main.witness.heard, Each(StartsWith(to.serial)));
+    }
+  }
+}
+
+TEST(NodeTree, UsesEveryToolOnTheBoardThatTheChosenItemStandsUnder) {
+  for (const auto tool : {DeviceTool::kRestartFlash, DeviceTool::kLoadDefaults}) {
+    for (const auto& to : kItems) {
+      SCOPED_TRACE(std::to_string(static_cast<int>(tool)) + " on " + to.item);
+      SimMain main(kTwoSystems);
+      main.fixture.window.Initialise();
+      main.Select(to.board == 1 ? "Port C" : "Port B");
+      main.Select(to.item);
+      const bool is_node = std::string_view(to.item).starts_with("Node");
+      auto& tree = main.fixture.window.Tree();
+      if (is_node) {
+        EXPECT_FALSE(IsMenuEntryEnabled(tree, tool));
+        continue;
+      }
+      main.witness.heard.clear();
+      if (tool == DeviceTool::kLoadDefaults) {
+        main.fixture.prompts.ExpectQuestion(
+            "Are you sure you want to load the\r\ndefault settings for this item?", "Load Defaults",
+            true);
+        main.fixture.prompts.WhileOpen(
+            [&] { EXPECT_EQ(main.fixture.link.table.Current(), to.board) << "confirmed for"; });
+      }
+      tree.Run(tool);
+      // The rebuilt tree asks both systems for their nodes.
+      std::erase_if(main.witness.heard, [](const auto& line) { return line.ends_with(" 1D"); });
+      EXPECT_THAT(main.witness.heard, Each(StartsWith(to.serial)));
+      EXPECT_EQ(main.bus.Find("j")->State().flash_mode,
+                tool == DeviceTool::kRestartFlash && to.board == 0);
+      EXPECT_EQ(main.bus.Find("a")->State().flash_mode,
+                tool == DeviceTool::kRestartFlash && to.board == 1);
+      EXPECT_EQ(main.bus.Find("b")->State().flash_mode,
+                tool == DeviceTool::kRestartFlash && to.board == 2);
+    }
+  }
 }
 
 }  // namespace quillon::testing

@@ -190,10 +190,13 @@ TEST_F(DeviceTreeCtrl, ShowsBoardsAndFoldsNodesAfterEveryRebuild) {
   check();
 }
 
-TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
+TEST_F(DeviceTreeCtrl, MakesTheBoardOfAChosenItemCurrentBeforeItTellsAnybody) {
   FillAllKinds();
   tree.expandAll();
-  boards.clear();
+  std::uint32_t told = 0;
+  const auto note = [&] { told = link.table.Current(); };
+  QObject::connect(&tree, &CDeviceTreeCtrl::BoardSelected, note);
+  QObject::connect(&tree, &CDeviceTreeCtrl::PortSelected, note);
   struct Case {
     const char* what;
     QModelIndex item;
@@ -209,8 +212,11 @@ TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
       {"unknown type", Unknown(), 3, 1, 0},
       {"root", DeviceRoot(), 3, 0, 0},
       {"first board", Stick(), 0, 1, 0},
-      {"port F", Port(), 0, 0, 6},
-      {"back to the board", Stick(), 0, 1, 0},
+      {"port F", Port(), 2, 0, 6},
+      {"its node", Node(), 2, 0, 0},
+      {"another board", Stick(), 0, 1, 0},
+      {"a node of a board that is not current", Node(), 2, 1, 0},
+      {"back to the first", Stick(), 0, 1, 0},
       {"the same again", Stick(), 0, 0, 0},
   };
   for (const Case& c : cases) {
@@ -220,6 +226,8 @@ TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
     Click(c.item);
     EXPECT_EQ(tree.currentIndex(), c.item);
     EXPECT_EQ(link.table.Current(), c.current);
+    EXPECT_EQ(told, c.current);
+    EXPECT_EQ(tree.ChosenPort(), c.port);
     EXPECT_EQ(boards.size(), c.boards);
     EXPECT_EQ(ports.size(), c.port == 0 ? 0 : 1);
     for (const QList<QVariant>& chosen : ports) EXPECT_EQ(chosen[0].toInt(), c.port);

@@ -11,6 +11,12 @@ class CNodePortPageSet : public CTabSet {
 
  public:
   explicit CNodePortPageSet(PageContext context, QWidget* parent = nullptr);
+
+  // Makes the set one about this port of the current board, counted from 1 (A).
+  void ShowPort(int port) { port_ = port; }
+
+ private:
+  int port_ = 0;
 };
 
 }  // namespace quillon
