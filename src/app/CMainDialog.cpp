@@ -17,7 +17,6 @@
 #include "app/Profile.h"
 #include "devlink/Detection.h"
 #include "devlink/DeviceText.h"
-#include "firmware/NodeStatus.h"
 #include "firmware/RestartCommand.h"
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
@@ -229,9 +228,11 @@ void CMainDialog::SelectFamilyPages() {
   const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
   OfferDefaults();
+  const auto answers = std::exchange(node_answers_, {});
   if (set != page_sets_.end()) {
     pages_->setCurrentWidget(set->second);
-    set->second->ShowBoard();
+    const auto answer = answers.find(services_.link.table.Current());
+    set->second->ShowBoard(answer == answers.end() ? std::nullopt : std::optional(answer->second));
     return;
   }
   home_->ShowBoardCount(services_.link.table.Count());
@@ -259,9 +260,13 @@ void CMainDialog::OfferDefaults() {
   tree_->SetToolReady(DeviceTool::kLoadDefaults, pages == nullptr || pages->HasSettingsPages());
 }
 
+// The answer is kept for the report on the board that will be selected, so that no board is asked
+// twice: one that does not answer keeps everybody waiting.
 NodeList CMainDialog::ReadNodes() {
   auto& [library, table, gate] = services_.link;
-  if (QueryNodeStatus(library, table) == NodeStatusAnswer::kNone) return {};
+  const NodeStatusAnswer answer = QueryNodeStatus(library, table);
+  node_answers_[table.Current()] = answer;
+  if (answer == NodeStatusAnswer::kNone) return {};
   NodeList present;
   for (const NodeRecord& node : table.CurrentNodes()) present.push_back(node.IsActive());
   return present;

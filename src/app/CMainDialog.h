@@ -11,6 +11,7 @@
 #include "app/Elevated.h"
 #include "devlink/DeviceNotifier.h"
 #include "devlink/Products.h"
+#include "firmware/NodeStatus.h"
 #include "pages/common/PageContext.h"
 #include "pages/common/StackRun.h"
 #include "tree/DeviceTreeModel.h"
@@ -116,6 +117,8 @@ class CMainDialog : public QMainWindow {
   CHomePage* home_ = nullptr;
   QWidget* empty_page_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
+  // By table index; what boards answered to the rebuild of the tree that is under way.
+  std::map<std::uint32_t, NodeStatusAnswer> node_answers_;
   QTimer detection_timer_;  // active while a detection waits for the event loop
   QList<QAction*> grayed_;  // of the menu, to be enabled again after the run
   bool close_after_run_ = false;

@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 
 #include <QMenu>
+#include <QPlainTextEdit>
 
 #include "app/MainFixture.h"
 
@@ -13,9 +14,10 @@ using ::testing::ElementsAre;
 using ::testing::StartsWith;
 
 // A stick, then two node I/O systems: one with node 1, one with node 2.
+const std::string kStick =
+    R"({"id": "j", "product": "0x0910", "serial": "100", "firmware": "2.82"},)";
 constexpr const char* kTwoSystems =
-    R"({"id": "j", "product": "0x0910", "serial": "100", "firmware": "2.82"},
-       {"id": "a", "product": "0x0800", "serial": "200", "firmware": "1.10",
+    R"({"id": "a", "product": "0x0800", "serial": "200", "firmware": "1.10",
         "nodes": [{"node": 1, "flash": "1.30"}]},
        {"id": "b", "product": "0x0800", "serial": "300", "firmware": "1.10",
         "nodes": [{"node": 2, "flash": "1.30"}]})";
@@ -55,9 +57,8 @@ std::string NodesIn(const CDeviceTreeCtrl& tree) {
 }  // namespace
 
 TEST(NodeTree, ListsTheNodesOfEachBoardAndFollowsItsCards) {
-  SimMain main(
-      R"({"id": "j", "product": "0x0910", "serial": "100", "firmware": "2.82"},
-         {"id": "a", "product": "0x0800", "serial": "200", "firmware": "1.10",
+  SimMain main(kStick +
+               R"({"id": "a", "product": "0x0800", "serial": "200", "firmware": "1.10",
           "nodes": [{"node": 1, "flash": "1.30"}, {"node": 5, "flash": "1.30"}],
           "cards": [{"card": 1, "moves": [2, 3]}]},
          {"id": "b", "product": "0x0800", "serial": "300", "firmware": "1.10", "mode": "flash",
@@ -78,7 +79,7 @@ TEST(NodeTree, ListsTheNodesOfEachBoardAndFollowsItsCards) {
 }
 
 TEST(NodeTree, GoesOnWithoutTheNodesOfABoardThatIsPulledWhileItIsAsked) {
-  SimMain main(kTwoSystems);
+  SimMain main(kStick + kTwoSystems);
   auto& window = main.fixture.window;
   window.Initialise();
   main.Select(": 300");
@@ -94,12 +95,39 @@ TEST(NodeTree, GoesOnWithoutTheNodesOfABoardThatIsPulledWhileItIsAsked) {
   EXPECT_EQ(main.fixture.link.table.Count(), 2U) << "the detection that its removal led to";
 }
 
+TEST(NodeTree, AsksABoardOnceInADetectionAndAgainWhenItIsChosen) {
+  SimMain main(kTwoSystems);
+  auto& window = main.fixture.window;
+  const auto eeprom = [&] {
+    const auto* const report = window.ShownPageSet()->findChild<QPlainTextEdit*>();
+    return report->toPlainText().contains("  EEPROM : Detected\n");
+  };
+  window.Initialise();
+  const auto once = ElementsAre("200 06", "300 06", "200 1D", "300 1D");
+  EXPECT_THAT(main.witness.heard, once);
+  EXPECT_TRUE(eeprom());
+
+  main.witness.heard.clear();
+  main.Select(": 300");
+  EXPECT_THAT(main.witness.heard, ElementsAre("300 1D"));
+  EXPECT_TRUE(eeprom());
+
+  main.witness.heard.clear();
+  main.library.FailRead({.command = 0x1D});
+  window.Redetect();
+  EXPECT_THAT(main.witness.heard, once) << "no time-out twice";
+  EXPECT_FALSE(eeprom());
+  EXPECT_EQ(NodesIn(window.Tree()), "300: 2");
+  main.Select(": 300");
+  EXPECT_TRUE(eeprom());
+}
+
 TEST(NodeTree, TalksOnlyToTheBoardThatTheChosenItemStandsUnder) {
   for (const auto& from : kItems) {
     for (const auto& to : kItems) {
       if (from.item == to.item) continue;
       SCOPED_TRACE(std::string(from.item) + " -> " + to.item);
-      SimMain main(kTwoSystems);
+      SimMain main(kStick + kTwoSystems);
       main.fixture.window.Initialise();
       main.Select(from.item);
       main.witness.heard.clear();
@@ -114,7 +142,7 @@ TEST(NodeTree, UsesEveryToolOnTheBoardThatTheChosenItemStandsUnder) {
   for (const auto tool : {DeviceTool::kRestartFlash, DeviceTool::kLoadDefaults}) {
     for (const auto& to : kItems) {
       SCOPED_TRACE(std::to_string(static_cast<int>(tool)) + " on " + to.item);
-      SimMain main(kTwoSystems);
+      SimMain main(kStick + kTwoSystems);
       main.fixture.window.Initialise();
       main.Select(to.board == 1 ? "Port C" : "Port B");
       main.Select(to.item);
