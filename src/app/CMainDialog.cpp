@@ -260,11 +260,13 @@ void CMainDialog::OfferDefaults() {
   tree_->SetToolReady(DeviceTool::kLoadDefaults, pages == nullptr || pages->HasSettingsPages());
 }
 
-// The answer is kept for the report on the board that will be selected, so that no board is asked
-// twice: one that does not answer keeps everybody waiting.
+// A board that does not answer keeps everybody waiting. So the answer is kept for the report on the
+// board that will be selected, and a board that is just leaving counts as one without an answer.
 NodeList CMainDialog::ReadNodes() {
   auto& [library, table, gate] = services_.link;
-  const NodeStatusAnswer answer = QueryNodeStatus(library, table);
+  const NodeStatusAnswer answer = table.IsRestarting(table.Current())
+                                      ? NodeStatusAnswer::kNone
+                                      : QueryNodeStatus(library, table);
   node_answers_[table.Current()] = answer;
   if (answer == NodeStatusAnswer::kNone) return {};
   NodeList present;
@@ -301,6 +303,7 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
     SendRestart(library, table.CurrentRecord(),
                 RestartCommand(button, table.CurrentType(), product));
+    table.SetCurrentRestarting();
   }
   tree_->Rebuild();
 }

@@ -122,6 +122,32 @@ TEST(NodeTree, AsksABoardOnceInADetectionAndAgainWhenItIsChosen) {
   EXPECT_TRUE(eeprom());
 }
 
+TEST(NodeTree, DoesNotWaitForABoardThatWasToldToRestart) {
+  for (const bool by_button : {false, true}) {
+    SCOPED_TRACE(by_button);
+    SimMain main(kTwoSystems);
+    auto& tree = main.fixture.window.Tree();
+    main.fixture.window.Initialise();
+    if (!by_button) main.Select("Port B");
+    main.witness.heard.clear();
+    if (by_button) {
+      main.Press("Flash").click();
+      tree.Rebuild();  // as after another board's defaults
+    } else {
+      tree.Run(DeviceTool::kRestartFlash);
+    }
+    EXPECT_THAT(main.witness.heard, ElementsAre("200 FF", "300 1D"));
+    EXPECT_EQ(NodesIn(tree), "300: 2");
+    EXPECT_TRUE(tree.currentIndex().data(Qt::ToolTipRole).toString().contains("told to restart"));
+
+    main.witness.heard.clear();
+    main.fixture.window.Redetect();
+    EXPECT_EQ(NodesIn(tree), "200: 1, 300: 2");
+    EXPECT_THAT(main.witness.heard, ElementsAre("200 06", "300 06", "200 1D", "300 1D"));
+    EXPECT_FALSE(tree.currentIndex().data(Qt::ToolTipRole).toString().contains("restart"));
+  }
+}
+
 TEST(NodeTree, TalksOnlyToTheBoardThatTheChosenItemStandsUnder) {
   for (const auto& from : kItems) {
     for (const auto& to : kItems) {

@@ -131,6 +131,7 @@ void CDeviceConfigGroup::Restart(RestartButton button) {
   DeviceRecord& board = table.CurrentRecord();
   SendRestart(library, board,
               RestartCommand(button, table.CurrentType(), ProductOf(board.product_id)));
+  table.SetCurrentRestarting();
 }
 
 }  // namespace quillon
