@@ -179,6 +179,8 @@ void Tour::LoadDeviceDefaults() {
   attendant_.Rethrow();
   Expect(captions_ == QStringList{QStringLiteral("Load Defaults")},
          QStringLiteral("one question was asked"));
+  // With node I/O systems in it, the rebuilt tree is back at the first board.
+  ChooseJoystickController();
   OpenAnalogChannels();
   const QStringList defaults = Cells();
   Press(QStringLiteral("Retrieve"));

@@ -63,7 +63,9 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(&run_, &StackRun::Ended, this, &CMainDialog::OnRunEnded);
   connect(problem_line_, &CProblemLine::RuleInstalled, this,
           [this] { services_.link.gate.Request(); });
+  tree_->SetNodeReader([this] { return ReadNodes(); });
   connect(tree_, &CDeviceTreeCtrl::BoardSelected, this, &CMainDialog::SelectFamilyPages);
+  connect(tree_, &CDeviceTreeCtrl::PortSelected, this, &CMainDialog::ShowPort);
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
@@ -124,7 +126,9 @@ void CMainDialog::CreatePageSets() {
   add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
   add(BoardFamily::kInputBanks, new CDigitalInputBankPageSet(context));
   add(BoardFamily::kNodeSystem, new CNodeSystemPageSet(context));
-  pages_->addWidget(new CNodePortPageSet(context));
+  port_pages_ = new CNodePortPageSet(context);
+  pages_->addWidget(port_pages_);
+  connect(port_pages_, &CTabSet::RefreshRequested, this, &CMainDialog::Redetect);
   add(BoardFamily::kScanMatrix, new CJoystickPageSet(context, BoardFamily::kScanMatrix));
   add(BoardFamily::kSmallJoystick, new CJoystickPageSet(context, BoardFamily::kSmallJoystick));
   add(BoardFamily::kSpi, new CSpiControllerPageSet(context));
@@ -178,6 +182,7 @@ void CMainDialog::Redetect() {
   DetectAllTypes();
   services_.notifier.Deliver();
   for (const auto& [family, set] : page_sets_) set->ResetIndicators();
+  port_pages_->ResetIndicators();
   tree_->Rebuild();
   // A page that was hidden meanwhile has lost the focus, which users of the keyboard need.
   QWidget* const next = focus && focus->isVisible() && focus->isEnabled() ? focus : tree_;
@@ -222,17 +227,51 @@ const Product& CMainDialog::CurrentProduct() const {
 void CMainDialog::SelectFamilyPages() {
   const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
-  // Without settings pages a Yes would load nothing, so the entry is disabled. Intended: a family's
-  // second product keeps the entry, though its defaults are not loaded from here.
-  tree_->SetToolReady(DeviceTool::kLoadDefaults,
-                      set == page_sets_.end() || set->second->HasSettingsPages());
+  OfferDefaults();
+  const auto answers = std::exchange(node_answers_, {});
   if (set != page_sets_.end()) {
     pages_->setCurrentWidget(set->second);
-    set->second->ShowBoard();
+    const auto answer = answers.find(services_.link.table.Current());
+    set->second->ShowBoard(answer == answers.end() ? std::nullopt : std::optional(answer->second));
     return;
   }
   home_->ShowBoardCount(services_.link.table.Count());
   pages_->setCurrentWidget(family == BoardFamily::kWithoutPages ? empty_page_ : home_);
+}
+
+// The tree has made the port's board current.
+void CMainDialog::ShowPort(int port) {
+  OfferDefaults();
+  pages_->setCurrentWidget(port_pages_);
+  port_pages_->ShowPort(port);
+}
+
+// The pages whose defaults "Load default settings" loads for the chosen item; null if it has none.
+CTabSet* CMainDialog::ChosenPages() const {
+  if (tree_->ChosenPort() != 0) return port_pages_;
+  const auto set = page_sets_.find(CurrentProduct().family);
+  return set == page_sets_.end() ? nullptr : set->second;
+}
+
+// Without settings pages a Yes would load nothing, so the entry is disabled. Intended: a family's
+// second product keeps the entry, though its defaults are not loaded from here.
+void CMainDialog::OfferDefaults() {
+  const CTabSet* const pages = ChosenPages();
+  tree_->SetToolReady(DeviceTool::kLoadDefaults, pages == nullptr || pages->HasSettingsPages());
+}
+
+// A board that does not answer keeps everybody waiting. So the answer is kept for the report on the
+// board that will be selected, and a board that is just leaving counts as one without an answer.
+NodeList CMainDialog::ReadNodes() {
+  auto& [library, table, gate] = services_.link;
+  const NodeStatusAnswer answer = table.IsRestarting(table.Current())
+                                      ? NodeStatusAnswer::kNone
+                                      : QueryNodeStatus(library, table);
+  node_answers_[table.Current()] = answer;
+  if (answer == NodeStatusAnswer::kNone) return {};
+  NodeList present;
+  for (const NodeRecord& node : table.CurrentNodes()) present.push_back(node.IsActive());
+  return present;
 }
 
 CPageSet* CMainDialog::ShownPageSet() const {
@@ -248,9 +287,8 @@ void CMainDialog::LoadDefaultSettings() {
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
           QStringLiteral("Load Defaults"))) {
-    const Product& product = CurrentProduct();
-    const auto set = page_sets_.find(product.family);
-    if (product.defaults_from_tree && set != page_sets_.end()) set->second->LoadDeviceDefaults();
+    CTabSet* const pages = ChosenPages();
+    if (CurrentProduct().defaults_from_tree && pages != nullptr) pages->LoadDeviceDefaults();
   }
   tree_->Rebuild();
 }
@@ -260,22 +298,14 @@ void CMainDialog::RestartBoard(bool to_flash_mode) {
   auto& [library, table, gate] = services_.link;
   const auto hold = gate.TryEnter();
   if (!hold) return;
-  ChooseBoardOfPort();
   const Product& product = CurrentProduct();
   if (page_sets_.contains(product.family)) {
     const auto button = to_flash_mode ? RestartButton::kFlash : RestartButton::kDevice;
     SendRestart(library, table.CurrentRecord(),
                 RestartCommand(button, table.CurrentType(), product));
+    table.SetCurrentRestarting();
   }
   tree_->Rebuild();
-}
-
-// Choosing a port in the tree does not change the current board, so a command for the port's board
-// has to make that board current first. Only ports stand three levels deep.
-void CMainDialog::ChooseBoardOfPort() {
-  const QVariant board =
-      tree_->currentIndex().parent().parent().data(DeviceTreeModel::kItemDataRole);
-  if (board.isValid()) services_.link.table.SetCurrent(board.toUInt() - 1);
 }
 
 void CMainDialog::OnRunStarted() {

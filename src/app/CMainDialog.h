@@ -11,8 +11,10 @@
 #include "app/Elevated.h"
 #include "devlink/DeviceNotifier.h"
 #include "devlink/Products.h"
+#include "firmware/NodeStatus.h"
 #include "pages/common/PageContext.h"
 #include "pages/common/StackRun.h"
+#include "tree/DeviceTreeModel.h"
 
 class QAction;
 class QSplitter;
@@ -22,8 +24,10 @@ namespace quillon {
 
 class CDeviceTreeCtrl;
 class CHomePage;
+class CNodePortPageSet;
 class CPageSet;
 class CProblemLine;
+class CTabSet;
 class Profile;
 
 // What the main window is given. All of it outlives the window.
@@ -94,9 +98,12 @@ class CMainDialog : public QMainWindow {
   void DetectAllTypes();
   const Product& CurrentProduct() const;
   void SelectFamilyPages();
+  NodeList ReadNodes();
+  void ShowPort(int port);
+  CTabSet* ChosenPages() const;
+  void OfferDefaults();
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);
-  void ChooseBoardOfPort();
   void OnRunStarted();
   void OnRunEnded();
   void ShowAbout();
@@ -106,9 +113,12 @@ class CMainDialog : public QMainWindow {
   CDeviceTreeCtrl* tree_;
   QStackedWidget* pages_;
   CProblemLine* problem_line_;
+  CNodePortPageSet* port_pages_ = nullptr;
   CHomePage* home_ = nullptr;
   QWidget* empty_page_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
+  // By table index; what boards answered to the rebuild of the tree that is under way.
+  std::map<std::uint32_t, NodeStatusAnswer> node_answers_;
   QTimer detection_timer_;  // active while a detection waits for the event loop
   QList<QAction*> grayed_;  // of the menu, to be enabled again after the run
   bool close_after_run_ = false;

@@ -30,6 +30,7 @@ const NodeRecords& DeviceTable::Nodes(std::uint32_t index) const {
 void DeviceTable::Clear() {
   problems_.clear();
   nodes_.clear();
+  restarting_.clear();
   count_ = 0;
   current_ = 0;
   types_[0] = 0;

@@ -3,6 +3,7 @@
 
 #include <cstdint>
 #include <map>
+#include <set>
 #include <span>
 #include <vector>
 
@@ -48,6 +49,11 @@ class DeviceTable {
   const NodeRecords& CurrentNodes() const { return Nodes(current_); }
   NodeRecords& CurrentNodes() { return Nodes(current_); }
 
+  // Whether a board was told to restart, and so leaves the bus. Until the next detection finds it
+  // again, it answers nothing.
+  bool IsRestarting(std::uint32_t index) const { return restarting_.contains(index); }
+  void SetCurrentRestarting() { restarting_.insert(current_); }
+
   // All boards found, for closing them.
   std::span<DeviceRecord> Boards() { return {records_.data(), count_}; }
   // Where the next boards go: room and margin.
@@ -66,6 +72,7 @@ class DeviceTable {
   std::vector<std::uint32_t> types_;
   std::map<std::uint32_t, Problem> problems_;
   std::map<std::uint32_t, NodeRecords> nodes_;
+  std::set<std::uint32_t> restarting_;
   std::uint32_t count_ = 0;
   std::uint32_t current_ = 0;
 };

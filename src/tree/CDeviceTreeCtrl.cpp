@@ -18,6 +18,12 @@ namespace {
 
 constexpr int kLeastCharacters = 32;
 
+// The firmware of the first kind knows nothing of nodes.
+bool HasNodesToRead(const DeviceTable& table, std::uint32_t board) {
+  return ProductOf(table.Record(board).product_id).nodes_in_tree &&
+         table.Type(board) != KVUSB_TYPE_FIRMWARE;
+}
+
 }  // namespace
 
 CDeviceTreeCtrl::CDeviceTreeCtrl(BoardLink& link, QWidget* parent)
@@ -58,22 +64,18 @@ void CDeviceTreeCtrl::Rebuild() {
   emit BoardSelected();
 }
 
-// Reads the nodes of every node I/O system and leaves the board to select as the current one.
+// Reads the nodes of every node I/O system before any item is selected. A rebuild goes back to the
+// first board then, and not to the one that was current before: this is intended.
 std::vector<NodeList> CDeviceTreeCtrl::ReadNodes() {
   DeviceTable& table = link_.table;
   if (!DeviceTreeModel::Lists(table)) return {};
   std::vector<NodeList> nodes(table.Count());
-  std::optional<std::uint32_t> selected;
   for (std::uint32_t i = 0; i < table.Count(); ++i) {
-    if (i == table.Current()) selected = i;
-    if (!ProductOf(table.Record(i).product_id).nodes_in_tree) continue;
+    if (!HasNodesToRead(table, i)) continue;
     table.SetCurrent(i);
     if (read_nodes_) nodes[i] = read_nodes_();
-    // Intended: not the former current board. A rebuild goes back to the first board when a node
-    // I/O system stands in the table before the one that was selected.
     table.SetCurrent(0);
   }
-  table.SetCurrent(selected.value_or(0));
   return nodes;
 }
 
@@ -104,15 +106,22 @@ QItemSelectionModel::SelectionFlags CDeviceTreeCtrl::selectionCommand(const QMod
 
 void CDeviceTreeCtrl::Choose(const QModelIndex& item) {
   chosen_ = item;
+  const std::uint32_t board = model_.BoardOf(item);
+  if (board == DeviceTreeModel::kNoBoard) return;
+  const bool is_current = board == link_.table.Current();
+  link_.table.SetCurrent(board);
+  model_.SetCurrent(board);
   const TreeItemKind kind = model_.Kind(item);
-  const std::uint32_t item_data = item.data(DeviceTreeModel::kItemDataRole).toUInt();
-  if (IsBoard(kind)) {
-    link_.table.SetCurrent(item_data - 1);
-    model_.SetCurrent(link_.table.Current());
+  if (kind == TreeItemKind::kPort) {
+    emit PortSelected(ChosenPort());
+  } else if (kind != TreeItemKind::kNode || !is_current) {
     emit BoardSelected();
-  } else if (kind == TreeItemKind::kPort) {
-    emit PortSelected(static_cast<int>(item_data));
   }
+}
+
+int CDeviceTreeCtrl::ChosenPort() const {
+  if (!chosen_.isValid() || model_.Kind(chosen_) != TreeItemKind::kPort) return 0;
+  return chosen_.data(DeviceTreeModel::kItemDataRole).toInt();
 }
 
 void CDeviceTreeCtrl::mousePressEvent(QMouseEvent* event) {

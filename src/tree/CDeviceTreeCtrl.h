@@ -17,7 +17,8 @@ class QMenu;
 namespace quillon {
 
 // The tree of detected boards on the left of the main window, and its context menu. Choosing a
-// board makes it the table's current one. While something holds the gate, no board can be chosen
+// board, or a node or port below it, makes it the table's current one before anybody is told: what
+// is chosen is what the program talks to. While something holds the gate, no board can be chosen
 // and the menu does not open: an exchange must not find another board in the place of its own.
 class CDeviceTreeCtrl : public QTreeView {
   Q_OBJECT
@@ -34,13 +35,16 @@ class CDeviceTreeCtrl : public QTreeView {
   // Wide enough to tell boards apart.
   QSize minimumSizeHint() const override;
 
+  // The port that is chosen, counted from 1; 0 when anything else is.
+  int ChosenPort() const;
+
   // Says whether the program can do what an entry says. An entry that is not ready is disabled
   // everywhere. Both restarts and the firmware check begin as not ready.
   void SetToolReady(DeviceTool tool, bool ready);
 
-  // Builds the tree anew from the table, with the boards visible and their nodes collapsed. Then
-  // selects a board and emits BoardSelected() once, even without a board. The caller may hold the
-  // gate.
+  // Builds the tree anew from the table, with the boards visible and their nodes collapsed. Reads
+  // all nodes first. Then selects the current board, which is the first one if nodes were to be
+  // read, and emits BoardSelected() once, even without a board. The caller may hold the gate.
   void Rebuild();
 
   // The context menu for an item (or none); an action's data() is its DeviceTool as an int.
@@ -50,9 +54,10 @@ class CDeviceTreeCtrl : public QTreeView {
   void Run(DeviceTool tool);
 
  signals:
-  // The table's current board was chosen; after a rebuild perhaps none.
+  // The table's current board was chosen, itself or by a node of it; after a rebuild perhaps none.
+  // Not sent for a node of the board that was current already.
   void BoardSelected();
-  // A port, counted from 1, was chosen. The table's current board is not changed.
+  // A port of the table's current board, counted from 1, was chosen.
   void PortSelected(int port);
 
   void RefreshRequested();

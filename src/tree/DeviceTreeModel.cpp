@@ -8,6 +8,7 @@
 #include <algorithm>
 
 #include "devlink/DeviceText.h"
+#include "devlink/Products.h"
 #include "kvusb/kvusb.h"
 #include "res/Icons.h"
 
@@ -126,6 +127,12 @@ void DeviceTreeModel::SetCurrent(std::uint32_t board) {
   }
 }
 
+std::uint32_t DeviceTreeModel::BoardOf(const QModelIndex& index) const {
+  const Item* item = &ItemAt(index);
+  while (item != nullptr && !IsBoard(item->kind)) item = item->parent;
+  return item == nullptr ? kNoBoard : item->number;
+}
+
 QModelIndex DeviceTreeModel::IndexOfBoard(std::uint32_t board) const {
   const auto found = std::find_if(boards_.begin(), boards_.end(), [board](const Item& item) {
     return IsBoard(item.kind) && item.number == board;
@@ -215,7 +222,12 @@ QString DeviceTreeModel::Describe(const Item& item) const {
                      : item.kind == TreeItemKind::kDeviceBoard ? "in Device Mode"
                                                                : "in an unknown mode";
   const char* current = item.number == current_ ? " (current board)" : "";
-  const QString text = QString::asprintf("Product id 0x%04X, %s%s", id, mode, current);
+  QString text = QString::asprintf("Product id 0x%04X, %s%s", id, mode, current);
+  if (table_->IsRestarting(item.number)) {
+    text += ProductOf(table_->Record(item.number).product_id).nodes_in_tree
+                ? tr(". It was told to restart; its nodes are listed when it is back")
+                : tr(". It was told to restart");
+  }
   return HasProblem(item) ? text + QStringLiteral(". ") + ProblemText(item) : text;
 }
 

@@ -68,6 +68,8 @@ class DeviceTreeModel : public QAbstractItemModel {
   void SetCurrent(std::uint32_t board);
 
   TreeItemKind Kind(const QModelIndex& index) const { return ItemAt(index).kind; }
+  // The board that an item is or stands under; kNoBoard for a root and a placeholder.
+  std::uint32_t BoardOf(const QModelIndex& index) const;
   // Invalid when the board is not listed.
   QModelIndex IndexOfBoard(std::uint32_t board) const;
 

@@ -206,17 +206,4 @@ TEST(FirmwareJourney, ClosesTheWindowOnceTheRunIsAborted) {
   EXPECT_EQ(journey.fixture.settled, 0) << "no new list for a window that closes";
 }
 
-TEST(FirmwareJourney, RestartsTheBoardThatAPortBelongsTo) {
-  Journey journey(R"({"id": "j", "product": "0x0910", "firmware": "2.82"},
-                     {"id": "n", "product": "0x0800", "serial": "008", "firmware": "1.10"})");
-  auto& tree = journey.fixture.window.Tree();
-  tree.SetNodeReader([] { return NodeList{true}; });
-  tree.Rebuild();
-  ASSERT_EQ(journey.fixture.link.table.Current(), 0U);
-  journey.Select("Port B");
-  tree.Run(DeviceTool::kRestartFlash);
-  EXPECT_TRUE(journey.bus.Find("n")->State().flash_mode);
-  EXPECT_FALSE(journey.bus.Find("j")->State().flash_mode);
-}
-
 }  // namespace quillon::testing

@@ -11,6 +11,8 @@
 
 #include "app/CMainDialog.h"
 #include "app/Profile.h"
+#include "kvusb/ForwardingLibrary.h"
+#include "kvusb/HidPacket.h"
 #include "pages/common/CPageSet.h"
 #include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
@@ -84,12 +86,27 @@ class MainFixture {
   CMainDialog window;
 };
 
+// Notes every request with the board that it goes to, as "001 1D": serial number and command.
+class Witness : public ForwardingLibrary {
+ public:
+  using ForwardingLibrary::ForwardingLibrary;
+
+  std::int32_t WriteData(DeviceRecord& record, PacketSpan packet) override {
+    const auto command = static_cast<unsigned>(packet[kCommandByte]);
+    heard.push_back(QString::asprintf("%s %02X", record.serial_number, command).toStdString());
+    return ForwardingLibrary::WriteData(record, packet);
+  }
+
+  std::vector<std::string> heard;
+};
+
 // The main window over simulated boards, which are given as in a rig.
 class SimMain {
  public:
   explicit SimMain(const std::string& boards)
       : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [)" + boards + "]}")), {.latency = {}}),
-        library(bus),
+        witness(bus),
+        library(witness),
         fixture(library) {}
 
   // Selects the board or port with this text in its label, as a click does.
@@ -110,6 +127,7 @@ class SimMain {
   }
 
   sim::Bus bus;
+  Witness witness;
   FaultyLibrary library;
   MainFixture fixture;
 };

@@ -31,9 +31,12 @@ TEST(DeviceReport, SpellsOutBothModesAndTheEmptyForm) {
             "Device : Box\r\n\r\n  Manufacturer : Maker\r\n  Product ID : 10.10\r\n"
             "  Loader Version : 1.00\r\n  Flash Version : 12.34\r\n"
             "  Device Serial Num. : 042\r\n");
-  EXPECT_EQ(EmptyDeviceReport(),
+  EXPECT_EQ(EmptyDeviceReport(false),
             "No devices detected. \r\n\r\n  Manufacturer : \r\n  Product ID : \r\n"
             "  Device Version Num.: \r\n  Device Serial Num. : \r\n");
+  EXPECT_EQ(EmptyDeviceReport(true),
+            "No devices detected. \r\n\r\n  Product ID : \r\n  Device Version Num.: \r\n"
+            "  Device Serial Num. : \r\n  EEPROM : \r\n");
 }
 
 TEST(DeviceReport, JudgesTheFirmwareByItsRelease) {
@@ -67,6 +70,39 @@ TEST(DeviceReport, JudgesTheFirmwareByItsRelease) {
     if (report.pages_enabled) judged += " pages";
     if (report.text.ends_with(kWarning)) judged += " warns";
     EXPECT_EQ(judged, c.judged) << c.name;
+  }
+}
+
+TEST(DeviceReport, TellsOfTheEepromAndTheNodesAfterTheBoard) {
+  using enum NodeStatusAnswer;
+  constexpr const char* kOld = "\r\n  WARNING: Firmware update required!\r\n";
+  constexpr const char* kOldNode = "\r\n  WARNING: NODE Firmware update required!\r\n";
+  const std::string with = "  EEPROM : Detected\r\n", without = "  EEPROM : Not Detected\r\n";
+  const struct {
+    const char* name;
+    std::uint16_t version;
+    std::uint32_t type;
+    NodeFindings nodes;
+    std::string end;  // of the text, after the serial number
+    bool pages;
+  } cases[]{
+      {"all suits", 0x0113, 3, {kWithEeprom, false}, with, true},
+      {"no EEPROM", 0x0113, 3, {kWithoutEeprom, false}, without, true},
+      {"no answer", 0x0113, 3, {kNone, false}, "", true},
+      {"an old node of before, no answer", 0x0113, 3, {kNone, true}, kOldNode, false},
+      {"an old node", 0x0113, 3, {kWithEeprom, true}, with + kOldNode, false},
+      {"both old", 0x0100, 3, {kWithEeprom, true}, with + kOld + kOldNode, false},
+      {"old board", 0x0100, 3, {kWithEeprom, false}, with + kOld, false},
+      {"newer board, old node", 0x0120, 3, {kWithoutEeprom, true}, without + kOldNode, false},
+      {"loader, both old", 0x0100, 1, {kWithEeprom, true}, with + kOld + kOldNode, false},
+      {"firmware of the first kind", 0x0113, 2, {kWithEeprom, false}, with + kOld, false},
+  };
+  for (const auto& c : cases) {
+    const auto report = ReportOnDevice(Board(0x1200, c.version), c.type, 3, c.nodes);
+    EXPECT_THAT(report.text, ::testing::EndsWith("  Device Serial Num. : 042\r\n" + c.end))
+        << c.name;
+    EXPECT_EQ(report.pages_enabled, c.pages) << c.name;
+    EXPECT_EQ(report.flash_mode_active, c.type != 3) << c.name;
   }
 }
 

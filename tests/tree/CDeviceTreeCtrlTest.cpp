@@ -135,11 +135,14 @@ TEST_F(DeviceTreeCtrl, ReadsNodesAsTheCurrentBoardAndGoesBackToTheFirst) {
     std::uint32_t current;
     std::uint32_t selected;
     std::vector<std::uint32_t> reads;  // what was current in each reading
+    std::uint32_t type = 3;
   };
   const Case cases[] = {
       {"no node system", {0x0910, 0x0920, 0x1200}, 2, 2, {}},
-      {"behind the current board", {0x0910, 0x0920, 0x0800}, 1, 1, {2}},
-      {"the current board itself", {0x0910, 0x0800, 0x0920}, 1, 1, {1}},
+      {"one whose firmware knows no nodes", {0x0910, 0x0800}, 1, 1, {}, 2},
+      {"in its loader", {0x0910, 0x0800}, 1, 0, {1}, 1},
+      {"behind the current board", {0x0910, 0x0920, 0x0800}, 1, 0, {2}},
+      {"the current board itself", {0x0910, 0x0800, 0x0920}, 1, 0, {1}},
       {"before the current board", {0x0910, 0x0800, 0x0920}, 2, 0, {1}},
       {"first, before the current board", {0x0800, 0x0910}, 1, 0, {0}},
       {"on both sides of it", {0x0910, 0x0800, 0x0920, 0x0800}, 2, 0, {1, 3}},
@@ -152,7 +155,7 @@ TEST_F(DeviceTreeCtrl, ReadsNodesAsTheCurrentBoardAndGoesBackToTheFirst) {
   for (const Case& c : cases) {
     SCOPED_TRACE(c.what);
     link.table.Clear();
-    for (const std::uint16_t product : c.products) AddBoard(link.table, 3, product);
+    for (const std::uint16_t product : c.products) AddBoard(link.table, c.type, product);
     link.table.SetCurrent(c.current);
     reads.clear();
     boards.clear();
@@ -160,8 +163,9 @@ TEST_F(DeviceTreeCtrl, ReadsNodesAsTheCurrentBoardAndGoesBackToTheFirst) {
     EXPECT_EQ(reads, c.reads);
     EXPECT_EQ(link.table.Current(), c.selected);
     EXPECT_EQ(tree.currentIndex().row(), static_cast<int>(c.selected));
-    for (int row = 0; row < tree.model()->rowCount(DeviceRoot()); ++row) {
-      const QModelIndex board = tree.model()->index(row, 0, DeviceRoot());
+    const QModelIndex root = tree.currentIndex().parent();
+    for (int row = 0; row < tree.model()->rowCount(root); ++row) {
+      const QModelIndex board = tree.model()->index(row, 0, root);
       EXPECT_EQ(qvariant_cast<QFont>(board.data(Qt::FontRole)).bold(),
                 board == tree.currentIndex());
     }
@@ -186,10 +190,13 @@ TEST_F(DeviceTreeCtrl, ShowsBoardsAndFoldsNodesAfterEveryRebuild) {
   check();
 }
 
-TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
+TEST_F(DeviceTreeCtrl, MakesTheBoardOfAChosenItemCurrentBeforeItTellsAnybody) {
   FillAllKinds();
   tree.expandAll();
-  boards.clear();
+  std::uint32_t told = 0;
+  const auto note = [&] { told = link.table.Current(); };
+  QObject::connect(&tree, &CDeviceTreeCtrl::BoardSelected, note);
+  QObject::connect(&tree, &CDeviceTreeCtrl::PortSelected, note);
   struct Case {
     const char* what;
     QModelIndex item;
@@ -205,8 +212,11 @@ TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
       {"unknown type", Unknown(), 3, 1, 0},
       {"root", DeviceRoot(), 3, 0, 0},
       {"first board", Stick(), 0, 1, 0},
-      {"port F", Port(), 0, 0, 6},
-      {"back to the board", Stick(), 0, 1, 0},
+      {"port F", Port(), 2, 0, 6},
+      {"its node", Node(), 2, 0, 0},
+      {"another board", Stick(), 0, 1, 0},
+      {"a node of a board that is not current", Node(), 2, 1, 0},
+      {"back to the first", Stick(), 0, 1, 0},
       {"the same again", Stick(), 0, 0, 0},
   };
   for (const Case& c : cases) {
@@ -216,6 +226,8 @@ TEST_F(DeviceTreeCtrl, MakesAChosenBoardCurrentAndLeavesItForAnythingElse) {
     Click(c.item);
     EXPECT_EQ(tree.currentIndex(), c.item);
     EXPECT_EQ(link.table.Current(), c.current);
+    EXPECT_EQ(told, c.current);
+    EXPECT_EQ(tree.ChosenPort(), c.port);
     EXPECT_EQ(boards.size(), c.boards);
     EXPECT_EQ(ports.size(), c.port == 0 ? 0 : 1);
     for (const QList<QVariant>& chosen : ports) EXPECT_EQ(chosen[0].toInt(), c.port);

@@ -112,6 +112,10 @@ TEST(DeviceTreeModel, DescribesBoardsAndTheirProblemsAndNeverAsMarkup) {
   AddBoard(tree.table, 1, 0x0520);
   tree.table.SetProblem(3, {KVUSB_PROBLEM_PERMISSION, "<img src=x> & no\a."});
   tree.table.SetProblem(4, {KVUSB_PROBLEM_IN_USE, ""});
+  for (const std::uint32_t told_to_restart : {1U, 2U, 4U}) {
+    tree.table.SetCurrent(told_to_restart);
+    tree.table.SetCurrentRestarting();
+  }
   tree.table.SetCurrent(3);
   tree.model.Rebuild(tree.table, std::vector<NodeList>{{}, {true}});
   const auto text = [](const QModelIndex& item, int role = Qt::ToolTipRole) {
@@ -120,8 +124,10 @@ TEST(DeviceTreeModel, DescribesBoardsAndTheirProblemsAndNeverAsMarkup) {
   const auto board = [&](std::uint32_t i) { return tree.model.IndexOfBoard(i); };
   EXPECT_EQ(text(board(0), Qt::DisplayRole), "\uFFFD : 99999999999999999999");
   EXPECT_EQ(text(board(0)), "Product id 0x000A, in Flash Mode");
-  EXPECT_EQ(text(board(1)), "Product id 0x0800, in Device Mode");
-  EXPECT_EQ(text(board(2)), "Product id 0xBEEF, in an unknown mode");
+  EXPECT_EQ(text(board(1)),
+            "Product id 0x0800, in Device Mode. It was told to restart; its nodes are listed "
+            "when it is back");
+  EXPECT_EQ(text(board(2)), "Product id 0xBEEF, in an unknown mode. It was told to restart");
   EXPECT_EQ(text(tree.model.index(0, 0)), "");
   EXPECT_EQ(text(tree.model.index(0, 0, board(1))), "");
   EXPECT_EQ(text(board(3), Qt::DisplayRole), "<b>Bell\uFFFD</b>\uFFFDline : ");
@@ -131,8 +137,8 @@ TEST(DeviceTreeModel, DescribesBoardsAndTheirProblemsAndNeverAsMarkup) {
   EXPECT_EQ(text(board(3), Qt::AccessibleDescriptionRole),
             "Product id 0x0910, in Device Mode (current board). <img src=x> & no\uFFFD.");
   EXPECT_EQ(text(board(4), Qt::AccessibleDescriptionRole),
-            "Product id 0x0520, in Flash Mode. It does not work, and the HID library does not say "
-            "why.");
+            "Product id 0x0520, in Flash Mode. It was told to restart. It does not work, and the "
+            "HID library does not say why.");
 }
 
 TEST(DeviceTreeModel, DrawsEveryKindOfItemWithItsOwnImage) {

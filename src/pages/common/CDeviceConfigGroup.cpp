@@ -14,11 +14,10 @@
 
 namespace quillon {
 
-CDeviceConfigGroup::CDeviceConfigGroup(PageContext context, std::uint32_t device_mode,
-                                       QWidget* parent)
+CDeviceConfigGroup::CDeviceConfigGroup(PageContext context, BoardFamily family, QWidget* parent)
     : QGroupBox(tr("Device Configuration"), parent),
       context_(context),
-      device_mode_(device_mode),
+      product_(AnyProductOf(family)),
       report_(new CReportText(tr("Report on the board"))) {
   auto* const layout = new QHBoxLayout(this);
   layout->addWidget(report_, 1);
@@ -65,14 +64,25 @@ void CDeviceConfigGroup::ConnectButtons() {
   on_click(set_button_, &CDeviceConfigGroup::OnSetSerial);
 }
 
-std::optional<DeviceReport> CDeviceConfigGroup::ShowBoard() {
+// Nothing in a family whose boards have no nodes.
+std::optional<NodeFindings> CDeviceConfigGroup::FindNodes(std::optional<NodeStatusAnswer> known) {
+  if (product_.family != BoardFamily::kNodeSystem) return std::nullopt;
+  auto& [library, table, gate] = context_.link;
+  const auto hold = gate.Enter();
+  const NodeStatusAnswer answer = known ? *known : QueryNodeStatus(library, table);
+  return NodeFindings{answer, AnyNodeNeedsUpdate(table.CurrentNodes())};
+}
+
+std::optional<DeviceReport> CDeviceConfigGroup::ShowBoard(std::optional<NodeStatusAnswer> nodes) {
   const DeviceTable& table = context_.link.table;
   if (table.IsEmpty()) {
-    report_->setPlainText(QString::fromStdString(EmptyDeviceReport()));
+    report_->setPlainText(
+        QString::fromStdString(EmptyDeviceReport(product_.family == BoardFamily::kNodeSystem)));
     serial_box_->clear();
     return std::nullopt;
   }
-  DeviceReport report = ReportOnDevice(table.CurrentRecord(), table.CurrentType(), device_mode_);
+  DeviceReport report = ReportOnDevice(table.CurrentRecord(), table.CurrentType(),
+                                       product_.device_mode, FindNodes(nodes));
   report_->setPlainText(QString::fromStdString(report.text));
   serial_box_->setText(QString::fromStdString(report.serial_number));
   return report;
@@ -121,6 +131,7 @@ void CDeviceConfigGroup::Restart(RestartButton button) {
   DeviceRecord& board = table.CurrentRecord();
   SendRestart(library, board,
               RestartCommand(button, table.CurrentType(), ProductOf(board.product_id)));
+  table.SetCurrentRestarting();
 }
 
 }  // namespace quillon

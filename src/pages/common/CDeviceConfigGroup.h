@@ -2,9 +2,9 @@
 #pragma once
 
 #include <QGroupBox>
-#include <cstdint>
 #include <optional>
 
+#include "devlink/Products.h"
 #include "firmware/DeviceReport.h"
 #include "firmware/RestartCommand.h"
 #include "pages/common/FlashTips.h"
@@ -24,12 +24,12 @@ class CDeviceConfigGroup : public QGroupBox {
   Q_OBJECT
 
  public:
-  // `device_mode` is the device type that counts as Device Mode in the family.
-  CDeviceConfigGroup(PageContext context, std::uint32_t device_mode, QWidget* parent = nullptr);
+  CDeviceConfigGroup(PageContext context, BoardFamily family, QWidget* parent = nullptr);
 
-  // Rebuilds the report on the current board. Without boards, shows the empty form and returns
-  // nothing.
-  std::optional<DeviceReport> ShowBoard();
+  // Rebuilds the report on the current board. A board of the node I/O system is asked for its
+  // nodes, unless `nodes` says what it has just answered. Without boards, shows the empty form and
+  // returns nothing. The caller may hold the gate.
+  std::optional<DeviceReport> ShowBoard(std::optional<NodeStatusAnswer> nodes = std::nullopt);
 
   // Enables the controls as the state says, with tool tips that say why.
   void ShowControls(const FlashPageState& state, const FlashBoards& boards);
@@ -43,12 +43,13 @@ class CDeviceConfigGroup : public QGroupBox {
   void RefreshRequested();
 
  private:
+  std::optional<NodeFindings> FindNodes(std::optional<NodeStatusAnswer> known);
   void AddSerialRow(QBoxLayout& column);
   void ConnectButtons();
   void OnSetSerial();
 
   PageContext context_;
-  std::uint32_t device_mode_;
+  const Product& product_;  // any of the family
   CReportText* report_;
   QPushButton* refresh_button_ = nullptr;
   QPushButton* flash_button_ = nullptr;

@@ -20,11 +20,10 @@ QString IncompatibleText() {
 
 }  // namespace
 
-CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_mode,
-                                     QWidget* parent)
+CDeviceConfigPage::CDeviceConfigPage(PageContext context, BoardFamily family, QWidget* parent)
     : QWidget(parent),
       context_(context),
-      device_group_(new CDeviceConfigGroup(context, device_mode)),
+      device_group_(new CDeviceConfigGroup(context, family)),
       flash_group_(new CFlashGroup(context)) {
   auto* const layout = new QVBoxLayout(this);
   layout->addWidget(device_group_, 3);
@@ -38,8 +37,8 @@ CDeviceConfigPage::CDeviceConfigPage(PageContext context, std::uint32_t device_m
   ShowControls();
 }
 
-void CDeviceConfigPage::ShowDeviceInfo() {
-  const auto report = device_group_->ShowBoard();
+void CDeviceConfigPage::ShowDeviceInfo(std::optional<NodeStatusAnswer> nodes) {
+  const auto report = device_group_->ShowBoard(nodes);
   flash_group_->TakeReport(report);
   if (!report) return;
   Q_EMIT BoardReported(report->flash_mode_active, report->pages_enabled);

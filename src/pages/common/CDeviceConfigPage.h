@@ -2,8 +2,10 @@
 #pragma once
 
 #include <QWidget>
-#include <cstdint>
+#include <optional>
 
+#include "devlink/Products.h"
+#include "firmware/NodeStatus.h"
 #include "pages/common/PageContext.h"
 
 namespace quillon {
@@ -18,13 +20,12 @@ class CDeviceConfigPage : public QWidget {
   Q_OBJECT
 
  public:
-  // `device_mode` is the device type that counts as Device Mode in the family.
-  CDeviceConfigPage(PageContext context, std::uint32_t device_mode, QWidget* parent = nullptr);
+  CDeviceConfigPage(PageContext context, BoardFamily family, QWidget* parent = nullptr);
 
   // Rebuilds the report on the current board and enables the page's controls accordingly; without
   // boards, shows the empty form. Shows a message when the firmware is newer than this program
-  // knows.
-  void ShowDeviceInfo();
+  // knows. `nodes` is what the board has just answered when it was asked for its nodes, if it was.
+  void ShowDeviceInfo(std::optional<NodeStatusAnswer> nodes = std::nullopt);
 
  Q_SIGNALS:
   // What the other tabs of the family depend on. Not sent without boards.

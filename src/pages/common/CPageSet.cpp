@@ -9,7 +9,7 @@ namespace quillon {
 CPageSet::CPageSet(PageContext context, BoardFamily family, QWidget* parent)
     : CTabSet(context, parent),
       product_(AnyProductOf(family)),
-      config_(new CDeviceConfigPage(context, product_.device_mode)) {
+      config_(new CDeviceConfigPage(context, family)) {
   AddTab("tab-device", tr("Device Configuration"), [this] { return new CScrollPane(config_); });
   Tab(0);
   SetTabReady(0, true, {});
@@ -18,9 +18,9 @@ CPageSet::CPageSet(PageContext context, BoardFamily family, QWidget* parent)
   connect(config_, &CDeviceConfigPage::RefreshRequested, this, &CPageSet::RefreshRequested);
 }
 
-void CPageSet::ShowBoard() {
+void CPageSet::ShowBoard(std::optional<NodeStatusAnswer> nodes) {
   ShowOrigins();
-  config_->ShowDeviceInfo();
+  config_->ShowDeviceInfo(nodes);
 }
 
 void CPageSet::EnablePages(bool flash_mode_active, bool firmware_suits) {
@@ -28,10 +28,21 @@ void CPageSet::EnablePages(bool flash_mode_active, bool firmware_suits) {
   const bool any = flash_mode_active || firmware_suits;
   setCurrentIndex(0);
   for (int index = 1; index < count(); ++index) {
-    SetTabReady(index, any && index >= first && index <= last,
-                tr("Needs a board in Device Mode with the firmware release that this version of "
-                   "Quillon configures."));
+    SetTabReady(index, any && index >= first && index <= last, WhyNotReady(index));
   }
+}
+
+QString CPageSet::WhyNotReady(int index) const {
+  const auto [first, last] = product_.in_flash_mode;
+  if (index >= first && index <= last) return tr("Needs a board in Flash Mode.");
+  if (product_.family == BoardFamily::kNodeSystem) {
+    return tr(
+        "Needs a board in Device Mode with the firmware release that this version of Quillon "
+        "configures, and with no node that needs a firmware update.");
+  }
+  return tr(
+      "Needs a board in Device Mode with the firmware release that this version of Quillon "
+      "configures.");
 }
 
 }  // namespace quillon

@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <optional>
+
 #include "devlink/Products.h"
+#include "firmware/NodeStatus.h"
 #include "pages/common/CTabSet.h"
 
 namespace quillon {
@@ -17,8 +20,9 @@ class CPageSet : public CTabSet {
  public:
   CPageSet(PageContext context, BoardFamily family, QWidget* parent);
 
-  // Shows the set for the current board, with a fresh report on it.
-  void ShowBoard();
+  // Shows the set for the current board, with a fresh report on it. `nodes` is what the board has
+  // just answered when it was asked for its nodes, if it was.
+  void ShowBoard(std::optional<NodeStatusAnswer> nodes = std::nullopt);
 
   // Enables the pages from the second tab on, as the table of products says for a board in this
   // state.
@@ -33,6 +37,8 @@ class CPageSet : public CTabSet {
   }
 
  private:
+  QString WhyNotReady(int index) const;
+
   const Product& product_;  // any of the family
   CDeviceConfigPage* config_;
 };

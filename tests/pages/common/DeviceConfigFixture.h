@@ -54,13 +54,14 @@ inline constexpr const char* kInFlashMode =
 // The page of a simulated board "b", in the state that the fields of a rig give it.
 class DeviceConfigFixture {
  public:
-  explicit DeviceConfigFixture(const std::string& fields, std::uint32_t device_mode = 2)
+  explicit DeviceConfigFixture(const std::string& fields,
+                               BoardFamily family = BoardFamily::kJoystick)
       : bus(std::get<sim::Rig>(sim::ParseRig(R"({"boards": [{"id": "b", )" + fields + "}]}")),
             {.latency = {}}),
         library(bus),
         fixture(library),
         run(fixture.link.gate, nullptr, [this] { return now; }),
-        page({fixture.link, fixture.prompts, run}, device_mode) {
+        page({fixture.link, fixture.prompts, run}, family) {
     Detect();
   }
 

@@ -95,7 +95,8 @@ TEST(DeviceConfigPage, RefusesFilesWithTheNumberFound) {
 }
 
 TEST(DeviceConfigPage, TakesACoreFileForANodeSystem) {
-  DeviceConfigFixture fixture(R"("product": "0x0800", "firmware": "1.00", "mode": "flash")", 3);
+  DeviceConfigFixture fixture(R"("product": "0x0800", "firmware": "1.00", "mode": "flash")",
+                              BoardFamily::kNodeSystem);
   fixture.Load(WriteFile("core.kvx", {0x00, 0x08, 0, 0, 0, 2, 0, 0, 1, 0x10, 1}));
   EXPECT_EQ(fixture.Loaded(), "1 record, 2 bytes");
 }
