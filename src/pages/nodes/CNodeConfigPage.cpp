@@ -85,13 +85,26 @@ void CNodeConfigPage::ShowControls() {
   const bool running = moment_ == Moment::kRunning;
   const bool loaded = moment_ == Moment::kIdle && file_loaded_;
   program_button_->setText(running ? tr("Abort") : tr("Program"));
-  program_button_->setToolTip(
-      running ? tr("Stops before the next record. The node can be programmed again.")
-              : tr("Writes the loaded file into the checked nodes, one after the other."));
+  program_button_->setToolTip(ProgramTip());
   refresh_button_->setEnabled(!running);
   load_button_->setEnabled(!running);
   force_->setEnabled(loaded);
   program_button_->setEnabled(running || loaded || moment_ == Moment::kStopping);
+}
+
+QString CNodeConfigPage::ProgramTip() const {
+  switch (moment_) {
+    case Moment::kRunning:
+      return tr("Stops before the next record. The node can be programmed again.");
+    case Moment::kSkipped:
+      return tr("A node was skipped: from then on the run goes on to its end.");
+    case Moment::kIdle:
+      if (!file_loaded_) return tr("Load a file first. Every run needs it loaded anew.");
+      break;
+    case Moment::kStopping:
+      break;
+  }
+  return tr("Writes the loaded file into the checked nodes, one after the other.");
 }
 
 void CNodeConfigPage::ShowLine(const QString& line) {

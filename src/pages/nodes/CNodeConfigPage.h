@@ -47,6 +47,7 @@ class CNodeConfigPage : public QWidget {
   void AddButtons(QBoxLayout* layout);
   void SetMoment(Moment moment);
   void ShowControls();
+  QString ProgramTip() const;
   void ShowLine(const QString& line);
 
   void OnRefresh();
