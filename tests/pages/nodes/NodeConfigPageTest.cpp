@@ -322,7 +322,9 @@ TEST(NodeConfigPage, SendsNothingToABoardOfAnotherProduct) {
                              "nodes": [{"node": 1, "flash": "1.20"}])");
   nodes.Load();
   nodes.fixture.link.table.SetCurrent(1);
-  nodes.Click(kPage, "Refresh");
+  QueryNodeStatus(nodes.library, nodes.fixture.link.table);
+  nodes.pages.ShowBoard();
+  EXPECT_EQ(nodes.Rows(kPage, {0, 1}), kOld + "[ ] Node 2|N/A||| e1e1e1\n");
   nodes.fixture.prompts.ExpectMessage(
       "An invalid or incompatible file is currently loaded\r\n"
       "and cannot be used with the current device\r\n\r\n",
