@@ -11,8 +11,8 @@
 #include "bench/Figures.h"
 #include "bench/PaintedView.h"
 #include "devlink/Detection.h"
-#include "pages/common/UserPrompts.h"
 #include "pages/common/StackRun.h"
+#include "pages/common/UserPrompts.h"
 #include "pages/joystick/CScanMatrixChannelsPage.h"
 #include "widgets/CGridCtrl.h"
 
@@ -34,7 +34,8 @@ class NoPrompts : public UserPrompts {
     return true;
   }
   std::optional<QString> OpenFile(QWidget* /*parent*/, const QString& /*caption*/,
-                                  const QString& /*suffix*/, const QString& /*filter*/) override {
+                                  const QString& /*suffix*/, const QString& /*filter*/,
+                                  const QString& /*chosen*/) override {
     return std::nullopt;
   }
 };
@@ -60,7 +61,8 @@ bool MeasurePageRefresh(int rounds, HidLibrary& library) {
   DetectBoards(library, link.table, KVUSB_TYPE_FIRMWARE);
   NoPrompts prompts;
   StackRun run(link.gate);
-  CScanMatrixChannelsPage page({link, prompts, run}, *FindPage(BoardFamily::kScanMatrix, "digital"));
+  CScanMatrixChannelsPage page({link, prompts, run},
+                               *FindPage(BoardFamily::kScanMatrix, "digital"));
   auto& grid = *page.findChild<CGridCtrl*>();
   QTableView bare;
   BareTableModel model(kRows, kColumns, &bare);

@@ -81,17 +81,21 @@ bool MessageBoxes::AskYesNo(QWidget* parent, const QString& text, const QString&
 }
 
 std::optional<QString> MessageBoxes::OpenFile(QWidget* parent, const QString& caption,
-                                              const QString& default_suffix,
-                                              const QString& filter) {
+                                              const QString& default_suffix, const QString& filter,
+                                              const QString& chosen) {
   const auto hold = gate_.Enter();
   const FileDialogNotes notes;
   const QString current = QDir::currentPath();
   QFileDialog dialog(parent, caption, FirstFolder(), filter);
   dialog.setFileMode(QFileDialog::ExistingFile);
   dialog.setDefaultSuffix(default_suffix);
-  const bool chosen = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+  if (!chosen.isEmpty()) {
+    dialog.setDirectory(QFileInfo(chosen).absolutePath());
+    dialog.selectFile(chosen);
+  }
+  const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
   QDir::setCurrent(current);
-  if (!chosen) return std::nullopt;
+  if (!accepted) return std::nullopt;
   return dialog.selectedFiles().front();
 }
 

@@ -16,10 +16,11 @@ class MessageBoxes : public UserPrompts {
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
   bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
 
-  // Opens in the folder that QUILLON_FIRMWARE_DIR names, else in the user's documents. Does not
-  // remember the folder that was used last.
+  // Without a chosen file it opens in the folder that QUILLON_FIRMWARE_DIR names, else in the
+  // user's documents. Does not remember the folder that was used last.
   std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
-                                  const QString& default_suffix, const QString& filter) override;
+                                  const QString& default_suffix, const QString& filter,
+                                  const QString& chosen) override;
 
  private:
   ExchangeGate& gate_;

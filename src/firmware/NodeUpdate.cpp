@@ -94,6 +94,9 @@ NodeEnd NodeUpdate::Program(std::size_t node) {
   const bool erased = SendPacket(library_, board_, erase);
   observer_.OnBegun(node);
   const NodeEnd end = SendRecords(node, erased);
+  // Whatever its version was. Else a node of which a forced update failed would be skipped next
+  // time.
+  if (end != NodeEnd::kCompleted) nodes_[node].update_required = true;
   if (end == NodeEnd::kAborted) return Ended(node, end, "Update Aborted");
   if (end == NodeEnd::kFailed) return Ended(node, end, std::string(word_) + " - Update Failed");
   Finish(node);

@@ -71,7 +71,8 @@ enum class NodeRunResult {
 // for this node. An abort is forgotten then; a stop ends the run before the next node.
 //
 // From the start of a run on, no version counts as published online. A node's record gets the
-// version that was written, and is judged anew.
+// version that was written, and is judged anew; a node that was not programmed to the end needs an
+// update.
 class NodeUpdate {
  public:
   NodeUpdate(HidLibrary& library, DeviceRecord& board, NodeRecords& nodes, const KvxImage& image,

@@ -9,11 +9,21 @@
 
 namespace quillon {
 
-enum class CellKind { kPlain, kImageToggle, kCheckBox, kRadio, kCombo, kNumber };
+enum class CellKind {
+  kPlain,
+  kImageToggle,
+  kCheckBox,
+  kNamedCheckBox,  // with the text beside the box
+  kRadio,
+  kCombo,
+  kNumber,
+  kProgress,  // a bar of `value` per cent
+};
 
 // Kinds that a click switches between 0 and 1.
 constexpr bool IsToggle(CellKind kind) {
-  return kind == CellKind::kImageToggle || kind == CellKind::kCheckBox || kind == CellKind::kRadio;
+  return kind == CellKind::kImageToggle || kind == CellKind::kCheckBox ||
+         kind == CellKind::kNamedCheckBox || kind == CellKind::kRadio;
 }
 
 // One cell of a grid. The text is what is shown, the value is the code that pages send to a board;

@@ -18,6 +18,7 @@ constexpr int kMargin = 6;
 constexpr int kImage = 16;
 constexpr int kArrowRoom = 16;
 constexpr int kMark = 8;
+constexpr int kBarMargin = 2;
 constexpr double kHatching = 0.14;
 
 void PaintArrow(QPainter* painter, const QRect& rect, const QColor& colour) {
@@ -71,8 +72,9 @@ void GridDelegate::Forget() {
 
 int GridDelegate::WidthOf(const GridCell& cell, const QFontMetrics& metrics) const {
   if (!cell.enabled) return 0;
-  if (IsToggle(cell.kind)) return kImage + 2 * kMargin;
   int width = metrics.horizontalAdvance(cell.text);
+  if (cell.kind == CellKind::kNamedCheckBox) return kImage + width + 3 * kMargin;
+  if (IsToggle(cell.kind)) return kImage + 2 * kMargin;
   if (cell.kind == CellKind::kNumber) {
     width = std::max({width, metrics.horizontalAdvance(QString::number(cell.minimum)),
                       metrics.horizontalAdvance(QString::number(cell.maximum))});
@@ -92,7 +94,9 @@ void GridDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
                          const QModelIndex& index) const {
   const GridCell& cell = model_.Cell(GridModel::RowOf(index), GridModel::ColumnOf(index));
   PaintGround(painter, option, cell);
-  if (!IsToggle(cell.kind)) {
+  if (cell.kind == CellKind::kProgress) {
+    PaintProgress(painter, option, cell);
+  } else if (!IsToggle(cell.kind)) {
     PaintText(painter, option, cell);
   } else if (cell.enabled) {
     PaintToggle(painter, option, cell);
@@ -145,10 +149,29 @@ void GridDelegate::PaintToggle(QPainter* painter, const QStyleOptionViewItem& op
   if (image.isNull() || !qFuzzyCompare(image.devicePixelRatio(), ratio)) {
     image = DrawToggle(option, cell.kind, on, enabled, ratio);
   }
-  const QSizeF size = image.deviceIndependentSize();
+  const QSize size = image.deviceIndependentSize().toSize();
+  const bool named = cell.kind == CellKind::kNamedCheckBox;
   const QRect& rect = option.rect;
-  painter->drawPixmap(rect.left() + (rect.width() - static_cast<int>(size.width())) / 2,
-                      rect.top() + (rect.height() - static_cast<int>(size.height())) / 2, image);
+  painter->drawPixmap(rect.left() + (named ? kMargin : (rect.width() - size.width()) / 2),
+                      rect.top() + (rect.height() - size.height()) / 2, image);
+  if (!named) return;
+  QStyleOptionViewItem beside(option);
+  beside.rect.setLeft(rect.left() + kMargin + size.width());
+  PaintText(painter, beside, cell);
+}
+
+void GridDelegate::PaintProgress(QPainter* painter, const QStyleOptionViewItem& option,
+                                 const GridCell& cell) const {
+  QStyleOptionProgressBar bar;
+  bar.initFrom(option.widget);
+  bar.state |= QStyle::State_Horizontal;
+  bar.rect = option.rect.adjusted(kBarMargin, kBarMargin, -kBarMargin, -kBarMargin);
+  bar.maximum = 100;
+  bar.progress = static_cast<int>(cell.value);
+  bar.text = cell.text;
+  bar.textVisible = true;
+  bar.textAlignment = Qt::AlignCenter;
+  option.widget->style()->drawControl(QStyle::CE_ProgressBar, &bar, painter, option.widget);
 }
 
 QPixmap GridDelegate::DrawToggle(const QStyleOptionViewItem& option, CellKind kind, bool on,

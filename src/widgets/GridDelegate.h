@@ -59,6 +59,8 @@ class GridDelegate : public QStyledItemDelegate {
   void PaintText(QPainter* painter, const QStyleOptionViewItem& option, const GridCell& cell) const;
   void PaintToggle(QPainter* painter, const QStyleOptionViewItem& option,
                    const GridCell& cell) const;
+  void PaintProgress(QPainter* painter, const QStyleOptionViewItem& option,
+                     const GridCell& cell) const;
   QColor Tone(QRgb given, const QPalette& palette) const;
   QPixmap DrawToggle(const QStyleOptionViewItem& option, CellKind kind, bool on, bool enabled,
                      qreal ratio) const;

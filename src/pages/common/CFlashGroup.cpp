@@ -82,8 +82,9 @@ void CFlashGroup::OnLoadFile() {
   const auto hold = context_.link.gate.TryEnter();
   if (!hold || context_.link.table.IsEmpty()) return;
   UnloadFile();
-  const auto path = context_.prompts.OpenFile(this, QStringLiteral("Open"), QStringLiteral("kvx"),
-                                              QStringLiteral("KVX Files (*.kvx);;All Files (*)"));
+  const auto path =
+      context_.prompts.OpenFile(this, QStringLiteral("Open"), QStringLiteral("kvx"),
+                                QStringLiteral("KVX Files (*.kvx);;All Files (*)"), {});
   if (path) LoadFile(*path);
 }
 

@@ -4,10 +4,12 @@
 #include <QFileInfo>
 #include <QLocale>
 #include <numeric>
+#include <optional>
 #include <vector>
 
 #include "devlink/DeviceText.h"
 #include "devlink/Products.h"
+#include "firmware/NodeFile.h"
 #include "storage/ReadFile.h"
 
 namespace quillon {
@@ -24,7 +26,7 @@ FileRefusal Invalid(const QString& found) {
       QStringLiteral("Invalid KVX File!")};
 }
 
-FileRefusal WrongDevice(const QString& name, std::uint16_t product_id, std::uint16_t device_id) {
+FileRefusal ForOtherDevice(const QString& name, std::uint16_t product_id, std::uint16_t device_id) {
   return Invalid(QStringLiteral("Current Device ID :  %1\r\nDevice ID found in %2 : %3")
                      .arg(QString::number(product_id, 16).toUpper(), name,
                           QString::number(device_id, 16).toUpper()));
@@ -39,17 +41,32 @@ FileRefusal Refused(const QString& name, const KvxProblem& problem, std::size_t 
     case Reason::kRecordTooLong:
       return Invalid(QStringLiteral("Data bytes found in record %1 of %2 : %3 (at most %4)")
                          .arg(QString::number(problem.record), name, number,
-                              QString::number(KvxRecord::kMostBytes)));
+                              QString::number(problem.most_bytes)));
     case Reason::kTooManyRecords:
       return Invalid(QStringLiteral("Records found in %1 : %2 or more (at most %3)")
                          .arg(name, number, QString::number(KvxImage::kMostRecords)));
     case Reason::kNodeFile:
+      return {QStringLiteral("This is a node update file and will not be loaded.\r\n"
+                             "Please load core update file."),
+              QStringLiteral("Invalid KVX File!")};
     case Reason::kCoreFile:
       break;
   }
-  return {QStringLiteral("This is a node update file and will not be loaded.\r\n"
-                         "Please load core update file."),
+  return {QStringLiteral("This is a flash core update file and will not be loaded.\r\n"
+                         "Please load node update file."),
           QStringLiteral("Invalid KVX File!")};
+}
+
+FileRefusal CannotOpen(const QString& name) {
+  return {QStringLiteral("Cannot open ") + name, QStringLiteral("File Load Error")};
+}
+
+// The file's bytes as far as a firmware file can go; nothing if it cannot be read.
+std::optional<std::vector<std::uint8_t>> BytesOf(const QString& path) {
+  const auto content = ReadFileFront(QFileInfo(path).filesystemFilePath(), kKvxMostBytes);
+  const auto* const text = std::get_if<std::string>(&content);
+  if (text == nullptr) return std::nullopt;
+  return std::vector<std::uint8_t>(text->begin(), text->end());
 }
 
 }  // namespace
@@ -61,18 +78,35 @@ QString ShownPath(const QString& path) {
 std::variant<KvxImage, FileRefusal> ReadFirmwareFile(const QString& path,
                                                      std::uint16_t product_id) {
   const QString name = ShownPath(QFileInfo(path).fileName());
-  const auto content = ReadFileFront(QFileInfo(path).filesystemFilePath(), kKvxMostBytes);
-  const auto* const text = std::get_if<std::string>(&content);
-  if (text == nullptr) {
-    return FileRefusal{QStringLiteral("Cannot open ") + name, QStringLiteral("File Load Error")};
-  }
-  const std::vector<std::uint8_t> bytes(text->begin(), text->end());
-  const auto device_id = ReadKvxDeviceId(bytes);
-  if (device_id && *device_id != product_id) return WrongDevice(name, product_id, *device_id);
+  const auto bytes = BytesOf(path);
+  if (!bytes) return CannotOpen(name);
+  const auto device_id = ReadKvxDeviceId(*bytes);
+  if (device_id && *device_id != product_id) return ForOtherDevice(name, product_id, *device_id);
   const bool node_system = FamilyOf(product_id) == BoardFamily::kNodeSystem;
-  auto read = ReadKvxImage(bytes, node_system ? KvxFileKind::kCore : KvxFileKind::kPlain);
+  auto read = ReadKvxImage(*bytes, node_system ? KvxFileKind::kCore : KvxFileKind::kPlain);
   if (const auto* problem = std::get_if<KvxProblem>(&read)) {
     return Refused(name, *problem, node_system ? kNodeSystemHeader : kHeader);
+  }
+  return std::get<KvxImage>(std::move(read));
+}
+
+std::variant<KvxImage, FileRefusal> ReadNodeFirmwareFile(const QString& path,
+                                                         std::uint16_t product_id) {
+  const QString name = ShownPath(QFileInfo(path).fileName());
+  const auto bytes = BytesOf(path);
+  if (!bytes) return CannotOpen(name);
+  auto read = ReadNodeFile(*bytes, product_id);
+  if (const auto* wrong = std::get_if<WrongDevice>(&read)) {
+    return ForOtherDevice(name, product_id, wrong->device_id);
+  }
+  if (const auto* problem = std::get_if<KvxProblem>(&read)) {
+    return Refused(name, *problem, kNodeSystemHeader);
+  }
+  if (std::holds_alternative<WrongNodeRelease>(read)) {
+    return FileRefusal{
+        QStringLiteral("This node update file is not compatible with this\r\nversion of "
+                       "Quillon.\r\n\r\nPlease load a valid node update file."),
+        QStringLiteral("Outdated KVX File!")};
   }
   return std::get<KvxImage>(std::move(read));
 }

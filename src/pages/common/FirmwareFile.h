@@ -21,6 +21,10 @@ struct FileRefusal {
 // Reads the firmware of a board, not of its nodes, from a KVX file meant for this product.
 std::variant<KvxImage, FileRefusal> ReadFirmwareFile(const QString& path, std::uint16_t product_id);
 
+// Reads firmware for the nodes of a board of this product.
+std::variant<KvxImage, FileRefusal> ReadNodeFirmwareFile(const QString& path,
+                                                         std::uint16_t product_id);
+
 // How much was loaded, and whether the file's end was cut.
 QString DescribeLoaded(const KvxImage& image);
 

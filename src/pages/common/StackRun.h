@@ -38,6 +38,8 @@ class StackRun : public QObject {
   // For the work: from here on, a wish to stop the item before does not count any more.
   void BeginItem() { stop_item_ = false; }
   bool IsToStop() const { return stop_item_ || stop_run_; }
+  // For the work: whether to begin no further item, whatever becomes of this one.
+  bool IsRunToStop() const { return stop_run_; }
   // For the work: handles the events that wait, a click on "Abort" among them.
   void TurnEventLoop();
 

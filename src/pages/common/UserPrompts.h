@@ -26,10 +26,12 @@ class UserPrompts {
                                       const QString& caption) = 0;
 
   // A choice of one file that exists; nothing when the user cancels. `filter` is as in QFileDialog.
-  // Leaves the process's current directory as it was.
+  // Opens with the file of `chosen`, a path, chosen in its folder, if it is not empty. Leaves the
+  // process's current directory as it was.
   [[nodiscard]] virtual std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
                                                         const QString& default_suffix,
-                                                        const QString& filter) = 0;
+                                                        const QString& filter,
+                                                        const QString& chosen) = 0;
 };
 
 }  // namespace quillon

@@ -21,9 +21,9 @@ void ScriptedPrompts::ExpectQuestion(const std::string& text, const std::string&
   expected_.push_back({text, caption, Icon::kQuestion, Kind::kQuestion, yes});
 }
 
-void ScriptedPrompts::ExpectOpenFile(std::optional<QString> path) {
+void ScriptedPrompts::ExpectOpenFile(std::optional<QString> path, const QString& chosen) {
   expected_.push_back({"KVX Files (*.kvx);;All Files (*)", "Open", Icon::kQuestion, Kind::kFile,
-                       false, std::move(path)});
+                       false, std::move(path), chosen});
 }
 
 void ScriptedPrompts::Message(QWidget* /*parent*/, const QString& text, const QString& caption,
@@ -38,9 +38,11 @@ bool ScriptedPrompts::AskYesNo(QWidget* /*parent*/, const QString& text, const Q
 
 std::optional<QString> ScriptedPrompts::OpenFile(QWidget* /*parent*/, const QString& caption,
                                                  const QString& default_suffix,
-                                                 const QString& filter) {
+                                                 const QString& filter, const QString& chosen) {
   EXPECT_EQ(default_suffix, "kvx");
-  return Next(filter, caption, Kind::kFile).path;
+  const Prompt prompt = Next(filter, caption, Kind::kFile);
+  EXPECT_EQ(prompt.chosen.toStdString(), chosen.toStdString());
+  return prompt.path;
 }
 
 ScriptedPrompts::Prompt ScriptedPrompts::Next(const QString& text, const QString& caption,

@@ -18,8 +18,8 @@ class ScriptedPrompts : public UserPrompts {
 
   void ExpectMessage(const std::string& text, const std::string& caption, Icon icon);
   void ExpectQuestion(const std::string& text, const std::string& caption, bool yes);
-  // Answers a choice of a file; nothing cancels it.
-  void ExpectOpenFile(std::optional<QString> path);
+  // Answers a choice of a file, which opens with `chosen`; nothing cancels it.
+  void ExpectOpenFile(std::optional<QString> path, const QString& chosen = {});
 
   // Runs while the next expected prompt is open, as an event of its event loop would.
   void WhileOpen(std::function<void()> action) { while_open_ = std::move(action); }
@@ -27,7 +27,8 @@ class ScriptedPrompts : public UserPrompts {
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
   bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
   std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
-                                  const QString& default_suffix, const QString& filter) override;
+                                  const QString& default_suffix, const QString& filter,
+                                  const QString& chosen) override;
 
  private:
   enum class Kind { kMessage, kQuestion, kFile };
@@ -38,6 +39,7 @@ class ScriptedPrompts : public UserPrompts {
     Kind kind = Kind::kMessage;
     bool yes = false;
     std::optional<QString> path = std::nullopt;
+    QString chosen = {};
   };
 
   Prompt Next(const QString& text, const QString& caption, Kind kind);
