@@ -20,7 +20,9 @@ CCheckList::CCheckList(const QStringList& titles, QWidget* parent)
   verticalHeader()->hide();
   setSelectionBehavior(SelectRows);
   setSelectionMode(SingleSelection);
-  SetClickHandler([this](int row, int column) { OnClick(row - 1, column - 1); });
+  SetClickHandler([this](int row, int column) {
+    if (column == 1) Q_EMIT Toggled(row - 1);
+  });
   SetRows(0);
   Tint();
 }
@@ -65,15 +67,6 @@ QString CCheckList::AsText() const {
 }
 
 void CCheckList::CopyAll() const { QGuiApplication::clipboard()->setText(AsText()); }
-
-void CCheckList::OnClick(int row, int column) {
-  if (column != 0) return;
-  if (checkable_) {
-    Q_EMIT Toggled(row);
-  } else {
-    Check(row, !IsChecked(row));  // as it was
-  }
-}
 
 void CCheckList::keyPressEvent(QKeyEvent* event) {
   const bool space = event->key() == Qt::Key_Space && event->modifiers() == Qt::NoModifier;

@@ -31,8 +31,6 @@ class CCheckList : public CGridCtrl {
 
   void Check(int row, bool checked) { SetValue(row + 1, 1, checked ? 1 : 0); }
   bool IsChecked(int row) const { return Value(row + 1, 1) != 0; }
-  // Whether the user may check and clear boxes; true at first.
-  void SetCheckable(bool checkable) { checkable_ = checkable; }
 
   // A line that belongs to the list and is copied with it.
   void SetFootLine(const QString& line) { foot_line_ = line; }
@@ -49,12 +47,10 @@ class CCheckList : public CGridCtrl {
   void changeEvent(QEvent* event) override;
 
  private:
-  void OnClick(int row, int column);
   void Tint();
 
   QStringList titles_;
   QString foot_line_;
-  bool checkable_ = true;
 };
 
 }  // namespace quillon

@@ -65,8 +65,9 @@ void ExpectReadableCells(CGridCtrl& grid) {
       const bool box = has && IsToggle(grid.Kind(row, column));
       const auto value = grid.Value(row, column);
       const QString words = box ? (value != 0 ? "on" : "off") : grid.Text(row, column);
-      const QStringList name{grid.Text(row, 0), grid.Text(0, column).trimmed(),
-                             has ? words : "not available"};
+      QStringList name{grid.Text(row, 0), grid.Text(0, column).trimmed(),
+                       has ? words : "not available"};
+      name.removeAll("");
       auto& cell = *cells->child(row * grid.Columns() + column);
       EXPECT_EQ(cell.text(QAccessible::Name).toStdString(), name.join(", ").toStdString());
       EXPECT_EQ(cell.text(QAccessible::Value), has ? words : "");
@@ -237,6 +238,9 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
       {R"("product": "0x0510", "firmware": "2.20")", "Digital Ports"},
       {R"("product": "0x0520", "firmware": "1.00")", "Digital Ports"},
       {R"("product": "0x0800", "firmware": "1.10")", "I/O Ports"},
+      {R"("product": "0x0800", "firmware": "1.10", "mode": "flash",
+          "nodes": [{"node": 1, "flash": "1.30"}])",
+       "I/O Ports"},
       {R"("product": "0x1500", "firmware": "1.10")", "SPI Configuration"},
   };
   for (const auto& [board, last_tab] : cases) {
@@ -246,10 +250,11 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
     CPageSet* const set = main.fixture.window.ShownPageSet();
     ASSERT_NE(set, nullptr);
     EXPECT_EQ(set->tabText(set->count() - 1), last_tab);
-    set->EnablePages(false, true);
+    set->EnablePages(std::string_view(board).find("flash\",") != std::string_view::npos, true);
     main.fixture.window.resize(2000, 900);  // has room for all tabs
     main.fixture.window.show();
     for (int tab = 0; tab < set->count(); ++tab) {
+      if (!set->isTabEnabled(tab)) continue;
       set->setCurrentIndex(tab);
       MainFixture::RunEvents();
       ExpectReadable(main.fixture.window);

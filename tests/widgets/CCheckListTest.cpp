@@ -50,13 +50,6 @@ TEST(CheckList, TogglesTheRowOfTheCurrentCellByKeyboard) {
   list.Key(Qt::Key_Space);
   EXPECT_FALSE(list.IsChecked(1));
   EXPECT_EQ(toggled.count(), 2);
-
-  list.SetCheckable(false);
-  list.Key(Qt::Key_Space);
-  QTest::mouseClick(list.viewport(), Qt::LeftButton, {},
-                    list.visualRect(list.model()->index(1, 0)).center());
-  EXPECT_FALSE(list.IsChecked(1));
-  EXPECT_EQ(toggled.count(), 2);
 }
 
 TEST(CheckList, TellsScreenReadersEachRowsNameBoxAndProgress) {

@@ -56,8 +56,6 @@ CExpansionCardPage::CExpansionCardPage(PageContext context, QWidget* parent)
   left->addWidget(line_);
   list_->setAccessibleName(tr("Expansion cards"));
   list_->SetToolTips([](int /*row*/, int column) { return ToolTipOf(column - 1); });
-  // What is plugged in is not the user's choice.
-  list_->SetCheckable(false);
   line_->setWordWrap(true);
   line_->setAccessibleDescription(tr("Which card can be addressed"));
   auto* const column = AddButtonColumn(layout);
