@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <QMenu>
 #include <QPlainTextEdit>
+#include <algorithm>
 
 #include "app/MainFixture.h"
 
@@ -29,12 +29,15 @@ constexpr struct {
 } kItems[]{{": 100", "100", 0}, {": 200", "200", 1},  {"Node 1", "200", 1}, {"Port B", "200", 1},
            {": 300", "300", 2}, {"Node 2", "300", 2}, {"Port C", "300", 2}};
 
-bool IsMenuEntryEnabled(const CDeviceTreeCtrl& tree, DeviceTool tool) {
-  const auto menu = const_cast<CDeviceTreeCtrl&>(tree).MakeMenu(tree.currentIndex());
-  for (const QAction* const entry : menu->actions()) {
-    if (entry->data() == static_cast<int>(tool)) return entry->isEnabled();
-  }
-  return false;
+std::string InLoaders(QString systems) {
+  return systems.replace("\"nodes\"", "\"mode\": \"flash\", \"nodes\"").toStdString();
+}
+
+bool IsOfferedAt(const CDeviceTreeCtrl& tree, DeviceTool tool) {
+  const auto entries = DeviceToolEntries();
+  const auto entry = std::ranges::find(entries, tool, &DeviceToolEntry::tool);
+  const auto& model = dynamic_cast<const DeviceTreeModel&>(*tree.model());
+  return IsOffered(*entry, model.Kind(tree.currentIndex()));
 }
 
 // The tree's nodes, board by board: "200: 1 5, 300: 2".
@@ -165,38 +168,42 @@ TEST(NodeTree, TalksOnlyToTheBoardThatTheChosenItemStandsUnder) {
 }
 
 TEST(NodeTree, UsesEveryToolOnTheBoardThatTheChosenItemStandsUnder) {
-  for (const auto tool : {DeviceTool::kRestartFlash, DeviceTool::kLoadDefaults}) {
+  const struct {
+    DeviceTool tool;
+    bool loaders;  // the systems run their loaders
+    const char* sent;
+    int uses;
+  } cases[]{{DeviceTool::kRestartFlash, false, " FF", 5},
+            {DeviceTool::kRestartFlash, true, " 09", 2},
+            {DeviceTool::kRestartDevice, true, " FF", 2},
+            {DeviceTool::kLoadDefaults, false, "", 5}};
+  for (const auto& c : cases) {
+    int uses = 0;
     for (const auto& to : kItems) {
-      SCOPED_TRACE(std::to_string(static_cast<int>(tool)) + " on " + to.item);
-      SimMain main(kStick + kTwoSystems);
+      SCOPED_TRACE(std::to_string(static_cast<int>(c.tool)) + " on " + to.item);
+      SimMain main(kStick + (c.loaders ? InLoaders(kTwoSystems) : kTwoSystems));
+      auto& tree = main.fixture.window.Tree();
       main.fixture.window.Initialise();
       main.Select(to.board == 1 ? "Port C" : "Port B");
       main.Select(to.item);
-      const bool is_node = std::string_view(to.item).starts_with("Node");
-      auto& tree = main.fixture.window.Tree();
-      if (is_node) {
-        EXPECT_FALSE(IsMenuEntryEnabled(tree, tool));
-        continue;
-      }
+      if (!IsOfferedAt(tree, c.tool) || (c.loaders && to.board == 0)) continue;
+      ++uses;
       main.witness.heard.clear();
-      if (tool == DeviceTool::kLoadDefaults) {
+      const bool restarts = c.tool != DeviceTool::kLoadDefaults;
+      if (!restarts) {
         main.fixture.prompts.ExpectQuestion(
             "Are you sure you want to load the\r\ndefault settings for this item?", "Load Defaults",
             true);
         main.fixture.prompts.WhileOpen(
             [&] { EXPECT_EQ(main.fixture.link.table.Current(), to.board) << "confirmed for"; });
       }
-      tree.Run(tool);
+      tree.Run(c.tool);
       // The rebuilt tree asks both systems for their nodes.
       std::erase_if(main.witness.heard, [](const auto& line) { return line.ends_with(" 1D"); });
-      EXPECT_THAT(main.witness.heard, Each(StartsWith(to.serial)));
-      EXPECT_EQ(main.bus.Find("j")->State().flash_mode,
-                tool == DeviceTool::kRestartFlash && to.board == 0);
-      EXPECT_EQ(main.bus.Find("a")->State().flash_mode,
-                tool == DeviceTool::kRestartFlash && to.board == 1);
-      EXPECT_EQ(main.bus.Find("b")->State().flash_mode,
-                tool == DeviceTool::kRestartFlash && to.board == 2);
+      EXPECT_THAT(main.witness.heard, Each(StartsWith(to.serial + std::string(c.sent))));
+      EXPECT_TRUE(!restarts || main.witness.heard.size() == 1);
     }
+    EXPECT_EQ(uses, c.uses);
   }
 }
 

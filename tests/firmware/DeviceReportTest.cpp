@@ -103,6 +103,7 @@ TEST(DeviceReport, TellsOfTheEepromAndTheNodesAfterTheBoard) {
         << c.name;
     EXPECT_EQ(report.pages_enabled, c.pages) << c.name;
     EXPECT_EQ(report.flash_mode_active, c.type != 3) << c.name;
+    EXPECT_EQ(report.fit == FirmwareFit::kTooNew, c.version == 0x0120) << c.name;
   }
 }
 
