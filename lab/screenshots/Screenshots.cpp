@@ -25,6 +25,14 @@ constexpr const char* kUnreadableBoard = R"({"boards": [
    "faults": [{"kind": "read_fails", "command": "0x11", "times": 0}]}
 ]})";
 
+// Nodes are programmed while their board is in Flash Mode.
+constexpr const char* kNodesInFlashMode = R"({"boards": [
+  {"id": "nodes-1", "product": "0x0800", "mode": "flash", "firmware": "1.10", "queried": "1.13",
+   "nodes": [{"node": 1, "flash": "1.30"}, {"node": 2, "flash": "1.20"},
+             {"node": 3, "flash": "none"}, {"node": 4, "flash": "1.31"},
+             {"node": 9, "flash": "1.30"}]}
+]})";
+
 Problem Locked(int node) {
   return {KVUSB_PROBLEM_PERMISSION, "Linux does not let you open /dev/hidraw" +
                                         std::to_string(node) + " (Permission denied)."};
@@ -48,7 +56,7 @@ QString FileName(QString label) {
 }
 
 CSettingsPage& ShownPage(const CMainDialog& window) {
-  CPageSet* const pages = window.ShownPageSet();
+  CTabSet* const pages = window.ShownPageSet();
   CSettingsPage* const page = pages == nullptr ? nullptr : pages->Page(pages->currentIndex());
   if (page == nullptr) throw std::runtime_error("No settings page is shown.");
   return *page;
@@ -82,6 +90,7 @@ void Screenshots::TakeAll() {
     TakeAboutBox();
     TakeEditing();
   });
+  On(kNodesInFlashMode, [this] { TakeBoard(0); });
   On(kUnreadableBoard, [this] { TakeFailedRetrieve(); });
   TakeRefusedBoards();
   On(kNoBoards, [this] { Take(QStringLiteral("no-boards")); });
@@ -95,14 +104,21 @@ void Screenshots::TakeBoard(std::uint32_t board) {
           .arg(FileName(QString::fromStdString(BoardLabel(program_->Boards().Record(board)))));
   stage::ClickBoard(window.Tree(), board);
   attendant_.Rethrow();
-  CPageSet* const pages = window.ShownPageSet();
+  CTabSet* const pages = window.ShownPageSet();
   if (pages == nullptr) return Take(QStringLiteral("no-pages"));
-  for (int tab = 0; tab < pages->count(); ++tab) {
-    if (!pages->isTabEnabled(tab)) continue;
-    const QString title = pages->tabText(tab);
-    stage::ClickTab(*pages, title);
-    if (pages->Page(tab) != nullptr) {
-      stage::ClickButton(*pages->Page(tab), QStringLiteral("Retrieve"));
+  TakeTabs(*pages);
+  if (!stage::ClickPort(window.Tree(), board, 0, 1)) return;
+  prefix_ += QStringLiteral("-port-b");
+  TakeTabs(*window.ShownPageSet());
+}
+
+void Screenshots::TakeTabs(CTabSet& pages) {
+  for (int tab = 0; tab < pages.count(); ++tab) {
+    if (!pages.isTabEnabled(tab)) continue;
+    const QString title = pages.tabText(tab);
+    stage::ClickTab(pages, title);
+    if (pages.Page(tab) != nullptr) {
+      stage::ClickButton(*pages.Page(tab), QStringLiteral("Retrieve"));
     }
     Take(FileName(title));
   }

@@ -11,6 +11,8 @@ class QMenu;
 
 namespace quillon {
 
+class CTabSet;
+
 // Pictures of all that the window can show: every board of the usual rig with every enabled tab,
 // retrieved where there is something to retrieve, and other states of the window. Files are named
 // NN-subject<suffix>.png; NN is the board's place in the table, counted from 1, or 00 for what
@@ -31,6 +33,7 @@ class Screenshots {
   void On(const QByteArray& rig, Act act, stage::Refusals refusals = {}, AccessHelp access = {});
 
   void TakeBoard(std::uint32_t board);
+  void TakeTabs(CTabSet& pages);
   void TakeContextMenu();
   void TakeAboutBox();
   void TakeEditing();

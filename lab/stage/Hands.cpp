@@ -69,6 +69,17 @@ void ClickBoard(CDeviceTreeCtrl& tree, std::uint32_t board) {
   Click(*tree.viewport(), PointAt(tree, BoardItem(tree, board)));
 }
 
+bool ClickPort(CDeviceTreeCtrl& tree, std::uint32_t board, int node, int half) {
+  const QModelIndex item = tree.model()->index(node, 0, BoardItem(tree, board));
+  if (!item.isValid()) return false;
+  const QModelIndex port = tree.model()->index(half, 0, item);
+  tree.expand(port.parent().parent());
+  tree.expand(port.parent());
+  tree.scrollTo(port);
+  Click(*tree.viewport(), PointAt(tree, port));
+  return true;
+}
+
 void OpenContextMenu(CDeviceTreeCtrl& tree, std::uint32_t board) {
   const QPoint at = PointAt(tree, BoardItem(tree, board));
   QContextMenuEvent event(QContextMenuEvent::Mouse, at, tree.viewport()->mapToGlobal(at));

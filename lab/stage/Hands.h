@@ -36,6 +36,8 @@ void LetPaint();
 void ClickButton(const QWidget& place, const QString& name);
 // The board with this index of the table.
 void ClickBoard(CDeviceTreeCtrl& tree, std::uint32_t board);
+// A port of a board's node, both counted from 0. False when the tree has none there.
+bool ClickPort(CDeviceTreeCtrl& tree, std::uint32_t board, int node, int half);
 // Opens the context menu of the board; returns when it has been closed.
 void OpenContextMenu(CDeviceTreeCtrl& tree, std::uint32_t board);
 void ClickTab(QTabWidget& tabs, const QString& title);

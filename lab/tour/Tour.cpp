@@ -109,7 +109,7 @@ void Tour::ChooseJoystickController() {
 
 void Tour::OpenAnalogChannels() {
   transcript_.Step(QStringLiteral("Open \"Analog Channels\""));
-  CPageSet* const pages = program_->Window().ShownPageSet();
+  CTabSet* const pages = program_->Window().ShownPageSet();
   Expect(pages != nullptr, QStringLiteral("the board has pages"));
   stage::ClickTab(*pages, QStringLiteral("Analog Channels"));
   NotePage();

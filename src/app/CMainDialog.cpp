@@ -274,8 +274,8 @@ NodeList CMainDialog::ReadNodes() {
   return present;
 }
 
-CPageSet* CMainDialog::ShownPageSet() const {
-  return qobject_cast<CPageSet*>(pages_->currentWidget());
+CTabSet* CMainDialog::ShownPageSet() const {
+  return qobject_cast<CTabSet*>(pages_->currentWidget());
 }
 
 // One hold from the question to the rebuilt tree: a board that comes or goes meanwhile must not put

@@ -26,6 +26,7 @@ class CDeviceTreeCtrl;
 class CHomePage;
 class CNodePortPageSet;
 class CPageSet;
+class CTabSet;
 class CProblemLine;
 class CTabSet;
 class Profile;
@@ -75,8 +76,9 @@ class CMainDialog : public QMainWindow {
   // is open. However many come, at most one detection waits, and the user's input goes first.
   void OnDeviceChange(std::uint32_t event, std::uint32_t device_type, std::string_view path);
 
-  // The pages shown for the current board; null while the home page or nothing is.
-  CPageSet* ShownPageSet() const;
+  // The pages shown for the current board or one of its ports; null while the home page or nothing
+  // is.
+  CTabSet* ShownPageSet() const;
   CDeviceTreeCtrl& Tree() const { return *tree_; }
   const StartOptions& Options() const { return options_; }
 

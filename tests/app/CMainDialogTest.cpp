@@ -48,7 +48,7 @@ QString ReportOf(const CMainDialog& window) {
   return window.ShownPageSet()->findChild<QPlainTextEdit*>()->toPlainText();
 }
 
-QStringList EnabledTabs(const CPageSet& set) {
+QStringList EnabledTabs(const CTabSet& set) {
   QStringList titles;
   for (int i = 0; i < set.count(); ++i) {
     if (set.isTabEnabled(i)) titles << set.tabText(i);
@@ -247,7 +247,7 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
     SCOPED_TRACE(board);
     SimMain main(R"({"id": "b", )" + std::string(board) + "}");
     main.fixture.window.Initialise();
-    CPageSet* const set = main.fixture.window.ShownPageSet();
+    auto* const set = qobject_cast<CPageSet*>(main.fixture.window.ShownPageSet());
     ASSERT_NE(set, nullptr);
     EXPECT_EQ(set->tabText(set->count() - 1), last_tab);
     set->EnablePages(std::string_view(board).find("flash\",") != std::string_view::npos, true);
@@ -271,7 +271,7 @@ TEST(MainDialog, ConfiguresOnlyTheFirmwareReleaseThatItKnows) {
                     {"id": "f", "product": "0x0910", "serial": "004", "mode": "flash",
                      "firmware": "2.82"})");
   main.fixture.window.Initialise();
-  const CPageSet* const set = main.fixture.window.ShownPageSet();
+  const CTabSet* const set = main.fixture.window.ShownPageSet();
   EXPECT_TRUE(set->isTabEnabled(1));
   main.Select(": 002");
   EXPECT_EQ(EnabledTabs(*set), QStringList("Device Configuration"));

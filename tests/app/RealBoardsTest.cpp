@@ -104,7 +104,7 @@ class Program {
 
   // The page of an enabled tab; null where there is none.
   CSettingsPage* Page(const QString& title) const {
-    CPageSet* const set = window.ShownPageSet();
+    CTabSet* const set = window.ShownPageSet();
     for (int i = 0; i < set->count(); ++i) {
       if (set->tabText(i) != title || !set->isTabEnabled(i)) continue;
       set->setCurrentIndex(i);
