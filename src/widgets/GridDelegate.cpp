@@ -19,6 +19,8 @@ constexpr int kImage = 16;
 constexpr int kArrowRoom = 16;
 constexpr int kMark = 8;
 constexpr int kBarMargin = 2;
+// A text may be a part of a pixel wider than its rounded width, and would be cut.
+constexpr int kRounding = 1;
 constexpr double kHatching = 0.14;
 
 void PaintArrow(QPainter* painter, const QRect& rect, const QColor& colour) {
@@ -72,7 +74,7 @@ void GridDelegate::Forget() {
 
 int GridDelegate::WidthOf(const GridCell& cell, const QFontMetrics& metrics) const {
   if (!cell.enabled) return 0;
-  int width = metrics.horizontalAdvance(cell.text);
+  int width = metrics.horizontalAdvance(cell.text) + kRounding;
   if (cell.kind == CellKind::kNamedCheckBox) return kImage + width + 3 * kMargin;
   if (IsToggle(cell.kind)) return kImage + 2 * kMargin;
   if (cell.kind == CellKind::kNumber) {
