@@ -94,6 +94,9 @@ struct Block {
   std::uint8_t start = 0, end = 0;
   std::uint8_t bytes = 0;
   std::span<const Table> tables;
+  // Intended where false: whether the board took the block is not looked at. The exchanges behind
+  // it follow, and the Error lamp stays dark.
+  bool write_checked = true;
 };
 
 // What a page is about. Each block is exchanged once for each of these.
