@@ -97,9 +97,9 @@ std::optional<std::uint32_t> FactoryOf(const Setting& setting, std::size_t row) 
   return setting.factory[setting.factory.size() == 1 ? 0 : row];
 }
 
-std::string NameOf(const RowNames& names, std::size_t row) {
+std::string NameOf(const RowNames& names, std::size_t row, int offset) {
   if (row < names.names.size()) return std::string(names.names[row]);
-  return Fill(names.pattern, names.first + static_cast<std::int64_t>(row) * names.step);
+  return Fill(names.pattern, names.first + static_cast<std::int64_t>(row) * names.step + offset);
 }
 
 }  // namespace quillon

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -65,6 +66,8 @@ struct RowNames {
   int first = 1;
   int step = 1;
   std::span<const std::string_view> names{};
+  // Rows of larger numbers have no name until a rule numbers the table's rows.
+  int last_named = std::numeric_limits<int>::max();
 };
 
 // Rows of the same settings at even distances in a block.
@@ -141,8 +144,8 @@ std::string DescriptionOf(const Setting& setting, std::size_t row);
 // The factory value in a row; none where the page's defaults leave the setting alone.
 std::optional<std::uint32_t> FactoryOf(const Setting& setting, std::size_t row);
 
-// What a row is called.
-std::string NameOf(const RowNames& names, std::size_t row);
+// What a row is called; `offset` is added to its number.
+std::string NameOf(const RowNames& names, std::size_t row, int offset = 0);
 
 // The family's page of that name; null where it has none.
 const Page* FindPage(BoardFamily family, std::string_view id);

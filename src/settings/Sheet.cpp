@@ -49,7 +49,7 @@ Sheet::Sheet(const Page& page) : page_(&page) {
       AddCells(exchanges_.size() - 1, port);
     }
   }
-  LoadFactory();
+  FillInFactory();
 }
 
 void Sheet::AddCells(std::size_t exchange, std::size_t port) {
@@ -66,8 +66,18 @@ void Sheet::AddCells(std::size_t exchange, std::size_t port) {
 
 std::string Sheet::RowNameOf(Cell cell) const {
   const Value& value = cells_[cell];
+  const RowNames& names = value.table->names;
+  const auto offset = row_offsets_.find(value.table->id);
+  const bool numbered = offset != row_offsets_.end();
+  if (!numbered && value.line > names.last_named) return {};
   const auto port = value.exchange / page_->blocks.size();
-  return NameOf(value.table->names, port * value.table->rows + value.row);
+  return NameOf(names, port * value.table->rows + value.row, numbered ? offset->second : 0);
+}
+
+std::string_view Sheet::TitleOf(Cell cell) const {
+  const Setting& setting = SettingOf(cell);
+  const auto title = titles_.find(setting.id);
+  return title == titles_.end() ? setting.title : title->second;
 }
 
 std::optional<Cell> Sheet::Find(std::string_view table, int line, std::string_view setting) const {
@@ -146,6 +156,11 @@ void Sheet::ShowInstead(Cell cell, std::uint32_t code) {
 }
 
 void Sheet::LoadFactory() {
+  FillInFactory();
+  if (page_->rules != nullptr && page_->rules->defaulted != nullptr) page_->rules->defaulted(*this);
+}
+
+void Sheet::FillInFactory() {
   for (Cell cell = 0; cell < cells_.size(); ++cell) {
     const auto factory = FactoryOf(*cells_[cell].setting, cells_[cell].row);
     if (factory) Set(cell, *factory);
@@ -160,7 +175,7 @@ void Sheet::SetPort(NodePort port) {
 void Sheet::Forget() {
   for (auto& bytes : bytes_) std::ranges::fill(bytes, std::uint8_t{0});
   for (Value& value : cells_) value.code = 0, value.known = value.hidden = value.kept = false;
-  LoadFactory();
+  FillInFactory();
 }
 
 std::pair<Cell, Cell> Sheet::CellsOf(std::size_t exchange) const {

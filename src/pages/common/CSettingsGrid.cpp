@@ -69,7 +69,6 @@ void CSettingsGrid::BuildCells() {
 void CSettingsGrid::BuildCell(int row, int column, Cell cell, Lists& lists) {
   const Setting& setting = sheet_.SettingOf(cell);
   const GridColumn& look = columns_[static_cast<std::size_t>(column) - 1];
-  SetText(0, column, Shown(setting.title));
   if (look.kind == CellKind::kNumber) {
     SetNumber(row, column, 0, static_cast<int>(std::max(setting.most, look.largest_entry)));
   } else if (look.kind != CellKind::kCombo) {
@@ -84,6 +83,7 @@ void CSettingsGrid::BuildCell(int row, int column, Cell cell, Lists& lists) {
 }
 
 void CSettingsGrid::Show() {
+  ShowTitles();
   for (int row = 1; row < Rows(); ++row) {
     for (int column = 1; column < Columns(); ++column) {
       if (const auto cell = CellAt(row, column)) ShowCell(row, column, *cell, false);
@@ -92,10 +92,23 @@ void CSettingsGrid::Show() {
   Redraw();
 }
 
+// Each is that of the first cell in the row or column.
+void CSettingsGrid::ShowTitles() {
+  for (int column = 1; column < Columns(); ++column) {
+    int row = 1;
+    while (row + 1 < Rows() && !CellAt(row, column)) ++row;
+    if (const auto cell = CellAt(row, column)) SetText(0, column, Shown(sheet_.TitleOf(*cell)));
+  }
+  for (int row = 1; row < Rows(); ++row) {
+    int column = 1;
+    while (column + 1 < Columns() && !CellAt(row, column)) ++column;
+    if (const auto cell = CellAt(row, column)) SetText(row, 0, Shown(sheet_.RowNameOf(*cell)));
+  }
+}
+
 // A cell that shows its code already keeps its text, unless `anew`.
 void CSettingsGrid::ShowCell(int row, int column, Cell cell, bool anew) {
   const std::uint32_t code = sheet_.Code(cell);
-  if (Text(row, 0).isEmpty()) SetText(row, 0, Shown(sheet_.RowNameOf(cell)));
   const bool worded = !IsToggle(Kind(row, column));
   if (worded && (anew || Value(row, column) != code || Text(row, column).isEmpty()))
     SetText(row, column, Shown(sheet_.TextOf(cell)));

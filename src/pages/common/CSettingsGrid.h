@@ -75,6 +75,7 @@ class CSettingsGrid : public CGridCtrl {
   void Place(const GridLayout& layout);
   void BuildCells();
   void BuildCell(int row, int column, Cell cell, Lists& lists);
+  void ShowTitles();
   void ShowCell(int row, int column, Cell cell, bool anew);
   void PaintGround(int clicked_row);
   bool TakeEntry(int row, int column);
