@@ -3,6 +3,7 @@
 
 #include <algorithm>
 
+#include "settings/DigitalPortSettings.h"
 #include "settings/JoystickSettings.h"
 
 namespace quillon {
@@ -49,6 +50,10 @@ std::span<const Page> PagesOf(BoardFamily family) {
       return SmallJoystickPages();
     case BoardFamily::kScanMatrix:
       return ScanMatrixPages();
+    case BoardFamily::kDigitalPorts:
+      return DigitalPortPages();
+    case BoardFamily::kInputBanks:
+      return InputBankPages();
     default:
       return {};
   }
