@@ -35,7 +35,7 @@ enum class Foreign {
   kShown,    // shown as it is, and kept until it is changed
   kLost,     // not shown: what the page showed before stays, and is stored by the next update
   kKept,     // not shown, but kept until another value is chosen
-  kFactory,  // shown as the factory value, and stored as that by the next update
+  kFactory,  // not shown: the factory value is, and is stored by the next update
 };
 
 // One setting of a row.

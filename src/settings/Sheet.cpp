@@ -32,8 +32,13 @@ bool CanShow(const Setting& setting, std::uint32_t code) {
   return code != kUnshown && TextOf(setting, code).has_value();
 }
 
+// What stands for a code, with the code itself where the same text stands for another one too.
 std::string Words(const Setting& setting, std::uint32_t code) {
-  return TextOf(setting, code).value_or("code " + std::to_string(code));
+  const auto text = TextOf(setting, code);
+  const std::string number = "code " + std::to_string(code);
+  if (!text) return number;
+  const bool shared = std::ranges::count(setting.choices, *text, &Choice::text) > 1;
+  return shared ? *text + " (" + number + ')' : *text;
 }
 
 }  // namespace
@@ -116,7 +121,10 @@ std::string Sheet::NoteOf(Cell cell) const {
   const Mark mark = MarkOf(cell);
   if (mark != Mark::kHidden && mark != Mark::kCorrected) return {};
   const Value& value = cells_[cell];
-  std::string note = "The board holds " + Words(*value.setting, value.held) + '.';
+  std::string note = "The board holds ";
+  if (value.hidden && value.setting->foreign == Foreign::kFactory)
+    note += "a value that this page does not offer: ";
+  note += Words(*value.setting, value.held) + '.';
   if (value.kept) return note + " It is kept until another value is chosen.";
   const std::uint32_t leaving = Leaving(cell);
   if (leaving != value.held)
@@ -205,13 +213,15 @@ void Sheet::Take(Value& value, std::uint32_t held) {
   } else if (setting.foreign == Foreign::kClamped) {
     shown = std::clamp(held, setting.least, setting.most);
   }
-  if (setting.foreign == Foreign::kFactory && !CanShow(setting, shown))
-    shown = FactoryOf(setting, value.row).value_or(0);
+  // Nothing is hidden where the cell shows that very code already.
+  if (!CanShow(setting, shown) && held == value.code && CanShow(setting, held)) shown = held;
   value.known = true;
   value.held = held;
   value.hidden = !CanShow(setting, shown);
   value.kept = value.hidden && setting.foreign == Foreign::kKept;
   if (!value.hidden) value.code = shown;
+  if (value.hidden && setting.foreign == Foreign::kFactory)
+    value.code = FactoryOf(setting, value.row).value_or(0);
   value.baseline = value.hidden ? held : shown;
 }
 
