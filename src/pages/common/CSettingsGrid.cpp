@@ -63,6 +63,9 @@ void CSettingsGrid::BuildCells() {
       if (cell) BuildCell(row, column, *cell, lists);
     }
   }
+  for (int column = 0; column < Columns(); ++column)
+    SetBackground(0, column, ground_.column_titles);
+  for (int row = 1; row < Rows(); ++row) SetBackground(row, 0, ground_.row_titles);
   PaintGround(0);
 }
 
