@@ -20,9 +20,9 @@
 #include "firmware/RestartCommand.h"
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
-#include "pages/nodes/CNodePageSets.h"
 #include "pages/nodes/CNodePortPageSet.h"
 #include "pages/nodes/CNodeSystemPageSet.h"
+#include "pages/nodes/CSpiControllerPageSet.h"
 #include "res/Icons.h"
 #include "tree/CDeviceTreeCtrl.h"
 

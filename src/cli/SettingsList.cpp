@@ -75,6 +75,7 @@ ordered_json Json(const Block& block) {
       {"id", block.id}, {"read", block.read}, {"write", block.write}, {"bytes", block.bytes}};
   if (block.way == Way::kRange) json["range"] = {block.start, block.end};
   if (block.way == Way::kNode) json["node_offsets"] = {block.start, block.end};
+  if (!block.write_checked) json["write_checked"] = false;
   for (const Table& table : block.tables) json["tables"].push_back(Json(table));
   return json;
 }

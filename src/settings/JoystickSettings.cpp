@@ -6,6 +6,7 @@
 #include <cstddef>
 
 #include "settings/AnalogBlocks.h"
+#include "settings/CommonSettings.h"
 #include "settings/DigitalBlock.h"
 #include "settings/ExpansionBlock.h"
 #include "settings/HatBlock.h"
@@ -16,16 +17,8 @@
 namespace quillon {
 namespace {
 
-template <std::size_t... Sizes>
-constexpr auto Join(const std::array<Setting, Sizes>&... groups) {
-  std::array<Setting, (Sizes + ...)> all{};
-  auto place = all.begin();
-  ((place = std::copy(groups.begin(), groups.end(), place)), ...);
-  return all;
-}
+using namespace common;
 
-constexpr std::array kOff{0U};
-constexpr std::array kOn{1U};
 constexpr std::array<std::string_view, kAxes> kAxisNames{"X",  "Y",  "Z",  "Rx",
                                                          "Ry", "Rz", "S1", "S2"};
 
@@ -239,95 +232,25 @@ constexpr std::array<Block, 1> kTweakBlocks{{{.id = "axis_tweak",
 
 constexpr std::array<Setting, 3> InputSettings(Field on, Field master, Field invert) {
   return {
-      {{.id = "on",
-        .title = "ON",
-        .purpose = "Switches the input on.",
-        .field = on,
-        .factory = kOn},
+      {InputOn(on),
        {.id = "master",
         .title = "Master",
         .purpose = "Makes the input the board's master switch. A click leaves one master at most.",
         .field = master,
         .factory = kOff},
-       {.id = "invert",
-        .title = "Invert",
-        .purpose = "Reverses the input: open counts as pressed.",
-        .field = invert,
-        .factory = kOff}}};
+       InputInvert(invert)}};
 }
+constexpr std::string_view kWideMode = "       Mode       ";
 
-constexpr Setting Mode(Field field, std::span<const Choice> modes) {
-  return {.id = "mode",
-          .title = "       Mode       ",
-          .purpose =
-              "What the board makes of the input. A pair of inputs is Rotary on both or on "
-              "neither.",
-          .field = field,
-          .choices = modes,
-          .most = modes.back().last,
-          .factory = kOff};
-}
-
-constexpr std::array<Choice, 4> kLineA{{{.text = "None"},
-                                        {.text = "GRAY 1X - A", .first = 1},
-                                        {.text = "GRAY 2X - A", .first = 2},
-                                        {.text = "GRAY 4X - A", .first = 3}}};
-constexpr std::array<Choice, 4> kLineB{{{.text = "None", .offered = false},
-                                        {.text = "GRAY 1X - B", .first = 1, .offered = false},
-                                        {.text = "GRAY 2X - B", .first = 2, .offered = false},
-                                        {.text = "GRAY 4X - B", .first = 3, .offered = false}}};
-
-constexpr Setting Decoding(Field field, std::string_view title, std::span<const Choice> line) {
-  return {.id = "encoder",
-          .title = title,
-          .purpose =
-              "How the board decodes a rotary encoder on a pair of inputs: line A on the odd "
-              "one, where it is chosen, line B on the even one.",
-          .field = field,
-          .choices = line,
-          .most = 3,
-          .factory = kOff};
-}
-
-constexpr std::array<Choice, 5> kDigitalModes{{{.text = "Normal"},
-                                               {.text = "Toggle", .first = 1},
-                                               {.text = "Pulse", .first = 2},
-                                               {.text = "Momentary", .first = 3},
-                                               {.text = "Rotary", .first = 4}}};
 constexpr auto kDigitalSettings =
     Join(InputSettings(digital::kOn, digital::kMaster, digital::kInvert),
-         std::array<Setting, 2>{{Mode(digital::kMode, kDigitalModes),
-                                 {.id = "pulse_width",
-                                  .title = "Pulse (x 10ms)",
-                                  .purpose = "How long a pulse lasts, in units of 10 ms.",
-                                  .field = digital::kPulseWidth,
-                                  .factory = kOff}}});
+         std::array<Setting, 2>{{InputMode(digital::kMode, kWideMode, kInputModes),
+                                 PulseWidth(digital::kPulseWidth)}});
 constexpr std::string_view kWideRotary = "            Rotary            ";
 constexpr std::array<Setting, 1> kDigitalLineA{Decoding(digital::kEncoder, kWideRotary, kLineA)};
 constexpr std::array<Setting, 1> kDigitalLineB{Decoding(digital::kEncoder, kWideRotary, kLineB)};
 
-// The two lines of an encoder are two tables on the same rows.
-constexpr std::array<Table, 3> InputTables(std::uint16_t first_bit) {
-  return {{{.id = "input",
-            .names = {.pattern = "Input %1"},
-            .first_bit = first_bit,
-            .bits_a_row = 24,
-            .rows = 16,
-            .settings = kDigitalSettings},
-           {.id = "input",
-            .names = {.pattern = "Input %1", .first = 1, .step = 2},
-            .first_bit = first_bit,
-            .bits_a_row = 48,
-            .rows = 8,
-            .settings = kDigitalLineA},
-           {.id = "input",
-            .names = {.pattern = "Input %1", .first = 2, .step = 2},
-            .first_bit = static_cast<std::uint16_t>(first_bit + 24),
-            .bits_a_row = 48,
-            .rows = 8,
-            .settings = kDigitalLineB}}};
-}
-constexpr auto kDigitalTables = InputTables(0);
+constexpr auto kDigitalTables = PairedInputs(0, 16, kDigitalSettings, kDigitalLineA, kDigitalLineB);
 constexpr std::array<Block, 1> kDigitalBlocks{{{.id = "digital",
                                                 .read = digital::kRead,
                                                 .write = digital::kWrite,
@@ -342,7 +265,8 @@ constexpr std::array<Setting, 1> kScanMatrixSettings{
       .field = digital::kScanMatrix}}};
 constexpr std::array<Field, 1> kScanMatrixZeros{{{0, 1, 7}}};
 constexpr std::array<std::string_view, 1> kBoardName{"Board"};
-constexpr auto kSmallInputTables = InputTables(8);
+constexpr auto kSmallInputTables =
+    PairedInputs(8, 16, kDigitalSettings, kDigitalLineA, kDigitalLineB);
 constexpr std::array<Table, 4> kSmallDigitalTables{{{.id = "board",
                                                      .names = {.pattern = "", .names = kBoardName},
                                                      .bits_a_row = 8,
@@ -375,7 +299,7 @@ constexpr std::array<Choice, 4> kHat2Modes{{kPovChoice,
                                             kDigitalChoice,
                                             {.text = "ORB : Shifter Display", .first = kOrbShifter},
                                             kFalcoChoice}};
-constexpr std::array<Choice, 2> kInputModes{{kPovChoice, kDigitalChoice}};
+constexpr std::array<Choice, 2> kInputHatModes{{kPovChoice, kDigitalChoice}};
 constexpr std::array<std::uint32_t, 8> kHat1Shown{kPov,   kDigital, kIncremental, kUnshown,
                                                   kFalco, kTarn,    kTarn,        kUnshown};
 constexpr std::array<std::uint32_t, 8> kHat2Shown{kPov,   kDigital, kOrbShifter, kUnshown,
@@ -401,13 +325,8 @@ constexpr std::array<Setting, 2> HatSettings(std::span<const Choice> modes,
 }
 constexpr auto kHat1Settings = HatSettings(kHat1Modes, kHat1Shown);
 constexpr auto kHat2Settings = HatSettings(kHat2Modes, kHat2Shown);
-constexpr auto kInputHatSettings = HatSettings(kInputModes, {});
+constexpr auto kInputHatSettings = HatSettings(kInputHatModes, {});
 
-constexpr std::array<Choice, 4> kDampings{{{.text = "HI", .first = 3},
-                                           {.text = "MID", .first = 2},
-                                           {.text = "LO", .first = 1},
-                                           {.text = "OFF", .first = 0}}};
-constexpr std::array kMid{2U};
 constexpr std::array<Setting, 1> kDampingSettings{
     {{.id = "damping",
       .title = " Damping ",
@@ -509,7 +428,7 @@ constexpr std::array<Choice, 3> kMatrixModes{
     {{.text = "Normal"}, {.text = "Toggle", .first = 1}, {.text = "Rotary", .first = 2}}};
 constexpr auto kMatrixInputSettings =
     Join(InputSettings(matrix_input::kOn, matrix_input::kMaster, matrix_input::kInvert),
-         std::array<Setting, 1>{Mode(matrix_input::kMode, kMatrixModes)});
+         std::array<Setting, 1>{InputMode(matrix_input::kMode, kWideMode, kMatrixModes)});
 constexpr std::array<Choice, 2> kButtons{
     {{.text = "None"}, {.text = "Button %1", .first = 1, .last = 64}}};
 

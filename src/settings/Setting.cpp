@@ -3,8 +3,10 @@
 
 #include <algorithm>
 
+#include "settings/DigitalPortSettings.h"
 #include "settings/JoystickSettings.h"
 #include "settings/NodeSettings.h"
+#include "settings/SpiSettings.h"
 
 namespace quillon {
 namespace {
@@ -52,6 +54,12 @@ std::span<const Page> PagesOf(BoardFamily family) {
       return ScanMatrixPages();
     case BoardFamily::kNodeSystem:
       return NodeSystemPages();
+    case BoardFamily::kDigitalPorts:
+      return DigitalPortPages();
+    case BoardFamily::kInputBanks:
+      return InputBankPages();
+    case BoardFamily::kSpi:
+      return SpiPages();
     default:
       return {};
   }
@@ -100,9 +108,9 @@ std::optional<std::uint32_t> FactoryOf(const Setting& setting, std::size_t row) 
   return setting.factory[setting.factory.size() == 1 ? 0 : row];
 }
 
-std::string NameOf(const RowNames& names, std::size_t row) {
+std::string NameOf(const RowNames& names, std::size_t row, int offset) {
   if (row < names.names.size()) return std::string(names.names[row]);
-  return Fill(names.pattern, names.first + static_cast<std::int64_t>(row) * names.step);
+  return Fill(names.pattern, names.first + static_cast<std::int64_t>(row) * names.step + offset);
 }
 
 }  // namespace quillon

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdint>
+#include <limits>
 #include <optional>
 #include <span>
 #include <string>
@@ -34,7 +35,7 @@ enum class Foreign {
   kShown,    // shown as it is, and kept until it is changed
   kLost,     // not shown: what the page showed before stays, and is stored by the next update
   kKept,     // not shown, but kept until another value is chosen
-  kFactory,  // shown as the factory value, and stored as that by the next update
+  kFactory,  // not shown: the factory value is, and is stored by the next update
 };
 
 // One setting of a row.
@@ -67,6 +68,8 @@ struct RowNames {
   std::span<const std::string_view> names{};
   // The names are those of the ports, A first; a port has one row.
   bool by_port = false;
+  // Rows of larger numbers have no name until a rule numbers the table's rows.
+  int last_named = std::numeric_limits<int>::max();
 };
 
 // Rows of the same settings at even distances in a block.
@@ -96,6 +99,9 @@ struct Block {
   std::uint8_t start = 0, end = 0;
   std::uint8_t bytes = 0;
   std::span<const Table> tables;
+  // Intended where false: whether the board took the block is not looked at. The exchanges behind
+  // it follow, and the Error lamp stays dark.
+  bool write_checked = true;
 };
 
 // What a page is about. Each block is exchanged once for each of these.
@@ -140,8 +146,8 @@ std::string DescriptionOf(const Setting& setting, std::size_t row);
 // The factory value in a row; none where the page's defaults leave the setting alone.
 std::optional<std::uint32_t> FactoryOf(const Setting& setting, std::size_t row);
 
-// What a row is called.
-std::string NameOf(const RowNames& names, std::size_t row);
+// What a row is called; `offset` is added to its number.
+std::string NameOf(const RowNames& names, std::size_t row, int offset = 0);
 
 // The family's page of that name; null where it has none.
 const Page* FindPage(BoardFamily family, std::string_view id);

@@ -32,8 +32,13 @@ bool CanShow(const Setting& setting, std::uint32_t code) {
   return code != kUnshown && TextOf(setting, code).has_value();
 }
 
+// What stands for a code, with the code itself where the same text stands for another one too.
 std::string Words(const Setting& setting, std::uint32_t code) {
-  return TextOf(setting, code).value_or("code " + std::to_string(code));
+  const auto text = TextOf(setting, code);
+  const std::string number = "code " + std::to_string(code);
+  if (!text) return number;
+  const bool shared = std::ranges::count(setting.choices, *text, &Choice::text) > 1;
+  return shared ? *text + " (" + number + ')' : *text;
 }
 
 }  // namespace
@@ -49,7 +54,7 @@ Sheet::Sheet(const Page& page) : page_(&page) {
       AddCells(exchanges_.size() - 1, port);
     }
   }
-  LoadFactory();
+  FillInFactory();
 }
 
 void Sheet::AddCells(std::size_t exchange, std::size_t port) {
@@ -67,8 +72,18 @@ void Sheet::AddCells(std::size_t exchange, std::size_t port) {
 std::string Sheet::RowNameOf(Cell cell) const {
   const Value& value = cells_[cell];
   const RowNames& names = value.table->names;
+  const auto offset = row_offsets_.find(value.table->id);
+  const bool numbered = offset != row_offsets_.end();
+  if (!numbered && value.line > names.last_named) return {};
   const NodePort port = exchanges_[value.exchange].port;
-  return NameOf(names, names.by_port ? port.node * 2U + port.half : value.row);
+  const std::size_t row = names.by_port ? port.node * 2U + port.half : value.row;
+  return NameOf(names, row, numbered ? offset->second : 0);
+}
+
+std::string_view Sheet::TitleOf(Cell cell) const {
+  const Setting& setting = SettingOf(cell);
+  const auto title = titles_.find(setting.id);
+  return title == titles_.end() ? setting.title : title->second;
 }
 
 std::optional<Cell> Sheet::Find(std::string_view table, int line, std::string_view setting) const {
@@ -107,7 +122,10 @@ std::string Sheet::NoteOf(Cell cell) const {
   const Mark mark = MarkOf(cell);
   if (mark != Mark::kHidden && mark != Mark::kCorrected) return {};
   const Value& value = cells_[cell];
-  std::string note = "The board holds " + Words(*value.setting, value.held) + '.';
+  std::string note = "The board holds ";
+  if (value.hidden && value.setting->foreign == Foreign::kFactory)
+    note += "a value that this page does not offer: ";
+  note += Words(*value.setting, value.held) + '.';
   if (value.kept) return note + " It is kept until another value is chosen.";
   const std::uint32_t leaving = Leaving(cell);
   if (leaving != value.held)
@@ -147,6 +165,11 @@ void Sheet::ShowInstead(Cell cell, std::uint32_t code) {
 }
 
 void Sheet::LoadFactory() {
+  FillInFactory();
+  if (page_->rules != nullptr && page_->rules->defaulted != nullptr) page_->rules->defaulted(*this);
+}
+
+void Sheet::FillInFactory() {
   for (Cell cell = 0; cell < cells_.size(); ++cell) {
     const auto factory = FactoryOf(*cells_[cell].setting, cells_[cell].row);
     if (factory) Set(cell, *factory);
@@ -161,7 +184,7 @@ void Sheet::SetPort(NodePort port) {
 void Sheet::Forget() {
   for (auto& bytes : bytes_) std::ranges::fill(bytes, std::uint8_t{0});
   for (Value& value : cells_) value.code = 0, value.known = value.hidden = value.kept = false;
-  LoadFactory();
+  FillInFactory();
 }
 
 std::pair<Cell, Cell> Sheet::CellsOf(std::size_t exchange) const {
@@ -191,13 +214,15 @@ void Sheet::Take(Value& value, std::uint32_t held) {
   } else if (setting.foreign == Foreign::kClamped) {
     shown = std::clamp(held, setting.least, setting.most);
   }
-  if (setting.foreign == Foreign::kFactory && !CanShow(setting, shown))
-    shown = FactoryOf(setting, value.row).value_or(0);
+  // Nothing is hidden where the cell shows that very code already.
+  if (!CanShow(setting, shown) && held == value.code && CanShow(setting, held)) shown = held;
   value.known = true;
   value.held = held;
   value.hidden = !CanShow(setting, shown);
   value.kept = value.hidden && setting.foreign == Foreign::kKept;
   if (!value.hidden) value.code = shown;
+  if (value.hidden && setting.foreign == Foreign::kFactory)
+    value.code = FactoryOf(setting, value.row).value_or(0);
   value.baseline = value.hidden ? held : shown;
 }
 

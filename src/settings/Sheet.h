@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <functional>
+#include <map>
 #include <optional>
 #include <span>
 #include <string>
@@ -28,6 +29,8 @@ struct Rules {
   void (*edited)(Sheet& sheet, Cell cell) = nullptr;
   // The code that goes out for a cell, where that is not the one that is shown.
   std::uint32_t (*leaving)(const Sheet& sheet, Cell cell) = nullptr;
+  // After the factory values were loaded; not for those that a sheet starts with.
+  void (*defaulted)(Sheet& sheet) = nullptr;
 };
 
 // How a cell differs from what the board holds, as far as that is known.
@@ -56,9 +59,13 @@ class Sheet {
   // ---- what a cell is
   const Setting& SettingOf(Cell cell) const { return *cells_[cell].setting; }
   std::string_view TableOf(Cell cell) const { return cells_[cell].table->id; }
-  // The cell's line among all tables of one id, from 1: the number in its row's name.
+  // The cell's line among all tables of one id, from 1: the number in its row's name, unless a rule
+  // numbers the rows.
   int LineOf(Cell cell) const { return cells_[cell].line; }
+  // Empty for a row that has no name yet.
   std::string RowNameOf(Cell cell) const;
+  // The setting's, unless a rule changed it.
+  std::string_view TitleOf(Cell cell) const;
   // Nothing where there is no such cell.
   std::optional<Cell> Find(std::string_view table, int line, std::string_view setting) const;
   // Another setting of the same row.
@@ -94,6 +101,10 @@ class Sheet {
   void Set(Cell cell, std::uint32_t code);
   // Shows this instead of what the board holds; the next update stores it.
   void ShowInstead(Cell cell, std::uint32_t code);
+  // From now on `offset` is added to the numbers in the names of the tables' rows.
+  void NumberRows(std::string_view table, int offset) { row_offsets_[table] = offset; }
+  // From now on the setting's column has this title; the text is not copied.
+  void Retitle(std::string_view setting, std::string_view title) { titles_[setting] = title; }
   // What the cell showed before the exchange that is being read.
   std::uint32_t CodeBefore(Cell cell) const { return cells_[cell].before; }
   // The cells of an exchange follow each other: [first, last).
@@ -128,6 +139,7 @@ class Sheet {
   };
 
   void AddCells(std::size_t exchange, std::size_t port);
+  void FillInFactory();
   void Take(Value& value, std::uint32_t held);
   std::uint32_t Leaving(Cell cell) const;
 
@@ -135,6 +147,8 @@ class Sheet {
   std::vector<Exchange> exchanges_;
   std::vector<std::vector<std::uint8_t>> bytes_;  // as the board holds them, by exchange
   std::vector<Value> cells_;
+  std::map<std::string_view, int> row_offsets_;          // by table
+  std::map<std::string_view, std::string_view> titles_;  // by setting
 };
 
 }  // namespace quillon

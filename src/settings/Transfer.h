@@ -39,7 +39,9 @@ struct TransferResult {
 [[nodiscard]] TransferResult ReadBlock(HidLibrary& library, DeviceRecord& board, const Block& block,
                                        std::span<std::uint8_t> bytes, NodePort about = {});
 
-// Writes the block from `bytes`, which has the block's size.
+// Writes the block from `bytes`, which has the block's size. If the block's write is not checked,
+// that is always done: with no bytes where it was not transported, with all of them whatever was
+// answered.
 [[nodiscard]] TransferResult WriteBlock(HidLibrary& library, DeviceRecord& board,
                                         const Block& block, std::span<const std::uint8_t> bytes,
                                         NodePort about = {});

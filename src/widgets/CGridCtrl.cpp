@@ -38,6 +38,10 @@ CGridCtrl::CGridCtrl(QWidget* parent)
   setVerticalScrollMode(ScrollPerPixel);
   setHorizontalScrollMode(ScrollPerPixel);
   FitRows();
+  // Longer row titles need a wider header, which Qt makes only when the view is resized.
+  connect(model_, &GridModel::headerDataChanged, this, [this](Qt::Orientation titles) {
+    if (titles == Qt::Vertical) updateGeometries();
+  });
   connect(this, &QTableView::clicked, this, [this](const QModelIndex& index) {
     if (click_keys_ & (Qt::ShiftModifier | Qt::ControlModifier)) return;  // selects
     Click(GridModel::RowOf(index), GridModel::ColumnOf(index));

@@ -311,6 +311,32 @@ TEST(Sheet, HoldsABlockForEveryPortOrForOne) {
   EXPECT_EQ(one.Outgoing(0)[0], 0) << "nothing of another port is offered";
 }
 
+TEST(Sheet, NamesRowsAndColumnsAsItsRulesSay) {
+  const Setting setting{.id = "level", .title = " Level ", .purpose = "", .field = {0, 0, 4}};
+  const Table table{.id = "input",
+                    .names = {.pattern = "Input %1", .first = 2, .step = 2, .last_named = 3},
+                    .bits_a_row = 8,
+                    .rows = 2,
+                    .settings = {&setting, 1}};
+  const Block block{.id = "", .bytes = 2, .tables = {&table, 1}};
+  const Rules rules{.retrieved = [](Sheet& sheet, std::size_t) { sheet.NumberRows("input", 64); },
+                    .edited = [](Sheet& sheet, Cell) { sheet.Retitle("level", "Normal"); },
+                    .defaulted = [](Sheet& sheet) { sheet.NumberRows("input", 0); }};
+  const Page page{.id = "", .title = "", .blocks = {&block, 1}, .rules = &rules};
+  Sheet sheet(page);
+  const Cell first = *sheet.Find("input", 2, "level"), second = *sheet.Find("input", 4, "level");
+  const auto names = [&] { return sheet.RowNameOf(first) + ", " + sheet.RowNameOf(second); };
+  EXPECT_EQ(names(), "Input 2, ") << "no name before somebody numbers the rows";
+  sheet.Retrieved(0, Bytes{0, 0});
+  EXPECT_EQ(names(), "Input 66, Input 68");
+  sheet.LoadFactory();
+  EXPECT_EQ(names(), "Input 2, Input 4");
+  EXPECT_EQ(sheet.TitleOf(second), " Level ");
+  sheet.Edit(first, 1);
+  sheet.Retrieved(0, Bytes{0, 0});
+  EXPECT_EQ(sheet.TitleOf(second), "Normal") << "stays";
+}
+
 // What a page and a tooltip say of a setting.
 TEST(Sheet, DescribesItsSettings) {
   const struct {

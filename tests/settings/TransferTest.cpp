@@ -12,6 +12,8 @@ namespace {
 using End = TransferResult::End;
 
 constexpr Block kWhole{.id = "whole", .read = 0x11, .write = 0x0D, .bytes = 2, .tables = {}};
+constexpr Block kUnchecked{
+    .id = "", .read = 0x14, .write = 0x10, .bytes = 2, .tables = {}, .write_checked = false};
 constexpr Block kRange{.id = "range",
                        .way = Way::kRange,
                        .read = 0x12,
@@ -85,6 +87,24 @@ TEST(Transfer, SendsTheRequestOfTheBlocksWayAndTellsHowItEnded) {
        kWhole,
        {},
        "write 0 -> 0 : 00 00 00 00 0d 01 01 02 *\nread 0 -> 0 : 11 *",
+       {End::kRefused, 0}},
+      {"unchecked, refused",
+       true,
+       kUnchecked,
+       {},
+       "write 0 -> 0 : 00 00 00 00 10 01 01 02 *\nread 0 -> 0 : ee *",
+       {End::kDone, 2}},
+      {"unchecked, not sent",
+       true,
+       kUnchecked,
+       {},
+       "write 0 -> 1 : 00 00 00 00 10 01 01 02 *",
+       {End::kDone, 0}},
+      {"another echo for a query of the same block",
+       false,
+       kUnchecked,
+       {},
+       "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 0 : ee *",
        {End::kRefused, 0}},
       {"range",
        true,

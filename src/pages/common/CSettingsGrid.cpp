@@ -64,13 +64,15 @@ void CSettingsGrid::BuildCells() {
       if (cell) BuildCell(row, column, *cell, lists);
     }
   }
+  for (int column = 0; column < Columns(); ++column)
+    SetBackground(0, column, ground_.column_titles);
+  for (int row = 1; row < Rows(); ++row) SetBackground(row, 0, ground_.row_titles);
   PaintGround(0);
 }
 
 void CSettingsGrid::BuildCell(int row, int column, Cell cell, Lists& lists) {
   const Setting& setting = sheet_.SettingOf(cell);
   const GridColumn& look = columns_[static_cast<std::size_t>(column) - 1];
-  SetText(0, column, Shown(setting.title));
   if (look.kind == CellKind::kNumber) {
     SetNumber(row, column, 0, static_cast<int>(std::max(setting.most, look.largest_entry)));
   } else if (look.kind != CellKind::kCombo) {
@@ -85,6 +87,7 @@ void CSettingsGrid::BuildCell(int row, int column, Cell cell, Lists& lists) {
 }
 
 void CSettingsGrid::Show() {
+  ShowTitles();
   for (int row = 1; row < Rows(); ++row) {
     bool titled = false;
     for (int column = 1; column < Columns(); ++column) {
@@ -95,6 +98,20 @@ void CSettingsGrid::Show() {
     }
   }
   Redraw();
+}
+
+// Each is that of the first cell in the row or column.
+void CSettingsGrid::ShowTitles() {
+  for (int column = 1; column < Columns(); ++column) {
+    int row = 1;
+    while (row + 1 < Rows() && !CellAt(row, column)) ++row;
+    if (const auto cell = CellAt(row, column)) SetText(0, column, Shown(sheet_.TitleOf(*cell)));
+  }
+  for (int row = 1; row < Rows(); ++row) {
+    int column = 1;
+    while (column + 1 < Columns() && !CellAt(row, column)) ++column;
+    if (const auto cell = CellAt(row, column)) SetText(row, 0, Shown(sheet_.RowNameOf(*cell)));
+  }
 }
 
 // A cell that shows its code already keeps its text, unless `anew`.

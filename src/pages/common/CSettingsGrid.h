@@ -28,18 +28,23 @@ struct GridTable {
   int first_row = 1;
 };
 
-// The colours of the rows: pairs of rows change between two, and the clicked row has its own where
-// there is one.
+// The colours of the rows: pairs of rows change between two, and the clicked row and the titles
+// have their own where there are any.
 struct GridGround {
   QRgb odd_pairs, even_pairs;
-  std::optional<QRgb> clicked;
+  std::optional<QRgb> clicked{};
+  std::optional<QRgb> column_titles{}, row_titles{};
 };
-inline constexpr QRgb kClickedRow = 0xFFBFD4E3;  // RGB(191,212,227)
-inline constexpr QRgb kLightRow = 0xFFF0F0F0;    // RGB(240,240,240)
-inline constexpr QRgb kDarkRow = 0xFFDCDCDC;     // RGB(220,220,220)
-inline constexpr GridGround kPlainGround{kLightRow, kLightRow, {}};
+inline constexpr QRgb kClickedRow = 0xFFBFD4E3;    // RGB(191,212,227)
+inline constexpr QRgb kLightRow = 0xFFF0F0F0;      // RGB(240,240,240)
+inline constexpr QRgb kDarkRow = 0xFFDCDCDC;       // RGB(220,220,220)
+inline constexpr QRgb kColumnTitles = 0xFFDCD2F5;  // RGB(220,210,245)
+inline constexpr QRgb kRowTitles = 0xFFE6E6FF;     // RGB(230,230,255)
+inline constexpr GridGround kPlainGround{kLightRow, kLightRow};
 inline constexpr GridGround kChannelGround{kLightRow, kLightRow, kClickedRow};
 inline constexpr GridGround kPairGround{kDarkRow, kLightRow, kClickedRow};
+inline constexpr GridGround kPortGround{kDarkRow, kDarkRow, kClickedRow, kColumnTitles, kRowTitles};
+inline constexpr GridGround kTitledGround{kLightRow, kLightRow, {}, kColumnTitles, kRowTitles};
 
 struct GridLayout {
   std::vector<GridColumn> columns;
@@ -76,6 +81,7 @@ class CSettingsGrid : public CGridCtrl {
   void Place(const GridLayout& layout);
   void BuildCells();
   void BuildCell(int row, int column, Cell cell, Lists& lists);
+  void ShowTitles();
   void ShowCell(int row, int column, Cell cell, bool anew);
   void PaintGround(int clicked_row);
   bool TakeEntry(int row, int column);

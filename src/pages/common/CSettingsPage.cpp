@@ -45,6 +45,7 @@ CSettingsPage::Outcome CSettingsPage::RunExchanges(const Transfer& transfer) {
     outcome.done = result.IsDone();
     outcome.transported = result.IsTransported();
     outcome.any = outcome.any || result.bytes > 0;
+    outcome.all = outcome.all && result.bytes == sheet_.Exchanges()[i].block->bytes;
   }
   return outcome;
 }
@@ -124,7 +125,8 @@ bool CSettingsPage::StoreOnBoard() {
     if (outcome.any) SetOrigin(Origin::kPartlyStored);
   } else {
     if (!sheet_.Of().update_leaves_lamp) ShowError(false);
-    SetOrigin(outcome.any ? Origin::kStored : Origin::kNothing);
+    const Origin stored = outcome.all ? Origin::kStored : Origin::kPartlyStored;
+    SetOrigin(outcome.any ? stored : Origin::kNothing);
   }
   ShowSheet();
   return sheet_.Of().answered_is_done ? outcome.transported : outcome.done;

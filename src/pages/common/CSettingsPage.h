@@ -79,6 +79,7 @@ class CSettingsPage : public CPageFrame {
     bool done = true;         // none failed
     bool transported = true;  // none failed before it was answered
     bool any = false;         // the board and the page have something in common now
+    bool all = true;          // they have everything in common that was to be exchanged
   };
 
   template <typename Transfer>
