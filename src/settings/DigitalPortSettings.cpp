@@ -17,7 +17,7 @@ constexpr std::array<Choice, 2> kMasterSwitches{
 
 constexpr Setting MasterSwitch(Field field) {
   return {.id = "master_switch",
-          .title = "Master switch:",
+          .title = "Master Switch",
           .purpose = "The input that is the board's master switch.",
           .field = field,
           .choices = kMasterSwitches,
@@ -90,7 +90,7 @@ constexpr std::array<Block, 1> kPortsBlocks{
 constexpr std::array<Setting, 2> kBankBoardSettings{
     {MasterSwitch({0, 0, 12}),
      {.id = "bank",
-      .title = "Bank:",
+      .title = "Bank",
       .purpose = "Bank 0 has the inputs 1 to 32, bank 1 those from 33 to 64, and so on.",
       .field = {1, 4, 4},
       .factory = kOff}}};

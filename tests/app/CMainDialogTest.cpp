@@ -65,8 +65,9 @@ void ExpectReadableCells(CGridCtrl& grid) {
       const bool box = has && IsToggle(grid.Kind(row, column));
       const auto value = grid.Value(row, column);
       const QString words = box ? (value != 0 ? "on" : "off") : grid.Text(row, column);
-      const QStringList name{grid.Text(row, 0), grid.Text(0, column).trimmed(),
-                             has ? words : "not available"};
+      QStringList name{grid.Text(row, 0), grid.Text(0, column).trimmed(),
+                       has ? words : "not available"};
+      name.removeAll("");  // a row without a title
       auto& cell = *cells->child(row * grid.Columns() + column);
       EXPECT_EQ(cell.text(QAccessible::Name).toStdString(), name.join(", ").toStdString());
       EXPECT_EQ(cell.text(QAccessible::Value), has ? words : "");

@@ -1,8 +1,10 @@
 // SPDX-License-Identifier: MIT
 #include "pages/common/BoundControls.h"
 
+#include <QBoxLayout>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QLabel>
 #include <QSignalBlocker>
 
 #include "pages/common/CNumberBox.h"
@@ -44,6 +46,25 @@ void BoundControls::Bind(CNumberBox* box, Cell cell) {
     // Not while that number is being typed; a box that was never shown has no text yet.
     if (box->value() != value || box->text().isEmpty()) box->ShowHeld(value);
   });
+}
+
+void BoundControls::AddLabelled(QBoxLayout* line, Cell cell) {
+  const Setting& setting = sheet_.SettingOf(cell);
+  const QString title =
+      QString::fromUtf8(setting.title.data(), static_cast<qsizetype>(setting.title.size()));
+  auto* const label = new QLabel(title + QStringLiteral(" :"));
+  line->addWidget(label);
+  const auto add = [&](auto* control) {
+    line->addWidget(control);
+    control->setAccessibleName(title);
+    label->setBuddy(control);
+    Bind(control, cell);
+  };
+  if (setting.choices.empty()) {
+    add(new CNumberBox(static_cast<int>(setting.most)));
+  } else {
+    add(new QComboBox);
+  }
 }
 
 void BoundControls::Add(QWidget* control, Cell cell, std::function<void(std::uint32_t code)> show) {

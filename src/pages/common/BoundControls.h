@@ -7,6 +7,7 @@
 
 #include "settings/Sheet.h"
 
+class QBoxLayout;
 class QCheckBox;
 class QComboBox;
 class QWidget;
@@ -31,6 +32,9 @@ class BoundControls : public QObject {
   // The list is filled with what the setting offers.
   void Bind(QComboBox* list, Cell cell);
   void Bind(CNumberBox* box, Cell cell);
+
+  // Adds a label with the setting's title, and a list or a number box, whichever fits the setting.
+  void AddLabelled(QBoxLayout* line, Cell cell);
 
   // Shows the sheet.
   void Show();

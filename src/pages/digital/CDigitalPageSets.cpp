@@ -1,16 +1,19 @@
 // SPDX-License-Identifier: MIT
 #include "pages/digital/CDigitalPageSets.h"
 
+#include "pages/digital/CDigitalInputBankPage.h"
+#include "pages/digital/CDigitalPortsPage.h"
+
 namespace quillon {
 
 CDigitalPortsPageSet::CDigitalPortsPageSet(PageContext context, QWidget* parent)
     : CPageSet(context, BoardFamily::kDigitalPorts, parent) {
-  AddPage("tab-ports", tr("Digital Ports"));
+  AddPage<CDigitalPortsPage>("ports", "tab-ports");
 }
 
 CDigitalInputBankPageSet::CDigitalInputBankPageSet(PageContext context, QWidget* parent)
     : CPageSet(context, BoardFamily::kInputBanks, parent) {
-  AddPage("tab-ports", tr("Digital Ports"));
+  AddPage<CDigitalInputBankPage>("ports", "tab-ports");
 }
 
 }  // namespace quillon
