@@ -5,6 +5,7 @@
 
 #include "settings/DigitalPortSettings.h"
 #include "settings/JoystickSettings.h"
+#include "settings/SpiSettings.h"
 
 namespace quillon {
 namespace {
@@ -54,6 +55,8 @@ std::span<const Page> PagesOf(BoardFamily family) {
       return DigitalPortPages();
     case BoardFamily::kInputBanks:
       return InputBankPages();
+    case BoardFamily::kSpi:
+      return SpiPages();
     default:
       return {};
   }

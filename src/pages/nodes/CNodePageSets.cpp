@@ -13,11 +13,6 @@ CNodeSystemPageSet::CNodeSystemPageSet(PageContext context, QWidget* parent)
   AddPage("tab-ports", tr("I/O Ports"));
 }
 
-CSpiControllerPageSet::CSpiControllerPageSet(PageContext context, QWidget* parent)
-    : CPageSet(context, BoardFamily::kSpi, parent) {
-  AddPage("tab-spi", tr("SPI Configuration"));
-}
-
 CNodePortPageSet::CNodePortPageSet(QWidget* parent) : QTabWidget(parent) {
   for (const QString& title : {tr("Node Information"), tr("I/O Port"), tr("Direct Output Mode"),
                                tr("GLCD Mode"), tr("SPI / DAC Mode")}) {

@@ -2,6 +2,7 @@
 #pragma once
 
 #include "pages/common/CPageSet.h"
+#include "pages/nodes/CSpiControllerPageSet.h"  // IWYU pragma: export
 
 namespace quillon {
 
@@ -11,14 +12,6 @@ class CNodeSystemPageSet : public CPageSet {
 
  public:
   explicit CNodeSystemPageSet(PageContext context, QWidget* parent = nullptr);
-};
-
-// The SPI controller.
-class CSpiControllerPageSet : public CPageSet {
-  Q_OBJECT
-
- public:
-  explicit CSpiControllerPageSet(PageContext context, QWidget* parent = nullptr);
 };
 
 // One port of one node of the node I/O system. Not the set of a board: it has no report, and all
