@@ -15,54 +15,38 @@ struct Ports : Sheet {
   Cell At(const char* table, int line, const char* setting) const {
     return *Find(table, line, setting);
   }
-  // All names of rows, of those that differ from "Input n".
-  std::string OddNames() const {
-    std::string names;
-    for (int line = 1; line <= 32; ++line) {
-      const std::string name = RowNameOf(At("input", line, "encoder"));
-      if (name != "Input " + std::to_string(line)) names += std::to_string(line) + ':' + name + ' ';
-    }
-    return names;
-  }
 };
 
 }  // namespace
 
 TEST(DigitalPortSettings, HaveEveryFieldInItsPlace) {
-  ExpectLayout(PagesOf(kPorts)[0], 0, "mmmm__io ____eeee",
-               {{'m', "mode", "port"},
-                {'i', "invert", "port"},
-                {'o', "on", "port"},
-                {'e', "encoder", "port"}},
-               2);
+  std::vector<Drawn> fields{{'m', "mode", "port"},
+                            {'i', "invert", "port"},
+                            {'o', "on", "port"},
+                            {'e', "encoder", "port"}};
+  ExpectLayout(PagesOf(kPorts)[0], 0, "mmmm__io ____eeee", fields, 2);
+  for (Drawn& drawn : fields) drawn.table = "input";
+  fields.push_back({'p', "pulse_width", "input"});
+  ExpectLayout(PagesOf(kBanks)[0], 1, "mmmm__io pppppppp ____eeee", fields);
   ExpectLayout(PagesOf(kBanks)[0], 0, "MMMMMMMM bbbbMMMM",
                {{'M', "master_switch", "board"}, {'b', "bank", "board"}});
-  ExpectLayout(PagesOf(kBanks)[0], 1, "mmmm__io pppppppp ____eeee",
-               {{'m', "mode", "input"},
-                {'i', "invert", "input"},
-                {'o', "on", "input"},
-                {'p', "pulse_width", "input"},
-                {'e', "encoder", "input"}});
 }
 
 TEST(DigitalPortSettings, TravelAsTheBoardHoldsThem) {
   Ports ports(kPorts);
-  ports.Retrieved(0, Bytes{0x00, 0x01,  // master switch 256
-                           0x1F, 0xF3,  // port 1: toggle, bits that are kept, invert, on; GRAY 4X
-                           0x21, 0x00,  // port 2: rotary, on
-                           0x20, 0x02,  // port 3: rotary, GRAY 2X
-                           0x50, 0x04,  // port 4: codes that mean nothing
-                           0, 0, 0, 0, 0, 0, 0, 0});
+  ports.Retrieved(0, Bytes{0x00, 0x01,              // master switch 256
+                           0x1F, 0xF3,              // toggle, kept bits, invert, on; GRAY 4X
+                           0x21, 0x02,              // rotary, on; GRAY 2X
+                           0x50, 0x04, 0, 0, 0, 0,  // codes that mean nothing
+                           0, 0, 0, 0, 0, 0});
   EXPECT_EQ(CodesOf(ports, "board", 1), "master_switch=256");
   EXPECT_EQ(CodesOf(ports, "port", 1), "on=1 invert=1 mode=1 encoder=3");
-  EXPECT_EQ(CodesOf(ports, "port", 2), "on=1 mode=3");
-  EXPECT_EQ(ports.TextOf(ports.At("port", 2, "mode")), "Rotary");
-  EXPECT_EQ(CodesOf(ports, "port", 4), "") << "as before";
+  EXPECT_EQ(CodesOf(ports, "port", 2), "on=1 mode=3 encoder=2");
+  EXPECT_EQ(CodesOf(ports, "port", 3), "") << "as before";
   ports.Edit(ports.At("port", 1, "invert"), 0);
   // Not the inverse of what was retrieved: leave it alone.
-  EXPECT_EQ(ports.Outgoing(0),
-            (Bytes{0x00, 0x01, 0x1D, 0xF3, 0x31, 0x00, 0x30, 0x02, 0x00, 0x00,  //
-                   0, 0, 0, 0, 0, 0, 0, 0}));
+  EXPECT_EQ(ports.Outgoing(0), (Bytes{0x00, 0x01, 0x1D, 0xF3, 0x31, 0x02, 0, 0, 0,  //
+                                      0, 0, 0, 0, 0, 0, 0, 0, 0}));
 
   Ports bank(kBanks);
   bank.Retrieved(0, Bytes{0x05, 0x20});
@@ -77,7 +61,6 @@ TEST(DigitalPortSettings, TravelAsTheBoardHoldsThem) {
   EXPECT_EQ(CodesOf(bank, "input", 1), "on=1 invert=1 mode=2 pulse_width=25");
   EXPECT_EQ(CodesOf(bank, "input", 2), "on=1 pulse_width=255");
   EXPECT_EQ(CodesOf(bank, "input", 32), "on=1 mode=4 encoder=2");
-  EXPECT_EQ(bank.TextOf(bank.At("input", 32, "encoder")), "GRAY 2X - B");
   bank.Edit(bank.At("board", 1, "bank"), 15);
   bank.Edit(bank.At("board", 1, "master_switch"), 256);
   EXPECT_EQ(bank.Outgoing(0), (Bytes{0x00, 0xF1}));
@@ -86,30 +69,19 @@ TEST(DigitalPortSettings, TravelAsTheBoardHoldsThem) {
 }
 
 TEST(DigitalPortSettings, ApplyTheirRules) {
-  struct Edit {
-    int line;
-    const char* setting;
-    std::uint32_t code;
-  };
   const struct {
     BoardFamily family;
-    std::vector<Edit> edits;
+    std::vector<std::tuple<int, const char*, std::uint32_t>> edits;
     std::vector<std::pair<int, const char*>> then;
-    const char* title = "";  // of the modes, where it changes
   } cases[]{
       {kPorts,
-       {{1, "mode", 1}, {8, "mode", 2}, {5, "mode", 2}},
-       {{1, "on=1"}, {5, "on=1 mode=2"}, {8, "on=1"}},
-       "Normal"},
-      {kPorts,
-       {{1, "mode", 1}, {5, "mode", 1}, {5, "encoder", 3}},
-       {{1, "on=1 mode=1"}, {5, "on=1 mode=1 encoder=3"}, {6, "on=1"}},
-       "    Mode    "},
+       {{1, "mode", 1}, {8, "mode", 2}, {5, "mode", 2}, {6, "encoder", 3}},
+       {{1, "on=1"}, {5, "on=1 mode=2"}, {6, "on=1 encoder=3"}, {8, "on=1"}}},
+      {kPorts, {{5, "mode", 2}, {1, "mode", 1}}, {{1, "on=1 mode=1"}, {5, "on=1 mode=2"}}},
       // A pair is Rotary on both inputs or on neither.
-      {kBanks, {{4, "mode", 4}}, {{3, "on=1 mode=4"}, {5, "on=1"}}, "Mode"},
-      {kBanks, {{31, "mode", 4}, {32, "mode", 3}}, {{31, "on=1"}, {32, "on=1 mode=3"}}, "Mode"},
-      {kBanks, {{5, "mode", 2}, {6, "mode", 1}}, {{5, "on=1 mode=2"}}, "Mode"},
-      {kBanks, {{3, "encoder", 2}}, {{3, "on=1 encoder=2"}, {4, "on=1 encoder=2"}}, "Mode"},
+      {kBanks, {{4, "mode", 4}}, {{3, "on=1 mode=4"}, {5, "on=1"}}},
+      {kBanks, {{31, "mode", 4}, {32, "mode", 3}}, {{31, "on=1"}, {32, "on=1 mode=3"}}},
+      {kBanks, {{3, "encoder", 2}}, {{3, "on=1 encoder=2"}, {4, "on=1 encoder=2"}}},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(&c - cases);
@@ -118,24 +90,7 @@ TEST(DigitalPortSettings, ApplyTheirRules) {
     for (const auto& [line, setting, code] : c.edits)
       sheet.Edit(sheet.At(table, line, setting), code);
     for (const auto& [line, codes] : c.then) EXPECT_EQ(CodesOf(sheet, table, line), codes);
-    const Bytes held(sheet.Exchanges().back().block->bytes);
-    sheet.Retrieved(sheet.Exchanges().size() - 1, held);
-    sheet.LoadFactory();
-    EXPECT_EQ(sheet.TitleOf(sheet.At(table, 1, "mode")), c.title) << "stays";
   }
-}
-
-TEST(DigitalPortSettings, NumberTheInputsOfABankOnceTheyWereRetrieved) {
-  Ports bank(kBanks);
-  EXPECT_EQ(bank.OddNames(), "32: ") << "without a name before";
-  bank.Edit(bank.At("board", 1, "bank"), 7);
-  bank.Retrieved(0, Bytes{0x05, 0x20});
-  EXPECT_EQ(bank.OddNames(), "32: ") << "the inputs are the old ones";
-  bank.Retrieved(1, Bytes(96));
-  EXPECT_EQ(bank.RowNameOf(bank.At("input", 1, "on")), "Input 65");
-  EXPECT_EQ(bank.RowNameOf(bank.At("input", 32, "encoder")), "Input 96");
-  bank.LoadFactory();
-  EXPECT_EQ(bank.OddNames(), "");
 }
 
 TEST(DigitalPortSettings, TellWhatTheBoardHoldsAndIsNotShown) {
@@ -144,7 +99,6 @@ TEST(DigitalPortSettings, TellWhatTheBoardHoldsAndIsNotShown) {
   Bytes held(18);
   held[0] = 300 & 0xFF, held[1] = 300 >> 8, held[2] = 0x20;
   ports.Retrieved(0, held);
-  EXPECT_EQ(ports.TextOf(master), "None");
   EXPECT_EQ(ports.MarkOf(master), Mark::kHidden);
   EXPECT_EQ(ports.NoteOf(master),
             "The board holds a value that this page does not offer: code 300. Update replaces it "
