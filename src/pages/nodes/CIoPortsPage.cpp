@@ -9,7 +9,8 @@ namespace {
 GridLayout Ports() {
   using enum CellKind;
   return {.columns = {{"on", kImageToggle}, {"direction", kCombo}, {"mode", kCombo}},
-          .tables = {{"port"}}};
+          .tables = {{"port"}},
+          .ground = {kLightRow, kLightRow, kClickedRow, kColumnTitles, kRowTitles}};
 }
 
 }  // namespace
