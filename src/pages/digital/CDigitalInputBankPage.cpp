@@ -4,24 +4,13 @@
 #include <QBoxLayout>
 #include <QLabel>
 
-#include "pages/common/PulseWidth.h"
+#include "pages/common/InputGrid.h"
 #include "settings/DigitalPortSettings.h"
 
 namespace quillon {
 namespace {
 
 constexpr int kSpacing = 16;
-
-GridLayout Inputs() {
-  using enum CellKind;
-  return {.columns = {{"on", kImageToggle},
-                      {"invert", kCheckBox},
-                      {"mode", kCombo},
-                      {"pulse_width", kNumber, kLargestPulseEntry},
-                      {"encoder", kCombo}},
-          .tables = {{"input"}},
-          .ground = kPairGround};
-}
 
 }  // namespace
 
@@ -36,13 +25,12 @@ CDigitalInputBankPage::CDigitalInputBankPage(PageContext context, const Page& pa
   Controls().AddLabelled(board, bank_);
   board->addWidget(inputs_of_bank_);
   board->addStretch(1);
-  AddGrid(Body(), tr("Digital inputs"), Inputs());
+  AddGrid(Body(), tr("Digital inputs"), InputGrid());
   CDigitalInputBankPage::OnShown();
 }
 
 bool CDigitalInputBankPage::Accepts(Cell cell, std::uint32_t code) {
-  return Values().SettingOf(cell).id != "pulse_width" ||
-         AcceptPulseWidth(code, Context().prompts, this);
+  return AcceptInput(Values().SettingOf(cell), code, Context().prompts, this);
 }
 
 // Of the bank in the box; the rows are numbered anew only by a retrieve or by defaults.

@@ -4,28 +4,13 @@
 #include <QBoxLayout>
 #include <QCheckBox>
 
-#include "pages/common/PulseWidth.h"
+#include "pages/common/InputGrid.h"
 
 namespace quillon {
-namespace {
-
-GridLayout Inputs() {
-  using enum CellKind;
-  return {.columns = {{"on", kImageToggle},
-                      {"master", kCheckBox},
-                      {"invert", kCheckBox},
-                      {"mode", kCombo},
-                      {"pulse_width", kNumber, kLargestPulseEntry},
-                      {"encoder", kCombo}},
-          .tables = {{"input"}},
-          .ground = kPairGround};
-}
-
-}  // namespace
 
 CDigitalChannelsPage::CDigitalChannelsPage(PageContext context, const Page& page, QWidget* parent)
     : CSettingsPage(context, page, tr("Digital Inputs Configuration"), parent) {
-  AddGrid(Body(), tr("Digital channels"), Inputs());
+  AddGrid(Body(), tr("Digital channels"), InputGrid());
   auto* const scan_matrix = new QCheckBox(tr("Scan matrix mode."));
   Body()->addWidget(scan_matrix);
   if (const auto cell = Values().Find("board", 1, "scan_matrix")) {
@@ -37,8 +22,7 @@ CDigitalChannelsPage::CDigitalChannelsPage(PageContext context, const Page& page
 }
 
 bool CDigitalChannelsPage::Accepts(Cell cell, std::uint32_t code) {
-  return Values().SettingOf(cell).id != "pulse_width" ||
-         AcceptPulseWidth(code, Context().prompts, this);
+  return AcceptInput(Values().SettingOf(cell), code, Context().prompts, this);
 }
 
 }  // namespace quillon

@@ -1,29 +1,14 @@
 // SPDX-License-Identifier: MIT
 #include "pages/joystick/CScanMatrixChannelsPage.h"
 
+#include "pages/common/InputGrid.h"
+
 namespace quillon {
-namespace {
-
-GridLayout Inputs() {
-  using enum CellKind;
-  return {.columns = {{"on", kImageToggle},
-                      {"master", kCheckBox},
-                      {"invert", kCheckBox},
-                      {"mode", kCombo},
-                      {"encoder", kCombo},
-                      {"push", kCombo},
-                      {"pull", kCombo},
-                      {"hold", kCheckBox}},
-          .tables = {{"input"}},
-          .ground = kPairGround};
-}
-
-}  // namespace
 
 CScanMatrixChannelsPage::CScanMatrixChannelsPage(PageContext context, const Page& page,
                                                  QWidget* parent)
     : CSettingsPage(context, page, tr("Digital Inputs Configuration"), parent),
-      grid_(AddGrid(Body(), tr("Digital channels"), Inputs())),
+      grid_(AddGrid(Body(), tr("Digital channels"), InputGrid())),
       encoder_(grid_->ColumnOf("encoder")) {
   for (int row = 2; row < grid_->Rows(); row += 2) grid_->SetEnabledCell(row, encoder_, true);
   CScanMatrixChannelsPage::OnShown();
