@@ -35,7 +35,7 @@ bool CanShow(const Setting& setting, std::uint32_t code) {
 // What stands for a code, with the code itself where the same text stands for another one too.
 std::string Words(const Setting& setting, std::uint32_t code) {
   const auto text = TextOf(setting, code);
-  const std::string number = "code " + std::to_string(code);
+  std::string number = "code " + std::to_string(code);
   if (!text) return number;
   const bool shared = std::ranges::count(setting.choices, *text, &Choice::text) > 1;
   return shared ? *text + " (" + number + ')' : *text;
