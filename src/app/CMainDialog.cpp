@@ -264,11 +264,11 @@ void CMainDialog::OfferDefaults() {
 // board that will be selected, and a board that is just leaving counts as one without an answer.
 NodeList CMainDialog::ReadNodes() {
   auto& [library, table, gate] = services_.link;
-  const NodeStatusAnswer answer = table.IsRestarting(table.Current())
-                                      ? NodeStatusAnswer::kNone
-                                      : QueryNodeStatus(library, table);
-  node_answers_[table.Current()] = answer;
-  if (answer == NodeStatusAnswer::kNone) return {};
+  const bool leaving = table.IsRestarting(table.Current());
+  node_answers_[table.Current()] =
+      leaving ? NodeStatusAnswer::kNone : QueryNodeStatus(library, table);
+  if (leaving) return {};
+  // Without an answer the nodes are those of the answer before, as on all pages.
   NodeList present;
   for (const NodeRecord& node : table.CurrentNodes()) present.push_back(node.IsActive());
   return present;

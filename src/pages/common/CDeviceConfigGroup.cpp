@@ -69,8 +69,19 @@ std::optional<NodeFindings> CDeviceConfigGroup::FindNodes(std::optional<NodeStat
   if (product_.family != BoardFamily::kNodeSystem) return std::nullopt;
   auto& [library, table, gate] = context_.link;
   const auto hold = gate.Enter();
-  const NodeStatusAnswer answer = known ? *known : QueryNodeStatus(library, table);
-  return NodeFindings{answer, AnyNodeNeedsUpdate(table.CurrentNodes())};
+  // A board that is just leaving would keep everybody waiting.
+  if (!known && table.IsRestarting(table.Current())) known = NodeStatusAnswer::kNone;
+  answer_ = known ? *known : QueryNodeStatus(library, table);
+  return NodeFindings{answer_, AnyNodeNeedsUpdate(table.CurrentNodes())};
+}
+
+void CDeviceConfigGroup::FollowNodes() {
+  const DeviceTable& table = context_.link.table;
+  if (table.IsEmpty()) return;
+  const DeviceReport report =
+      ReportOnDevice(table.CurrentRecord(), table.CurrentType(), product_.device_mode,
+                     NodeFindings{answer_, AnyNodeNeedsUpdate(table.CurrentNodes())});
+  report_->setPlainText(QString::fromStdString(report.text));
 }
 
 std::optional<DeviceReport> CDeviceConfigGroup::ShowBoard(std::optional<NodeStatusAnswer> nodes) {

@@ -30,6 +30,9 @@ class CDeviceConfigGroup : public QGroupBox {
   // nodes, unless `nodes` says what it has just answered. Without boards, shows the empty form and
   // returns nothing. The caller may hold the gate.
   std::optional<DeviceReport> ShowBoard(std::optional<NodeStatusAnswer> nodes = std::nullopt);
+  // Renews the text of the report after the records of the board's nodes have changed. Asks no
+  // board.
+  void FollowNodes();
 
   // Enables the controls as the state says, with tool tips that say why.
   void ShowControls(const FlashPageState& state, const FlashBoards& boards);
@@ -49,7 +52,8 @@ class CDeviceConfigGroup : public QGroupBox {
   void OnSetSerial();
 
   PageContext context_;
-  const Product& product_;  // any of the family
+  NodeStatusAnswer answer_ = NodeStatusAnswer::kNone;  // of the last report
+  const Product& product_;                             // any of the family
   CReportText* report_;
   QPushButton* refresh_button_ = nullptr;
   QPushButton* flash_button_ = nullptr;

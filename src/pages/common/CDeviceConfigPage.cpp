@@ -49,6 +49,8 @@ void CDeviceConfigPage::ShowDeviceInfo(std::optional<NodeStatusAnswer> nodes) {
   }
 }
 
+void CDeviceConfigPage::FollowNodes() { device_group_->FollowNodes(); }
+
 // In the order of the page: a control that is disabled gives the focus to the next enabled one.
 void CDeviceConfigPage::ShowControls() {
   device_group_->ShowControls(flash_group_->State(), flash_group_->Boards());

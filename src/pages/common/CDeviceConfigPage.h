@@ -26,6 +26,8 @@ class CDeviceConfigPage : public QWidget {
   // boards, shows the empty form. Shows a message when the firmware is newer than this program
   // knows. `nodes` is what the board has just answered when it was asked for its nodes, if it was.
   void ShowDeviceInfo(std::optional<NodeStatusAnswer> nodes = std::nullopt);
+  // Renews the report after the records of the board's nodes have changed, and nothing else.
+  void FollowNodes();
 
  Q_SIGNALS:
   // What the other tabs of the family depend on. Not sent without boards.

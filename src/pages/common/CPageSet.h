@@ -36,6 +36,8 @@ class CPageSet : public CTabSet {
       CTabSet::AddPage<PageClass>(*page, icon);
   }
 
+  CDeviceConfigPage& Config() { return *config_; }
+
  private:
   QString WhyNotReady(int index) const;
 

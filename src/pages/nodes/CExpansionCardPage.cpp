@@ -104,7 +104,8 @@ void CExpansionCardPage::ShowChoice(std::size_t found) {
 
 void CExpansionCardPage::RefreshList() {
   if (QueryNodeStatus(context_.link.library, context_.link.table) != NodeStatusAnswer::kNone) {
-    return ShowCards();
+    ShowCards();
+    return Q_EMIT NodesChanged();
   }
   list_->SetRows(0);
   ShowChoice(0);

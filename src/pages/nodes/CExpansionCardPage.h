@@ -29,6 +29,8 @@ class CExpansionCardPage : public QWidget {
   // A card was addressed, or that failed; the board's nodes are to be asked for. Comes while the
   // gate is held.
   void Addressed();
+  // The board was asked for its nodes and has answered.
+  void NodesChanged();
 
  private:
   // Asks the current board first; without an answer the list is empty.

@@ -114,6 +114,7 @@ void CNodeConfigPage::ShowLine(const QString& line) {
 
 void CNodeConfigPage::ShowNodes() {
   DeviceTable& table = context_.link.table;
+  if (std::exchange(unanswered_, false)) ShowLine({});
   if (table.IsEmpty()) return list_->ShowNone();
   list_->ShowNodes(table.CurrentNodes(), ProductOf(table.CurrentRecord().product_id).required.node);
 }
@@ -122,7 +123,10 @@ void CNodeConfigPage::RefreshList() {
   const auto answer = QueryNodeStatus(context_.link.library, context_.link.table);
   const bool answered = answer != NodeStatusAnswer::kNone;
   ShowLine(answered ? QString() : tr("The board did not answer. The list is as it was before."));
-  if (answered) ShowNodes();
+  unanswered_ = !answered;
+  if (!answered) return;
+  ShowNodes();
+  Q_EMIT NodesChanged();
 }
 
 void CNodeConfigPage::OnRefresh() {
@@ -182,6 +186,7 @@ void CNodeConfigPage::Program() {
   file_loaded_ = false;
   ShowLine(node_run_.Summary());
   SetMoment(Moment::kIdle);
+  Q_EMIT NodesChanged();
 }
 
 }  // namespace quillon

@@ -34,6 +34,8 @@ class CNodeConfigPage : public QWidget {
  Q_SIGNALS:
   // While nodes are programmed no other page may be chosen; true at its beginning.
   void PagesLocked(bool locked);
+  // The records of the nodes have changed: the board was asked, or nodes were programmed.
+  void NodesChanged();
 
  private:
   // What last set the controls.
@@ -69,6 +71,7 @@ class CNodeConfigPage : public QWidget {
   QString last_file_;  // for the next choice
   // A file can be programmed once; then it has to be loaded again.
   bool file_loaded_ = false;
+  bool unanswered_ = false;  // the line says that the board did not answer
   Moment moment_ = Moment::kIdle;
 };
 

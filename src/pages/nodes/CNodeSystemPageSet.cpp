@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "pages/nodes/CNodeSystemPageSet.h"
 
+#include <QSignalBlocker>
 #include <QTabBar>
 
 #include "pages/common/CDeviceConfigPage.h"
@@ -29,12 +30,20 @@ CNodeSystemPageSet::CNodeSystemPageSet(PageContext context, QWidget* parent)
 QWidget* CNodeSystemPageSet::MakeNodeConfig() {
   node_config_ = new CNodeConfigPage(Context());
   connect(node_config_, &CNodeConfigPage::PagesLocked, this, &CNodeSystemPageSet::LockPages);
+  connect(node_config_, &CNodeConfigPage::NodesChanged, this, [this] {
+    if (cards_ != nullptr) cards_->ShowCards();
+    Config().FollowNodes();
+  });
   return new CScrollPane(node_config_);
 }
 
 QWidget* CNodeSystemPageSet::MakeExpansionCards() {
   cards_ = new CExpansionCardPage(Context());
   connect(cards_, &CExpansionCardPage::Addressed, this, &CNodeSystemPageSet::OnAddressed);
+  connect(cards_, &CExpansionCardPage::NodesChanged, this, [this] {
+    if (node_config_ != nullptr) node_config_->ShowNodes();
+    Config().FollowNodes();
+  });
   return new CScrollPane(cards_);
 }
 
@@ -45,6 +54,8 @@ void CNodeSystemPageSet::OnBoardReported() {
 
 void CNodeSystemPageSet::OnAddressed() {
   Tab(kNodeConfigTab);
+  // The cards are asked for next; until then the one that failed keeps its colour.
+  const QSignalBlocker blocker(node_config_);
   node_config_->RefreshList();
 }
 

@@ -206,6 +206,7 @@ TEST(NodeConfigPage, EndsAtAFaultInAnyExchangeAndCanBeRepeated) {
         EXPECT_EQ(nodes.Shown(), kOldDone + kSkipped + kEmptyDone);
       }
       EXPECT_EQ(nodes.FlashOf(1), 0x0131);
+      EXPECT_EQ(nodes.Warns(), fails) << "the report follows the run";
       const char* const line = !fails  ? "2 updated, 1 skipped, 0 aborted, 0 failed, 0 not reached"
                                : first ? "0 updated, 0 skipped, 0 aborted, 1 failed, 2 not reached"
                                        : "1 updated, 1 skipped, 0 aborted, 1 failed, 0 not reached";

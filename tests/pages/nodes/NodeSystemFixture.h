@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QCheckBox>
+#include <QPlainTextEdit>
 #include <QTabBar>
 
 #include "firmware/NodeStatus.h"
@@ -32,6 +33,10 @@ class NodeSystemFixture {
   }
 
   QWidget& Page(int tab) { return *pages.Tab(tab); }
+  // Whether the report on the board says that a node needs an update.
+  bool Warns() {
+    return Page(0).findChild<QPlainTextEdit*>()->toPlainText().contains("WARNING: NODE");
+  }
   CCheckList& List(int tab) { return *Page(tab).findChild<CCheckList*>(); }
   QPushButton& Press(int tab, const QString& text) {
     for (auto* const button : Page(tab).findChildren<QPushButton*>()) {
