@@ -188,9 +188,9 @@ void Sheet::Forget() {
 }
 
 std::pair<Cell, Cell> Sheet::CellsOf(std::size_t exchange) const {
-  const auto range = std::ranges::equal_range(cells_, exchange, {}, &Value::exchange);
-  return {static_cast<Cell>(range.begin() - cells_.begin()),
-          static_cast<Cell>(range.end() - cells_.begin())};
+  const auto first = std::ranges::lower_bound(cells_, exchange, {}, &Value::exchange);
+  const auto last = std::ranges::upper_bound(cells_, exchange, {}, &Value::exchange);
+  return {static_cast<Cell>(first - cells_.begin()), static_cast<Cell>(last - cells_.begin())};
 }
 
 void Sheet::Retrieved(std::size_t exchange, std::span<const std::uint8_t> bytes) {

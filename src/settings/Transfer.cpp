@@ -66,14 +66,14 @@ TransferResult WriteBlock(HidLibrary& library, DeviceRecord& board, const Block&
                           std::span<const std::uint8_t> bytes, NodePort about) {
   auto [packet, payload] = RequestFor(block, true, about);
   std::ranges::copy(bytes, packet.begin() + static_cast<std::ptrdiff_t>(payload));
-  if (!SendBlock(library, board, packet)) {
-    if (!block.write_checked) return {.end = End::kDone};
-    // A send in packets leaves the start of the one that failed.
-    const int gone = block.way == Way::kRange ? packet[kStartByte] - block.start : 0;
-    return {.bytes = static_cast<std::size_t>(gone)};
-  }
-  if (block.write_checked && packet[kEchoByte] != block.write) return {.end = End::kRefused};
-  return {.end = End::kDone, .bytes = bytes.size()};
+  const bool answered = SendBlock(library, board, packet);
+  if (answered && packet[kEchoByte] == block.write)
+    return {.end = End::kDone, .bytes = bytes.size()};
+  if (!block.write_checked) return {.end = End::kDone};
+  // A send in packets leaves the start of the last one, and the board has those before.
+  const int gone = block.way == Way::kRange ? packet[kStartByte] - block.start : 0;
+  return {.end = answered ? End::kRefused : End::kNotTransported,
+          .bytes = static_cast<std::size_t>(gone)};
 }
 
 }  // namespace quillon

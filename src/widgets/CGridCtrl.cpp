@@ -107,8 +107,12 @@ bool CGridCtrl::IsEnabledCell(int row, int column) const {
   return model_->Cell(row, column).enabled;
 }
 
-void CGridCtrl::SetMarked(int row, int column, bool marked) {
-  if (IsMarked(row, column) != marked) model_->Change(row, column).marked = marked;
+void CGridCtrl::SetMarked(int row, int column, bool marked, bool edited) {
+  const GridCell& now = model_->Cell(row, column);
+  if (now.marked == marked && now.edited == (marked && edited)) return;
+  GridCell& cell = model_->Change(row, column);
+  cell.marked = marked;
+  cell.edited = marked && edited;
 }
 
 bool CGridCtrl::IsMarked(int row, int column) const { return model_->Cell(row, column).marked; }

@@ -57,8 +57,8 @@ class CGridCtrl : public QTableView {
   // by keys and cannot be edited. A click on it counts as one on its row.
   void SetEnabledCell(int row, int column, bool enabled);
   bool IsEnabledCell(int row, int column) const;
-  // The small corner of a cell that was edited.
-  void SetMarked(int row, int column, bool marked);
+  // The small corner of a cell that was edited, or that shows another value than the board holds.
+  void SetMarked(int row, int column, bool marked, bool edited = true);
   bool IsMarked(int row, int column) const;
 
   // The images of ImageToggle cells for the values 0 and 1; without them they look like check

@@ -38,6 +38,7 @@ struct GridCell {
   CellKind kind = CellKind::kPlain;
   bool enabled = true;
   bool marked = false;
+  bool edited = false;  // why it is marked
 };
 
 }  // namespace quillon

@@ -63,7 +63,8 @@ QString GridModel::Words(int row, int column) const {
 QString GridModel::SpokenName(int row, int column) const {
   QStringList parts{Cell(row, 0).text.trimmed(), Cell(0, column).text.trimmed()};
   parts << (Cell(row, column).enabled ? Words(row, column).trimmed() : tr("not available"));
-  if (Cell(row, column).marked) parts << tr("edited");
+  if (Cell(row, column).marked)
+    parts << (Cell(row, column).edited ? tr("edited") : tr("not what the board holds"));
   parts.removeAll(QString());
   return parts.join(QStringLiteral(", "));
 }

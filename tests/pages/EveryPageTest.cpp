@@ -206,8 +206,7 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
           EXPECT_TRUE(Lamp(one.page, "Error").IsBlinking());
           EXPECT_FALSE(Lamp(one.page, "Busy").IsLit());
           EXPECT_EQ(ShownBy(one.page), before);
-          // A block that is refused at its end counts as not stored.
-          const bool in_part = !first_block || (!retrieve && n > 1 && fault != kWrongEcho);
+          const bool in_part = !first_block || (!retrieve && n > 1);
           const char* const origin = retrieve ? "Retrieved in part only" : "Stored in part only";
           EXPECT_TRUE(OriginOf(one.page).startsWith(in_part ? origin : "Retrieved from"));
           EXPECT_EQ(OriginOf(one.page).endsWith("Edited since."), edited)

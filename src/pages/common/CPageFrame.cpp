@@ -129,6 +129,8 @@ void CPageFrame::ShowBusy(bool busy) {
 void CPageFrame::ShowError(bool error) {
   error_->SetLit(error);
   error_->SetBlinkPeriod(error ? kBlinkMilliseconds : 0);
+  // Before an exchange that may take long.
+  if (!error) error_->repaint();
 }
 
 void CPageFrame::ResetIndicators() {

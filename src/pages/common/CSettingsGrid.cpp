@@ -2,7 +2,6 @@
 #include "pages/common/CSettingsGrid.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "res/Icons.h"
 
@@ -89,12 +88,8 @@ void CSettingsGrid::BuildCell(int row, int column, Cell cell, Lists& lists) {
 void CSettingsGrid::Show() {
   ShowTitles();
   for (int row = 1; row < Rows(); ++row) {
-    bool titled = false;
     for (int column = 1; column < Columns(); ++column) {
-      const auto cell = CellAt(row, column);
-      if (!cell) continue;
-      if (!std::exchange(titled, true)) SetText(row, 0, Shown(sheet_.RowNameOf(*cell)));
-      ShowCell(row, column, *cell, false);
+      if (const auto cell = CellAt(row, column)) ShowCell(row, column, *cell, false);
     }
   }
   Redraw();
@@ -121,7 +116,8 @@ void CSettingsGrid::ShowCell(int row, int column, Cell cell, bool anew) {
   if (worded && (anew || Value(row, column) != code || Text(row, column).isEmpty()))
     SetText(row, column, Shown(sheet_.TextOf(cell)));
   SetValue(row, column, code);
-  SetMarked(row, column, sheet_.MarkOf(cell) != Mark::kNone);
+  const Mark mark = sheet_.MarkOf(cell);
+  SetMarked(row, column, mark != Mark::kNone, mark == Mark::kEdited);
 }
 
 bool CSettingsGrid::TakeEntry(int row, int column) {

@@ -52,7 +52,8 @@ CSettingsPage::Outcome CSettingsPage::RunExchanges(const Transfer& transfer) {
 
 void CSettingsPage::Retrieve() {
   const auto hold = context_.link.gate.TryEnter();
-  if (hold) RetrieveNow();
+  // What is being typed must not come back over what is read.
+  if (hold && FinishEdits()) RetrieveNow();
 }
 
 void CSettingsPage::RetrieveNow() {
@@ -96,7 +97,7 @@ bool CSettingsPage::FinishEdits() {
 
 void CSettingsPage::Defaults() {
   const auto hold = context_.link.gate.TryEnter();
-  if (!hold) return;
+  if (!hold || !FinishEdits()) return;
   if (context_.prompts.AskYesNo(
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this page?"),
@@ -165,8 +166,12 @@ void CSettingsPage::SetPort(int port) {
 }
 
 void CSettingsPage::SetOrigin(Origin origin) {
+  const bool part = origin == Origin::kPartlyRetrieved || origin == Origin::kPartlyStored;
+  const BoardIdentity board = CurrentBoard(context_.link.table);
+  const bool mixed = part && origin_ != Origin::kNone && origin_board_ != board;
+  rest_label_ = mixed ? origin_label_ : QString();
   origin_ = origin;
-  origin_board_ = CurrentBoard(context_.link.table);
+  origin_board_ = board;
   origin_label_ = SubjectLabel();
   ShowOrigin();
 }
@@ -200,6 +205,8 @@ void CSettingsPage::ShowOrigin() {
       line = tr("Stored in part only in %1; it holds the rest as before.").arg(origin_label_);
       break;
   }
+  if (!rest_label_.isEmpty())
+    line += QLatin1Char(' ') + tr("The rest shown here is that of %1.").arg(rest_label_);
   if (origin_ != Origin::kNone && origin_board_ != CurrentBoard(context_.link.table))
     line += QLatin1Char(' ') + tr("That is not the board selected now.");
   if (const int hidden = sheet_.Hidden(); hidden > 0) {

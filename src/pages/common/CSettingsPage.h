@@ -99,6 +99,7 @@ class CSettingsPage : public CPageFrame {
   Origin origin_ = Origin::kNone;
   BoardIdentity origin_board_;
   QString origin_label_;
+  QString rest_label_;  // after an exchange in part: another board, whose values the rest are
 };
 
 }  // namespace quillon

@@ -112,7 +112,7 @@ TEST(InputBanks, AreStoredWhateverBecomesOfTheBank) {
     bool answered;
     const char* origin;
     bool lamp, done;
-  } cases[]{{"bank refused", 0x10, true, "Stored in Input", false, true},
+  } cases[]{{"bank refused", 0x10, true, "Stored in part only", false, true},
             {"bank lost", 0x10, false, "Stored in part only", false, true},
             {"inputs refused", 0x0E, true, "Stored in part only", true, true},
             {"inputs lost", 0x0E, false, "Stored in part only", true, false}};

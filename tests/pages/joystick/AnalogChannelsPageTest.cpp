@@ -94,6 +94,21 @@ TEST(AnalogChannels, SendsBackWhatItDoesNotEditAndDisablesChannelsWithoutAnAxis)
   )");
 }
 
+TEST(AnalogChannels, SaysWhoseTheRestIsAfterHalfAnExchangeWithAnotherBoard) {
+  Fixture fixture(BoardFamily::kJoystick);
+  fixture.Press("Retrieve", kRetrieve);
+  fixture.board.link.table.Record(0).serial_number[0] = '9';
+  fixture.library.Expect(R"(
+    write 0 -> 0 : 00 00 00 00 0d 01 57 0b 01 ab fb 06 00 0b 00 52 fb 00 a1 03 40 00 03 00 50 03 00 50 0a 00 *
+    read 0 -> 0 : 0d *
+    write 0 -> 0 : 00 00 00 00 16 01 b5 03 20 fb ff 10 30 10 00 c2 01 00 31 00 08 30 00 00 f5 1f 80 *
+    read 0 -> 0 : ee *)");
+  Button(fixture.page, "Update").click();
+  EXPECT_THAT(OriginOf(fixture.page).toStdString(),
+              ::testing::StartsWith("Stored in part only in Board : 901; it holds the rest as "
+                                    "before. The rest shown here is that of Board : 001."));
+}
+
 TEST(AnalogChannels, SmallControllerHasTheAnalogInputsOnly) {
   Fixture fixture(BoardFamily::kSmallJoystick);
   EXPECT_EQ(fixture.grid.Rows(), 9);
