@@ -21,10 +21,16 @@ void DeviceTable::SetProblem(std::uint32_t index, Problem problem) {
   if (problem.kind != KVUSB_PROBLEM_NONE) problems_.emplace(index, std::move(problem));
 }
 
-const NodeRecords& DeviceTable::Nodes(std::uint32_t index) const {
-  static const NodeRecords kAbsent;
+const BoardNodes& DeviceTable::NodesOf(std::uint32_t index) const {
+  static const BoardNodes kAbsent;
   const auto found = nodes_.find(index);
   return found == nodes_.end() ? kAbsent : found->second;
+}
+
+void DeviceTable::SetCurrentNodes(const NodeRecords& nodes) {
+  BoardNodes& board = nodes_[current_];
+  board = {.records = nodes, .known = true, .checked = {}};
+  for (std::size_t i = 0; i < nodes.size(); ++i) board.checked.set(i, nodes[i].IsActive());
 }
 
 void DeviceTable::Clear() {

@@ -44,10 +44,15 @@ class DeviceTable {
   void SetProblem(std::uint32_t index, Problem problem);
 
   // What a board last said of its nodes; all of them absent until it did.
-  const NodeRecords& Nodes(std::uint32_t index) const;
-  NodeRecords& Nodes(std::uint32_t index) { return nodes_[index]; }
+  const NodeRecords& Nodes(std::uint32_t index) const { return NodesOf(index).records; }
+  NodeRecords& Nodes(std::uint32_t index) { return nodes_[index].records; }
   const NodeRecords& CurrentNodes() const { return Nodes(current_); }
   NodeRecords& CurrentNodes() { return Nodes(current_); }
+  // Takes what the current board has said.
+  void SetCurrentNodes(const NodeRecords& nodes);
+  bool AreCurrentNodesKnown() const { return NodesOf(current_).known; }
+  const NodeSelection& CheckedNodes() const { return NodesOf(current_).checked; }
+  void CheckNode(std::size_t node, bool checked) { nodes_[current_].checked.set(node, checked); }
 
   // Whether a board was told to restart, and so leaves the bus. Until the next detection finds it
   // again, it answers nothing.
@@ -68,10 +73,12 @@ class DeviceTable {
   std::uint32_t Append(std::uint32_t found, std::uint32_t type);
 
  private:
+  const BoardNodes& NodesOf(std::uint32_t index) const;
+
   std::vector<DeviceRecord> records_;
   std::vector<std::uint32_t> types_;
   std::map<std::uint32_t, Problem> problems_;
-  std::map<std::uint32_t, NodeRecords> nodes_;
+  std::map<std::uint32_t, BoardNodes> nodes_;
   std::set<std::uint32_t> restarting_;
   std::uint32_t count_ = 0;
   std::uint32_t current_ = 0;

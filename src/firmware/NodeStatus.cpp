@@ -78,12 +78,14 @@ NodeStatusAnswer QueryNodeStatus(HidLibrary& library, DeviceTable& table) {
 
   const VersionWord required = ProductOf(table.CurrentRecord().product_id).required.node;
   const std::span<const std::uint8_t> answer(packet);
+  NodeRecords nodes;
   std::size_t at = kFirstNodeByte;
-  for (NodeRecord& node : table.CurrentNodes()) {
+  for (NodeRecord& node : nodes) {
     node = RecordOf(answer.subspan(at, kNodeBytes));
-    node.update_required = NeedsUpdate(node, required, OnlineNodeVersion());
+    node.firmware = UpdateStatusOf(node, required, OnlineNodeVersion());
     at += kNodeBytes;
   }
+  table.SetCurrentNodes(nodes);
   return packet[kEepromByte] != 0 ? NodeStatusAnswer::kWithEeprom
                                   : NodeStatusAnswer::kWithoutEeprom;
 }
@@ -99,26 +101,19 @@ NodeUpdateStatus UpdateStatusOf(const NodeRecord& node, VersionWord required, Ve
                                                 : NodeUpdateStatus::kIncompatible;
 }
 
-bool NeedsUpdate(const NodeRecord& node, VersionWord required, VersionWord online) {
-  if (!node.IsActive()) return true;
-  const NodeUpdateStatus status = UpdateStatusOf(node, required, online);
-  return status != NodeUpdateStatus::kOk && status != NodeUpdateStatus::kUpdateAvailableOnline;
-}
-
 bool AnyNodeNeedsUpdate(const NodeRecords& nodes) {
   return std::ranges::any_of(
-      nodes, [](const NodeRecord& node) { return node.IsActive() && node.update_required; });
+      nodes, [](const NodeRecord& node) { return node.IsActive() && node.UpdateRequired(); });
 }
 
-NodeRowTexts RowTextsOf(const NodeRecord& node, std::size_t index, VersionWord required,
-                        VersionWord online) {
+NodeRowTexts RowTextsOf(const NodeRecord& node, std::size_t index) {
   NodeRowTexts texts;
   texts.node = "Node " + NameOf(index);
   texts.status = node.IsActive() ? "Active" : "N/A";
   if (!node.IsActive()) return texts;
   texts.loader_version = TextOrNone(node.loader_version);
   texts.flash_version = TextOrNone(node.flash_version);
-  texts.update_status = TextOf(UpdateStatusOf(node, required, online));
+  texts.update_status = TextOf(node.firmware);
   return texts;
 }
 
@@ -126,7 +121,7 @@ std::string NodeReport(const NodeRecord& node, std::size_t index) {
   std::string text = "Node : " + NameOf(index) + "\r\n\r\n" +
                      "  Node Loader Version : " + TextOrNone(node.loader_version) + "\r\n" +
                      "  Node Flash Version : " + TextOrNone(node.flash_version) + "\r\n";
-  if (node.update_required) text += "\r\n  WARNING: NODE Firmware update required!\r\n";
+  if (node.UpdateRequired()) text += "\r\n  WARNING: NODE Firmware update required!\r\n";
   return text;
 }
 

@@ -24,20 +24,13 @@ enum class NodeStatusAnswer {
 };
 
 // Asks the table's current board for its nodes and keeps them in the table, each judged by
-// NeedsUpdate().
+// UpdateStatusOf(); those that are active are checked.
 NodeStatusAnswer QueryNodeStatus(HidLibrary& library, DeviceTable& table);
 
-enum class NodeUpdateStatus { kOk, kUpdateRequired, kUpdateAvailableOnline, kIncompatible };
-
-// How the firmware of an active node compares with the one that is required and the newest online.
-// A newer one online outweighs that the node's release is older than the required one.
+// A newer firmware online outweighs that the node's release is older than the required one.
 NodeUpdateStatus UpdateStatusOf(const NodeRecord& node, VersionWord required, VersionWord online);
 
-// Whether a node's firmware does not do. An absent node counts as one that needs an update: nothing
-// is known of its firmware. Whoever asks about the board's nodes asks AnyNodeNeedsUpdate().
-bool NeedsUpdate(const NodeRecord& node, VersionWord required, VersionWord online);
-
-// Whether the record of any active node says so.
+// Whether the record of any active node says that it needs an update.
 bool AnyNodeNeedsUpdate(const NodeRecords& nodes);
 
 // The texts of a node's row in the list of nodes; those on its firmware are empty for an absent
@@ -46,8 +39,7 @@ struct NodeRowTexts {
   std::string node, status, loader_version, flash_version, update_status;
 };
 
-NodeRowTexts RowTextsOf(const NodeRecord& node, std::size_t index, VersionWord required,
-                        VersionWord online);
+NodeRowTexts RowTextsOf(const NodeRecord& node, std::size_t index);
 
 // The report of the node's own page. `index` counts from 0.
 std::string NodeReport(const NodeRecord& node, std::size_t index);

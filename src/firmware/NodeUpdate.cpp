@@ -84,7 +84,7 @@ NodeRunResult NodeUpdate::Run() {
 
 // Intended: a node of another release than the required one is programmed even if it is newer.
 bool NodeUpdate::IsUpToDate(const NodeRecord& node) const {
-  return !node.update_required && version_ <= node.flash_version;
+  return !node.UpdateRequired() && version_ <= node.flash_version;
 }
 
 NodeEnd NodeUpdate::Program(std::size_t node) {
@@ -96,7 +96,7 @@ NodeEnd NodeUpdate::Program(std::size_t node) {
   const NodeEnd end = SendRecords(node, erased);
   // Whatever its version was. Else a node of which a forced update failed would be skipped next
   // time.
-  if (end != NodeEnd::kCompleted) nodes_[node].update_required = true;
+  if (end != NodeEnd::kCompleted) nodes_[node].firmware = NodeUpdateStatus::kUpdateRequired;
   if (end == NodeEnd::kAborted) return Ended(node, end, "Update Aborted");
   if (end == NodeEnd::kFailed) return Ended(node, end, std::string(word_) + " - Update Failed");
   Finish(node);
@@ -139,8 +139,8 @@ void NodeUpdate::Finish(std::size_t node) {
   static_cast<void>(SendPacket(library_, board_, packet));
   NodeRecord& record = nodes_[node];
   record.flash_version = version_;
-  record.update_required =
-      NeedsUpdate(record, ProductOf(board_.product_id).required.node, OnlineNodeVersion());
+  record.firmware =
+      UpdateStatusOf(record, ProductOf(board_.product_id).required.node, OnlineNodeVersion());
   observer_.OnVersion(node, version_);
 }
 

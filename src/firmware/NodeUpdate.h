@@ -51,7 +51,7 @@ class NodeUpdateObserver {
 
 // Which nodes a run is for. Looked at when a node's turn comes.
 struct NodeChoice {
-  std::array<bool, kBoardNodes> checked{};
+  NodeSelection checked;
   bool force = false;  // also nodes that need no update
 };
 

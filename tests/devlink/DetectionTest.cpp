@@ -101,7 +101,7 @@ TEST(Detection, EachBoardKeepsItsNodesUntilTheNextOne) {
   GarbageLibrary library(2);
   DeviceTable table;
   DetectBoards(library, table, 2);
-  const NodeRecord first{.status = 1, .flash_version = 0x0130, .update_required = true};
+  const NodeRecord first{.status = 1, .flash_version = 0x0130};
   const NodeRecord second{.status = 1, .loader_version = 0x0102, .flash_version = 0x0131};
   table.CurrentNodes()[0] = first;
   table.SetCurrent(1);

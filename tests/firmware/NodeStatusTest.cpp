@@ -8,6 +8,7 @@ namespace quillon {
 namespace {
 
 using testing::TranscriptLibrary;
+using enum NodeUpdateStatus;
 
 const std::string kQuery = "write 0 -> 0 : 00 00 00 00 1d *\n";
 
@@ -20,11 +21,10 @@ const std::string kAnswer = kQuery +
                             "01 12 34 56 78 77 77 77 *\n";
 
 const NodeRecords kAnswered = [] {
-  NodeRecords nodes{
-      {{1, 0x0102, 0x0130, false}, {1, 0x0102, 0x012F, true}, NodeRecord{.status = 1}}};
-  nodes[3] = {0, 0x0102, 0x0130, true};
-  nodes[4] = {2, 0x0102, 0x0130, true};
-  nodes[11] = {1, 0x1234, 0x5678, true};
+  NodeRecords nodes{{{1, 0x0102, 0x0130, kOk}, {1, 0x0102, 0x012F}, NodeRecord{.status = 1}}};
+  nodes[3] = {0, 0x0102, 0x0130, kOk};
+  nodes[4] = {2, 0x0102, 0x0130, kOk};
+  nodes[11] = {1, 0x1234, 0x5678, kIncompatible};
   return nodes;
 }();
 
@@ -42,6 +42,7 @@ TEST(NodeStatus, FillsTheTableWithWhatTheCurrentBoardAnswers) {
   TranscriptLibrary library(kAnswer);
   EXPECT_EQ(QueryNodeStatus(library, boards.table), NodeStatusAnswer::kWithEeprom);
   EXPECT_EQ(boards.table.Nodes(0), kAnswered);
+  EXPECT_EQ(boards.table.CheckedNodes(), NodeSelection("100000000111"));
   EXPECT_EQ(boards.table.Nodes(1), NodeRecords());
 
   boards.table.SetCurrent(1);
@@ -50,7 +51,7 @@ TEST(NodeStatus, FillsTheTableWithWhatTheCurrentBoardAnswers) {
   library.Expect("write 1 -> 0 : 00 00 00 00 1d *\nread 1 -> 0 : 1d 00 01 01 02 01 2f *");
   EXPECT_EQ(QueryNodeStatus(library, boards.table), NodeStatusAnswer::kWithoutEeprom);
   SetOnlineNodeVersion(0xFFFF);
-  EXPECT_EQ(boards.table.Nodes(1)[0], (NodeRecord{1, 0x0102, 0x012F, false}));
+  EXPECT_EQ(boards.table.Nodes(1)[0], (NodeRecord{1, 0x0102, 0x012F, kUpdateAvailableOnline}));
   EXPECT_EQ(boards.table.Nodes(0), kAnswered) << "each board keeps its own";
 }
 
@@ -59,10 +60,12 @@ TEST(NodeStatus, KeepsWhatItHasWithoutAValidAnswer) {
        {"write 0 -> 1 : 00 00 00 00 1d *", "write 0 -> 0 : 00 00 00 00 1d *\nread 0 -> 4",
         "write 0 -> 0 : 00 00 00 00 1d *\nread 0 -> 0 : 1c 01 01 01 02 01 20 *"}) {
     TwoBoards boards;
-    boards.table.CurrentNodes() = kAnswered;
+    boards.table.SetCurrentNodes(kAnswered);
+    boards.table.CheckNode(0, false);
     TranscriptLibrary library(exchange);
     EXPECT_EQ(QueryNodeStatus(library, boards.table), NodeStatusAnswer::kNone) << exchange;
     EXPECT_EQ(boards.table.CurrentNodes(), kAnswered) << exchange;
+    EXPECT_FALSE(boards.table.CheckedNodes()[0]) << exchange;
   }
 }
 
@@ -88,12 +91,13 @@ TEST(NodeStatus, JudgesAnActiveNodeByWhatIsRequiredAndWhatIsOnline) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(::testing::Message() << std::hex << c.flash << " with " << c.online << " online");
-    const NodeRecord active{.status = 1, .flash_version = c.flash};
-    EXPECT_EQ(RowTextsOf(active, 0, 0x0130, c.online).update_status, c.status);
-    EXPECT_EQ(NeedsUpdate(active, 0x0130, c.online), c.needs_update);
-    const NodeRecord absent{.status = 0, .flash_version = c.flash};
-    EXPECT_EQ(RowTextsOf(absent, 0, 0x0130, c.online).update_status, "");
-    EXPECT_TRUE(NeedsUpdate(absent, 0x0130, c.online));
+    NodeRecord node{.status = 1, .flash_version = c.flash};
+    node.firmware = UpdateStatusOf(node, 0x0130, c.online);
+    EXPECT_EQ(RowTextsOf(node, 0).update_status, c.status);
+    EXPECT_EQ(node.UpdateRequired(), c.needs_update);
+    node.status = 0;
+    EXPECT_EQ(RowTextsOf(node, 0).update_status, "");
+    EXPECT_TRUE(node.UpdateRequired());
   }
 }
 
@@ -107,18 +111,18 @@ TEST(NodeStatus, OnlyActiveNodesCountForTheBoard) {
 }
 
 TEST(NodeStatus, IsShownInARowAndInAReport) {
-  const NodeRowTexts row = RowTextsOf({1, 0xFFFF, 0x1234, false}, 11, 0x1230, 0xFFFF);
+  const NodeRowTexts row = RowTextsOf({1, 0xFFFF, 0x1234, kOk}, 11);
   EXPECT_EQ(row.node + "|" + row.status + "|" + row.loader_version + "|" + row.flash_version + "|" +
                 row.update_status,
             "Node 12|Active|N/A|12.34|Ok");
-  const NodeRowTexts absent = RowTextsOf({2, 0x0102, 0x0130, true}, 0, 0x0130, 0xFFFF);
+  const NodeRowTexts absent = RowTextsOf({2, 0x0102, 0x0130, kOk}, 0);
   EXPECT_EQ(absent.node + "|" + absent.status + "|" + absent.loader_version + absent.flash_version +
                 absent.update_status,
             "Node 1|N/A|");
 
-  EXPECT_EQ(NodeReport({1, 0x0102, 0x0130, false}, 0),
+  EXPECT_EQ(NodeReport({1, 0x0102, 0x0130, kOk}, 0),
             "Node : 1\r\n\r\n  Node Loader Version : 1.02\r\n  Node Flash Version : 1.30\r\n");
-  EXPECT_EQ(NodeReport({1, 0xFFFF, 0xFFFF, true}, 11),
+  EXPECT_EQ(NodeReport({1, 0xFFFF, 0xFFFF}, 11),
             "Node : 12\r\n\r\n  Node Loader Version : N/A\r\n  Node Flash Version : N/A\r\n"
             "\r\n  WARNING: NODE Firmware update required!\r\n");
 }

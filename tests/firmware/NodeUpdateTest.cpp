@@ -13,6 +13,7 @@ namespace quillon {
 namespace {
 
 using testing::TranscriptLibrary;
+using enum NodeUpdateStatus;
 
 // Keeps what a run tells, and wishes something at one of the events.
 class NodeLog : public NodeUpdateObserver {
@@ -58,7 +59,7 @@ KvxImage ImageOf(VersionWord version, std::size_t records = 0) {
 struct OneNode {
   OneNode(VersionWord flash, bool update_required) {
     board.product_id = 0x0800;
-    nodes[0] = {1, 0x0100, flash, update_required};
+    nodes[0] = {1, 0x0100, flash, update_required ? kUpdateRequired : kOk};
     choice.checked[0] = true;
   }
   NodeRunResult Run(HidLibrary& library, const KvxImage& image) {
@@ -96,8 +97,8 @@ TEST(NodeUpdate, SendsEraseRecordsAndFinishToEachNode) {
               ::testing::ElementsAre("0 begun", "0 1", "1 pumped", "0 51", "2 pumped", "0 1.31",
                                      "0 C Update Complete", "11 begun", "11 1",
                                      "11 F NODE_FAIL - Update Failed"));
-  EXPECT_EQ(run.nodes[0], (NodeRecord{1, 0x0100, 0x0131, false}));
-  EXPECT_EQ(run.nodes[11], (NodeRecord{1, 0x0100, 0x0120, true}));
+  EXPECT_EQ(run.nodes[0], (NodeRecord{1, 0x0100, 0x0131, kOk}));
+  EXPECT_EQ(run.nodes[11], (NodeRecord{1, 0x0100, 0x0120}));
 }
 
 TEST(NodeUpdate, SkipsWhatNeedsNoUpdateAndFailsWithoutRecordsAndErase) {
@@ -140,7 +141,7 @@ TEST(NodeUpdate, ForgetsTheOnlineVersionWhenItBegins) {
 // A simulated board whose nodes 0 and 11 have 1.20; node 4 between them needs no update.
 struct ThreeNodes : OneNode {
   ThreeNodes() : OneNode(0x0120, true) {
-    nodes[4] = {1, 0x0100, 0x0131, false};
+    nodes[4] = {1, 0x0100, 0x0131, kOk};
     nodes[11] = nodes[0];
     choice.checked[4] = choice.checked[11] = true;
   }

@@ -173,6 +173,7 @@ void CSettingsPage::SetOrigin(Origin origin) {
   origin_ = origin;
   origin_board_ = board;
   origin_label_ = SubjectLabel();
+  left_out_ = LeftOut();
   ShowOrigin();
 }
 
@@ -196,7 +197,7 @@ void CSettingsPage::ShowOrigin() {
       line = tr("Retrieved in part only from %1; the rest is older.").arg(origin_label_);
       break;
     case Origin::kNothing:
-      line = tr("Nothing was exchanged with %1: no node is active.").arg(origin_label_);
+      line = tr("Nothing was exchanged with %1: %2.").arg(origin_label_, left_out_);
       break;
     case Origin::kStored:
       line = tr("Stored in %1.").arg(origin_label_);
@@ -205,6 +206,8 @@ void CSettingsPage::ShowOrigin() {
       line = tr("Stored in part only in %1; it holds the rest as before.").arg(origin_label_);
       break;
   }
+  if (origin_ != Origin::kNone && origin_ != Origin::kNothing && !left_out_.isEmpty())
+    line += QLatin1Char(' ') + tr("Something was left out: %1.").arg(left_out_);
   if (!rest_label_.isEmpty())
     line += QLatin1Char(' ') + tr("The rest shown here is that of %1.").arg(rest_label_);
   if (origin_ != Origin::kNone && origin_board_ != CurrentBoard(context_.link.table))

@@ -64,6 +64,8 @@ class CSettingsPage : public CPageFrame {
   virtual bool Accepts(Cell /*cell*/, std::uint32_t /*code*/) { return true; }
   // Whether an exchange with a port is left out, as for a node that is not there.
   virtual bool Skips(NodePort /*port*/) const { return false; }
+  // What a user is to know of the exchanges that are left out now; empty for nothing.
+  virtual QString LeftOut() const { return {}; }
   // The sheet has changed, and the controls that show it were filled.
   virtual void OnShown() {}
 
@@ -99,6 +101,7 @@ class CSettingsPage : public CPageFrame {
   Origin origin_ = Origin::kNone;
   BoardIdentity origin_board_;
   QString origin_label_;
+  QString left_out_;    // of the last exchange
   QString rest_label_;  // after an exchange in part: another board, whose values the rest are
 };
 

@@ -71,7 +71,12 @@ CExpansionCardPage::CExpansionCardPage(PageContext context, QWidget* parent)
 }
 
 void CExpansionCardPage::ShowCards() {
-  const NodeRecords& nodes = context_.link.table.CurrentNodes();
+  const DeviceTable& table = context_.link.table;
+  card_ = 0;
+  if (!table.AreCurrentNodesKnown()) {
+    return ShowNoAnswer(tr("The board has not said yet which cards it has. Press Refresh."));
+  }
+  const NodeRecords& nodes = table.CurrentNodes();
   if (list_->RowCount() == 0) list_->SetRows(kExpansionCards);
   std::size_t found = 0;
   for (std::size_t card = 1; card <= kExpansionCards; ++card) {
@@ -107,11 +112,19 @@ void CExpansionCardPage::RefreshList() {
     ShowCards();
     return Q_EMIT NodesChanged();
   }
+  ShowNoAnswer(card_ == 0
+                   ? tr("The board did not answer.")
+                   : tr("The board did not answer. Address is for card %1, which was plugged "
+                        "in before.")
+                         .arg(card_));
+}
+
+// Intended: without an answer the button is enabled. It is for the card found before, if any.
+void CExpansionCardPage::ShowNoAnswer(const QString& line) {
   list_->SetRows(0);
-  ShowChoice(0);
-  // Intended: without an answer the button stays enabled, though there is no card to address.
+  list_->Redraw();
   address_button_->setEnabled(true);
-  line_->setText(tr("The board did not answer."));
+  line_->setText(line);
 }
 
 void CExpansionCardPage::OnRefresh() {
@@ -132,7 +145,7 @@ void CExpansionCardPage::OnAddress() {
         this, QStringLiteral("Expansion card successfully addressed. Restarting device."),
         QStringLiteral("Card Address Success"), Icon::kNone);
   } else {
-    list_->PaintCell(static_cast<int>(card_) - 1, kCard, kRefused);
+    if (list_->RowCount() != 0) list_->PaintCell(static_cast<int>(card_) - 1, kCard, kRefused);
     list_->Redraw();
     context_.prompts.Message(this, QStringLiteral("Expansion card addressing failed!"),
                              QLatin1String(kFailure), Icon::kNone);

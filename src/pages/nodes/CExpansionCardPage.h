@@ -35,6 +35,7 @@ class CExpansionCardPage : public QWidget {
  private:
   // Asks the current board first; without an answer the list is empty.
   void RefreshList();
+  void ShowNoAnswer(const QString& line);
   void ShowChoice(std::size_t found);
 
   void OnRefresh();
@@ -45,7 +46,8 @@ class CExpansionCardPage : public QWidget {
   CCheckList* list_;
   QLabel* line_;
   QPushButton* address_button_;
-  std::size_t card_ = 0;  // the only one that is plugged in; 0 without one or with both
+  // The only one that is plugged in, as the board answered last; 0 without one or with both.
+  std::size_t card_ = 0;
 };
 
 }  // namespace quillon

@@ -10,7 +10,6 @@
 #include <QPushButton>
 #include <utility>
 
-#include "devlink/Products.h"
 #include "firmware/NodeStatus.h"
 #include "pages/common/ButtonColumn.h"
 #include "pages/common/CPathLabel.h"
@@ -49,6 +48,9 @@ CNodeConfigPage::CNodeConfigPage(PageContext context, QWidget* parent)
   line_->setTextFormat(Qt::PlainText);
   line_->setWordWrap(true);
   line_->setAccessibleDescription(tr("What became of the nodes"));
+  connect(list_, &CNodeList::Toggled, this, [this](int row) {
+    context_.link.table.CheckNode(static_cast<std::size_t>(row), list_->IsChecked(row));
+  });
   force_->setToolTip(
       tr("Also programs checked nodes whose firmware is not older than the file's."));
   AddButtons(layout);
@@ -115,16 +117,23 @@ void CNodeConfigPage::ShowLine(const QString& line) {
 void CNodeConfigPage::ShowNodes() {
   DeviceTable& table = context_.link.table;
   if (std::exchange(unanswered_, false)) ShowLine({});
-  if (table.IsEmpty()) return list_->ShowNone();
-  list_->ShowNodes(table.CurrentNodes(), ProductOf(table.CurrentRecord().product_id).required.node);
+  if (!table.IsEmpty() && table.AreCurrentNodesKnown()) {
+    return list_->ShowNodes(table.CurrentNodes(), table.CheckedNodes());
+  }
+  list_->ShowNone();
+  unanswered_ = !table.IsEmpty();
+  if (unanswered_) ShowLine(tr("The board has not said yet which nodes it has. Press Refresh."));
 }
 
 void CNodeConfigPage::RefreshList() {
-  const auto answer = QueryNodeStatus(context_.link.library, context_.link.table);
-  const bool answered = answer != NodeStatusAnswer::kNone;
-  ShowLine(answered ? QString() : tr("The board did not answer. The list is as it was before."));
-  unanswered_ = !answered;
-  if (!answered) return;
+  if (QueryNodeStatus(context_.link.library, context_.link.table) == NodeStatusAnswer::kNone) {
+    ShowLine(list_->RowCount() == 0
+                 ? tr("The board did not answer.")
+                 : tr("The board did not answer. The list is as it was before."));
+    unanswered_ = true;
+    return;
+  }
+  ShowLine({});
   ShowNodes();
   Q_EMIT NodesChanged();
 }

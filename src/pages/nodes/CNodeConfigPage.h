@@ -71,7 +71,7 @@ class CNodeConfigPage : public QWidget {
   QString last_file_;  // for the next choice
   // A file can be programmed once; then it has to be loaded again.
   bool file_loaded_ = false;
-  bool unanswered_ = false;  // the line says that the board did not answer
+  bool unanswered_ = false;  // the line says that the board did not answer, or not yet
   Moment moment_ = Moment::kIdle;
 };
 

@@ -19,7 +19,7 @@ CNodeInformationPage::CNodeInformationPage(const DeviceTable& table, QWidget* pa
 bool CNodeInformationPage::ShowNode(std::size_t node) {
   const NodeRecord& record = table_.CurrentNodes()[node];
   report_->setPlainText(QString::fromStdString(NodeReport(record, node)));
-  return !record.update_required;
+  return !record.UpdateRequired();
 }
 
 }  // namespace quillon

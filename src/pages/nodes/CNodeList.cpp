@@ -13,7 +13,7 @@ constexpr QRgb kGreen = qRgb(0xC8, 0xFF, 0xC8);
 
 QRgb ColourOf(const NodeRecord& node) {
   if (!node.IsActive()) return kGrey;
-  return node.update_required ? kRed : kPale;
+  return node.UpdateRequired() ? kRed : kPale;
 }
 
 QRgb ColourOf(NodeEnd end) {
@@ -32,7 +32,9 @@ QRgb ColourOf(NodeEnd end) {
 QString ToolTipOf(int column) {
   switch (column) {
     case CNodeList::kNode:
-      return CNodeList::tr("Checked nodes are updated. A click or Space checks a row.");
+      return CNodeList::tr(
+          "Checked nodes are updated, and their ports retrieved and updated. A click or Space "
+          "checks a row.");
     case CNodeList::kStatus:
       return CNodeList::tr("Whether the node answers.");
     case CNodeList::kLoaderVersion:
@@ -63,21 +65,21 @@ void CNodeList::ShowNone() {
   FitColumns();
 }
 
-void CNodeList::ShowNodes(const NodeRecords& nodes, VersionWord required) {
+void CNodeList::ShowNodes(const NodeRecords& nodes, const NodeSelection& checked) {
   // The row that the user is at stays where it can.
   if (RowCount() == 0) SetRows(static_cast<int>(nodes.size()));
   hideColumn(kTime);
   for (int row = 0; row < RowCount(); ++row) {
     const auto index = static_cast<std::size_t>(row);
     const NodeRecord& node = nodes[index];
-    const NodeRowTexts texts = RowTextsOf(node, index, required, OnlineNodeVersion());
+    const NodeRowTexts texts = RowTextsOf(node, index);
     Write(row, kNode, QString::fromStdString(texts.node));
     Write(row, kStatus, QString::fromStdString(texts.status));
     Write(row, kLoaderVersion, QString::fromStdString(texts.loader_version));
     Write(row, kFlashVersion, QString::fromStdString(texts.flash_version));
     Write(row, kUpdateStatus, QString::fromStdString(texts.update_status));
     Write(row, kTime, {});
-    Check(row, node.IsActive());
+    Check(row, checked[index]);
     Paint(row, ColourOf(node));
   }
   FitColumns();

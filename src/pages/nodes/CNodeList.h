@@ -17,9 +17,8 @@ class CNodeList : public CCheckList {
 
   explicit CNodeList(QWidget* parent = nullptr);
 
-  // Shows the nodes of a board that requires this version of their firmware, the active ones
-  // checked. Forgets what a run said of them.
-  void ShowNodes(const NodeRecords& nodes, VersionWord required);
+  // Forgets what a run said of the nodes.
+  void ShowNodes(const NodeRecords& nodes, const NodeSelection& checked);
   // No board, no rows.
   void ShowNone();
 

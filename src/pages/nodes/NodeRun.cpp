@@ -25,15 +25,9 @@ void NodeRun::Update(const KvxImage& image, bool force) {
   board_ = QString::fromStdString(BoardLabel(table.CurrentRecord())).trimmed();
   ends_ = {};
   choice_.force = force;
-  TakeChecks();
+  choice_.checked = table.CheckedNodes();
   NodeUpdate(link_.library, table.CurrentRecord(), table.CurrentNodes(), image, choice_, *this)
       .Run();
-}
-
-void NodeRun::TakeChecks() {
-  for (int row = 0; row < list_.RowCount(); ++row) {
-    choice_.checked[static_cast<std::size_t>(row)] = list_.IsChecked(row);
-  }
 }
 
 QString NodeRun::Summary() const {
@@ -84,7 +78,7 @@ bool NodeRun::StopRequested() { return run_.IsRunToStop(); }
 
 void NodeRun::Pump() {
   run_.TurnEventLoop();
-  TakeChecks();
+  choice_.checked = link_.table.CheckedNodes();
 }
 
 }  // namespace quillon

@@ -46,7 +46,6 @@ class NodeRun : private NodeUpdateObserver {
   bool StopRequested() override;
   void Pump() override;
 
-  void TakeChecks();
   FlashPace::Time Now() const { return FlashPace::Time(clock_.elapsed()); }
   QString TimeOf() const;
 

@@ -113,13 +113,25 @@ TEST(ExpansionCardPage, SaysOfEachNodeThatItsExchangeFailed) {
   EXPECT_FALSE(cards.IsAddressed(8));
 }
 
-TEST(ExpansionCardPage, ShowsNoCardsAndAddressesNoneWithoutAnAnswer) {
+TEST(ExpansionCardPage, ShowsNoCardsWithoutAnAnswerAndAddressesTheOneFoundBefore) {
   CardFixture cards(kNewCard2);
   cards.library.AnswerWithEcho({.nth = 1, .command = 0x1D}, 0);
   cards.Click(kCards, "Refresh");
   EXPECT_EQ(cards.List(kCards).RowCount(), 0);
+  cards.library.AnswerWithEcho({.nth = 1, .command = 0x1C}, 2);
+  cards.library.AnswerWithEcho({.nth = 1, .command = 0x1D, .onwards = true}, 0);
+  cards.ExpectMessage("Expansion card addressing failed!", "Card Address Failure");
+  cards.Click(kCards, "Address");
+  EXPECT_TRUE(cards.IsAddressed(9));
+
+  cards.fixture.Detect();
+  cards.pages.ShowBoard();
+  for (const int tab : {kNodes, kCards}) {
+    cards.Page(tab);
+    EXPECT_EQ(cards.List(tab).RowCount(), 0) << "of a board that has never answered";
+  }
+  EXPECT_TRUE(cards.CanAddress());
   cards.Click(kCards, "Address");  // no message, nothing sent
-  EXPECT_FALSE(cards.IsAddressed(8));
   const auto hold = cards.fixture.link.gate.Enter();
   cards.Click(kCards, "Refresh");
   EXPECT_EQ(cards.List(kCards).RowCount(), 0) << "not while something else is under way";

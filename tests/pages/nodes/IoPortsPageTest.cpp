@@ -78,9 +78,21 @@ TEST(IoPorts, KeepWhatCameBeforeTheExchangeThatFailed) {
   }
 }
 
+TEST(IoPorts, LeaveOutNodesThatAreNotCheckedAndSaySo) {
+  Fixture fixture;
+  for (const std::size_t node : {1U, 2U}) fixture.Table().CheckNode(node, false);
+  bool sent = false;
+  fixture.library.BeforeWrite({}, [&] { sent = true; });
+  fixture.Retrieve();
+  EXPECT_TRUE(sent);
+  EXPECT_EQ(ShownBy(fixture.page)[2], "Port C: Output=0 Direct=0");
+  EXPECT_THAT(fixture.Origin(),
+              ::testing::EndsWith("left out: nodes 2, 3 are not checked in Node Configuration."));
+}
+
 TEST(IoPorts, SayThatNothingWasExchangedWhenNoNodeIsActive) {
   Fixture fixture;
-  fixture.Table().CurrentNodes() = {};
+  fixture.Table().SetCurrentNodes({});
   bool sent = false;
   fixture.library.BeforeWrite({}, [&] { sent = true; });
   fixture.Retrieve();

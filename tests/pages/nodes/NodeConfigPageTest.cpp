@@ -257,7 +257,7 @@ TEST(NodeConfigPage, AbortsTheNodeThatIsProgrammedUntilOneWasSkipped) {
     EXPECT_EQ(nodes.Shown(), c.rows);
     EXPECT_EQ(seen.front(), "Abort");
     if (c.exchange == 6 && c.force) {
-      EXPECT_TRUE(nodes.fixture.link.table.CurrentNodes()[1].update_required) << "it was erased";
+      EXPECT_TRUE(nodes.fixture.link.table.CurrentNodes()[1].UpdateRequired()) << "it was erased";
     }
     const bool skips = !c.force && c.exchange > 2;
     // The finish of the first node comes after the press, the next node before the next one.

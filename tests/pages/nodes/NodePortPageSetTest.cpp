@@ -125,7 +125,9 @@ TEST(NodePortPageSet, LoadsTheDefaultsOfItsFourPagesInOrderAlsoAfterAFailure) {
     SCOPED_TRACE(c.name);
     TranscriptLibrary library("write 0 -> 0 : 00 00 08 02 1c 00 25 01 02 *\nread 0 -> 0 : 25 *");
     PageFixture board(library, 0x0800, 0x0110);
-    board.link.table.CurrentNodes()[1] = {.status = 1, .update_required = false};
+    NodeRecords nodes;
+    nodes[1] = {.status = 1, .firmware = NodeUpdateStatus::kOk};
+    board.link.table.SetCurrentNodes(nodes);
     CNodePortPageSet pages(board.Context());
     pages.ShowPort(4);
     std::string calls;
