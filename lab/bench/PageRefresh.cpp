@@ -30,7 +30,8 @@ class NoPrompts : public UserPrompts {
  public:
   void Message(QWidget* /*parent*/, const QString& /*text*/, const QString& /*caption*/,
                Icon /*icon*/) override {}
-  bool AskYesNo(QWidget* /*parent*/, const QString& /*text*/, const QString& /*caption*/) override {
+  bool AskYesNo(QWidget* /*parent*/, const QString& /*text*/, const QString& /*caption*/,
+                Icon /*icon*/) override {
     return true;
   }
   std::optional<QString> OpenFile(QWidget* /*parent*/, const QString& /*caption*/,

@@ -286,7 +286,7 @@ void CMainDialog::LoadDefaultSettings() {
   if (services_.prompts.AskYesNo(
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this item?"),
-          QStringLiteral("Load Defaults"))) {
+          QStringLiteral("Load Defaults"), UserPrompts::Icon::kQuestion)) {
     CTabSet* const pages = ChosenPages();
     if (CurrentProduct().defaults_from_tree && pages != nullptr) pages->LoadDeviceDefaults();
   }

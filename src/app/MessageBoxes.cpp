@@ -74,9 +74,10 @@ void MessageBoxes::Message(QWidget* parent, const QString& text, const QString& 
   Show(parent, text, caption, BoxIcon(icon), QMessageBox::Ok);
 }
 
-bool MessageBoxes::AskYesNo(QWidget* parent, const QString& text, const QString& caption) {
+bool MessageBoxes::AskYesNo(QWidget* parent, const QString& text, const QString& caption,
+                            Icon icon) {
   const auto hold = gate_.Enter();
-  return Show(parent, text, caption, QMessageBox::Question, QMessageBox::Yes | QMessageBox::No) ==
+  return Show(parent, text, caption, BoxIcon(icon), QMessageBox::Yes | QMessageBox::No) ==
          QMessageBox::Yes;
 }
 

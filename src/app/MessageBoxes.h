@@ -14,7 +14,7 @@ class MessageBoxes : public UserPrompts {
   explicit MessageBoxes(ExchangeGate& gate) : gate_(gate) {}
 
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
-  bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
+  bool AskYesNo(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
 
   // Without a chosen file it opens in the folder that QUILLON_FIRMWARE_DIR names, else in the
   // user's documents. Does not remember the folder that was used last.

@@ -101,7 +101,7 @@ void CSettingsPage::Defaults() {
   if (context_.prompts.AskYesNo(
           this,
           QStringLiteral("Are you sure you want to load the\r\ndefault settings for this page?"),
-          QStringLiteral("Load Defaults"))) {
+          QStringLiteral("Load Defaults"), UserPrompts::Icon::kQuestion)) {
     LoadDefaults();
   }
 }

@@ -22,8 +22,8 @@ class UserPrompts {
   virtual void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) = 0;
 
   // A question with the buttons Yes and No. Closing the box means No.
-  [[nodiscard]] virtual bool AskYesNo(QWidget* parent, const QString& text,
-                                      const QString& caption) = 0;
+  [[nodiscard]] virtual bool AskYesNo(QWidget* parent, const QString& text, const QString& caption,
+                                      Icon icon) = 0;
 
   // A choice of one file that exists; nothing when the user cancels. `filter` is as in QFileDialog.
   // Opens with the file of `chosen`, a path, chosen in its folder, if it is not empty. Leaves the

@@ -16,9 +16,9 @@ void ScriptedPrompts::ExpectMessage(const std::string& text, const std::string& 
   expected_.push_back({text, caption, icon, Kind::kMessage});
 }
 
-void ScriptedPrompts::ExpectQuestion(const std::string& text, const std::string& caption,
-                                     bool yes) {
-  expected_.push_back({text, caption, Icon::kQuestion, Kind::kQuestion, yes});
+void ScriptedPrompts::ExpectQuestion(const std::string& text, const std::string& caption, bool yes,
+                                     Icon icon) {
+  expected_.push_back({text, caption, icon, Kind::kQuestion, yes});
 }
 
 void ScriptedPrompts::ExpectOpenFile(std::optional<QString> path, const QString& chosen) {
@@ -32,8 +32,11 @@ void ScriptedPrompts::Message(QWidget* /*parent*/, const QString& text, const QS
   EXPECT_EQ(prompt.icon, icon) << text.toStdString();
 }
 
-bool ScriptedPrompts::AskYesNo(QWidget* /*parent*/, const QString& text, const QString& caption) {
-  return Next(text, caption, Kind::kQuestion).yes;
+bool ScriptedPrompts::AskYesNo(QWidget* /*parent*/, const QString& text, const QString& caption,
+                               Icon icon) {
+  const Prompt prompt = Next(text, caption, Kind::kQuestion);
+  EXPECT_EQ(prompt.icon, icon) << text.toStdString();
+  return prompt.yes;
 }
 
 std::optional<QString> ScriptedPrompts::OpenFile(QWidget* /*parent*/, const QString& caption,

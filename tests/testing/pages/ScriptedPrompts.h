@@ -17,7 +17,8 @@ class ScriptedPrompts : public UserPrompts {
   ~ScriptedPrompts() override;
 
   void ExpectMessage(const std::string& text, const std::string& caption, Icon icon);
-  void ExpectQuestion(const std::string& text, const std::string& caption, bool yes);
+  void ExpectQuestion(const std::string& text, const std::string& caption, bool yes,
+                      Icon icon = Icon::kQuestion);
   // Answers a choice of a file, which opens with `chosen`; nothing cancels it.
   void ExpectOpenFile(std::optional<QString> path, const QString& chosen = {});
 
@@ -25,7 +26,7 @@ class ScriptedPrompts : public UserPrompts {
   void WhileOpen(std::function<void()> action) { while_open_ = std::move(action); }
 
   void Message(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
-  bool AskYesNo(QWidget* parent, const QString& text, const QString& caption) override;
+  bool AskYesNo(QWidget* parent, const QString& text, const QString& caption, Icon icon) override;
   std::optional<QString> OpenFile(QWidget* parent, const QString& caption,
                                   const QString& default_suffix, const QString& filter,
                                   const QString& chosen) override;
