@@ -38,7 +38,7 @@ TEST(VersionLists, OfferANewerProgramInHexadecimal) {
       {"65536|0|0|", Offer("65536.00")},
       {"99999999999999999999|99999999999999999999|-99999999999999999999|a",
        Offer("2147483647.7fffffff80000000", "a")},
-      {"1|2|1\0000"s, "none"},
+      {"1|2|10|http://a\0b"s, Offer("1.2a", "http://a")},
   };
   for (const auto& c : cases) {
     EXPECT_EQ(Told(CompareProgram(c.list, {0x00010002, 0x00090005})), c.told) << c.list;
@@ -57,7 +57,7 @@ TEST(VersionLists, OfferABoardTheFirmwareOfItsGroup) {
       {"09101|02834|a", Offer("2.83", "a"), 0x283},
       {"910z|3g|a", "none", 3},
       {"0910|later|a|0910||b|0910|0290|c", Offer("2.90", "c"), 0x290},
-      {"0910|028\0003|a"s, "none", 0x28},
+      {"0910\0|0283|a"s, "-", {}},
       {"0800|0910|0283", "-", {}},
       {"0910", "-", {}},
       {"0910 0283 a", "-", {}},
