@@ -93,7 +93,7 @@ void Screenshots::TakeAll() {
   On(kNodesInFlashMode, [this] { TakeBoard(0); });
   On(kUnreadableBoard, [this] { TakeFailedRetrieve(); });
   TakeRefusedBoards();
-  On(kNoBoards, [this] { Take(QStringLiteral("no-boards")); });
+  On(kNoBoards, [this] { TakeHome(); });
 }
 
 void Screenshots::TakeBoard(std::uint32_t board) {
@@ -178,6 +178,12 @@ void Screenshots::TakeRefusedBoards() {
     Take(QStringLiteral("may-not-open-many"));
   };
   On({}, dismiss, many, HelpWith(RuleState::kOutdated, kFile));
+}
+
+void Screenshots::TakeHome() {
+  Take(QStringLiteral("home"));
+  program_->Window().resize(program_->Window().minimumSize());
+  Take(QStringLiteral("home-smallest"));
 }
 
 void Screenshots::Attend(QWidget& opened) {

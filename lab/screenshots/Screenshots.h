@@ -39,6 +39,7 @@ class Screenshots {
   void TakeEditing();
   void TakeFailedRetrieve();
   void TakeRefusedBoards();
+  void TakeHome();
 
   void Attend(QWidget& opened);
   void Take(const QString& what);

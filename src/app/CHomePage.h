@@ -3,11 +3,13 @@
 
 #include <QTabWidget>
 
+class QGridLayout;
 class QLabel;
 
 namespace quillon {
 
-// The right side of the window while no board's pages are shown: one tab "Quillon".
+// The right side of the window while no board's pages are shown: one tab "Quillon" with large
+// buttons for what can be done without a board. It only says what is asked for.
 class CHomePage : public QTabWidget {
   Q_OBJECT
 
@@ -20,10 +22,20 @@ class CHomePage : public QTabWidget {
   void ShowSearch();
 
  Q_SIGNALS:
+  // Close all boards and detect them again.
   void RefreshRequested();
+  // Look for a newer version of the program.
+  void UpdatesRequested();
+  void HelpRequested();
+  void WebSiteRequested();
 
  private:
+  void AddButtons();
+  void AddButton(const char* image, const QString& text, const QString& caption, const QString& tip,
+                 void (CHomePage::*request)());
+
   QLabel* hint_;
+  QGridLayout* buttons_ = nullptr;
 };
 
 }  // namespace quillon

@@ -8,7 +8,9 @@
 #include <QPlainTextEdit>
 #include <QScreen>
 #include <QSettings>
+#include <QTest>
 
+#include "app/CHomePage.h"
 #include "app/CMainDialog.h"
 #include "app/MainFixture.h"
 #include "devlink/NoLibrary.h"
@@ -262,6 +264,29 @@ TEST(MainDialog, ShowsThePagesOfTheFamilyForScreenReadersToo) {
         ExpectReadableCells(*grid);
     }
   }
+}
+
+TEST(MainDialog, AsksForWhatIsPressedOnTheHomePageByItsLetterOrCaption) {
+  NoLibrary library;
+  MainFixture fixture(library);
+  fixture.window.show();
+  MainFixture::RunEvents();
+  ExpectReadable(fixture.window);
+  auto* const home = fixture.window.findChild<CHomePage*>();
+  std::string asked;
+  home->connect(home, &CHomePage::RefreshRequested, [&] { asked += 'R'; });
+  home->connect(home, &CHomePage::UpdatesRequested, [&] { asked += 'U'; });
+  home->connect(home, &CHomePage::HelpRequested, [&] { asked += 'H'; });
+  home->connect(home, &CHomePage::WebSiteRequested, [&] { asked += 'W'; });
+  for (const auto* const button : home->findChildren<QPushButton*>()) {
+    const std::size_t before = asked.size();
+    QTest::keyClick(&fixture.window, button->shortcut()[0].key(), Qt::AltModifier);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return asked.size() > before; }, 2000)) << asked;
+    for (auto* const label : home->findChildren<QLabel*>()) {
+      if (label->text() == button->accessibleName()) QTest::mouseClick(label, Qt::LeftButton);
+    }
+  }
+  EXPECT_EQ(asked, "RRUUHHWW");
 }
 
 TEST(MainDialog, ConfiguresOnlyTheFirmwareReleaseThatItKnows) {

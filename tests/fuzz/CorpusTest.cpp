@@ -13,9 +13,9 @@ namespace quillon {
 namespace {
 
 // The fuzz target ends the process where a promise is broken.
-TEST(KvxCorpus, EveryFileKeepsThePromisesOfTheReader) {
+TEST(SUITE, EveryFileKeepsThePromisesOfTheReader) {
   int files = 0;
-  for (const auto& entry : std::filesystem::directory_iterator(KVX_CORPUS)) {
+  for (const auto& entry : std::filesystem::directory_iterator(CORPUS)) {
     SCOPED_TRACE(entry.path().string());
     std::ifstream file(entry.path(), std::ios::binary);
     const std::vector<char> text(std::istreambuf_iterator<char>(file), {});
