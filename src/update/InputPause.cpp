@@ -1,0 +1,41 @@
+// SPDX-License-Identifier: MIT
+#include "update/InputPause.h"
+
+#include <QCoreApplication>
+#include <QMouseEvent>
+
+namespace quillon {
+
+InputPause::InputPause() { QCoreApplication::instance()->installEventFilter(this); }
+
+bool InputPause::eventFilter(QObject* /*watched*/, QEvent* event) {
+  switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseButtonDblClick:
+      dropped_ |= static_cast<const QMouseEvent*>(event)->button();
+      return true;
+    // What was held down before comes up, or an arrow of a spin box would count on for ever.
+    case QEvent::MouseButtonRelease:
+      return dropped_.testFlag(static_cast<const QMouseEvent*>(event)->button());
+    case QEvent::MouseMove:
+    case QEvent::Wheel:
+    case QEvent::ContextMenu:
+    case QEvent::KeyPress:
+    case QEvent::ShortcutOverride:
+    case QEvent::Shortcut:
+    case QEvent::InputMethod:
+    case QEvent::TouchBegin:
+    case QEvent::TouchUpdate:
+    case QEvent::TabletPress:
+    case QEvent::TabletMove:
+    case QEvent::NativeGesture:
+    case QEvent::DragEnter:
+    case QEvent::DragMove:
+    case QEvent::Drop:
+      return true;
+    default:
+      return false;
+  }
+}
+
+}  // namespace quillon
