@@ -24,7 +24,14 @@ Program::Program(Settling settling, Refusals refusals, AccessHelp access)
       link_(boards_),
       prompts_(link_.gate),
       notifier_(boards_),
-      window_({link_, prompts_, notifier_, profile_, [this] { Settle(); }, std::move(access)}) {
+      window_({link_,
+               prompts_,
+               notifier_,
+               profile_,
+               [this] { Settle(); },
+               {*fetch_, [](const QString&) {}, {}},
+               [](const QString&) { return false; },
+               std::move(access)}) {
   if (!opened_.Problem().isEmpty()) throw std::runtime_error(opened_.Problem().toStdString());
   window_.show();
   window_.activateWindow();

@@ -11,6 +11,7 @@ void UseSimulatedBoards(const QDir& own) {
   qputenv("QUILLON_KVUSB", "sim");
   qunsetenv("QUILLON_SIM_STATE");
   qunsetenv("QUILLON_TRACE");
+  qunsetenv("QUILLON_UPDATE_BASE");
   QSettings::setPath(QSettings::NativeFormat, QSettings::UserScope,
                      own.absoluteFilePath(QStringLiteral("profile")));
 }

@@ -13,11 +13,13 @@
 #include "app/CAboutDlg.h"
 #include "app/CHomePage.h"
 #include "app/CProblemLine.h"
+#include "app/HelpFile.h"
 #include "app/MainMenu.h"
 #include "app/Profile.h"
 #include "devlink/Detection.h"
 #include "devlink/DeviceText.h"
 #include "firmware/RestartCommand.h"
+#include "pages/common/Vendor.h"
 #include "pages/digital/CDigitalPageSets.h"
 #include "pages/joystick/CJoystickPageSet.h"
 #include "pages/nodes/CNodePortPageSet.h"
@@ -25,6 +27,8 @@
 #include "pages/nodes/CSpiControllerPageSet.h"
 #include "res/Icons.h"
 #include "tree/CDeviceTreeCtrl.h"
+#include "update/UpdateAddresses.h"
+#include "update/WaitCursor.h"
 
 namespace quillon {
 namespace {
@@ -40,6 +44,7 @@ constexpr QSize kLeastSize(640, 420);
 CMainDialog::CMainDialog(const MainServices& services)
     : services_(services),
       run_(services.link.gate),
+      checks_(services.link.table, services.prompts, services.updates),
       tree_(new CDeviceTreeCtrl(services.link)),
       pages_(new QStackedWidget),
       problem_line_(new CProblemLine(services.access)) {
@@ -69,8 +74,12 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::RefreshRequested, this, &CMainDialog::Redetect);
   connect(tree_, &CDeviceTreeCtrl::LoadDefaultsRequested, this, &CMainDialog::LoadDefaultSettings);
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
-  tree_->SetToolReady(DeviceTool::kRestartFlash, true);
-  tree_->SetToolReady(DeviceTool::kRestartDevice, true);
+  connect(tree_, &CDeviceTreeCtrl::FirmwareCheckRequested, this,
+          [this] { CheckForUpdates(kFirmwareList); });
+  for (const DeviceTool tool :
+       {DeviceTool::kRestartFlash, DeviceTool::kRestartDevice, DeviceTool::kCheckUpdate}) {
+    tree_->SetToolReady(tool, true);
+  }
   // A timer, because it fires once however many events come, and because the event loop handles
   // input before it. Posted events would all run before the next click.
   detection_timer_.setSingleShot(true);
@@ -102,10 +111,14 @@ CMainDialog::~CMainDialog() { services_.link.gate.SetAction({}); }
 void CMainDialog::CreateMenu() {
   const MainMenuHandlers handlers{
       .exit = [this] { close(); },
+      .check_program = [this] { CheckForUpdates(kProgramList); },
+      .check_firmware = [this] { CheckForUpdates(kFirmwareList); },
       .toggle_auto_update = [this](bool on) { SetAutoUpdate(on); },
+      .help = [this] { OpenHelp(); },
       .about = [this] { ShowAbout(); },
   };
   FillMainMenu(*menuBar(), handlers, services_.profile.AutoUpdate() != 0);
+  OfferFirmwareCheck(*menuBar(), false);
 }
 
 // Any number but 0 means yes. Switching the option on again restores the number that was there.
@@ -125,7 +138,8 @@ void CMainDialog::CreatePageSets() {
   add(BoardFamily::kJoystick, new CJoystickPageSet(context, BoardFamily::kJoystick));
   add(BoardFamily::kDigitalPorts, new CDigitalPortsPageSet(context));
   add(BoardFamily::kInputBanks, new CDigitalInputBankPageSet(context));
-  add(BoardFamily::kNodeSystem, new CNodeSystemPageSet(context));
+  node_pages_ = new CNodeSystemPageSet(context);
+  add(BoardFamily::kNodeSystem, node_pages_);
   port_pages_ = new CNodePortPageSet(context);
   pages_->addWidget(port_pages_);
   connect(port_pages_, &CTabSet::RefreshRequested, this, &CMainDialog::Redetect);
@@ -135,6 +149,9 @@ void CMainDialog::CreatePageSets() {
   home_ = new CHomePage;
   home_->setObjectName(QStringLiteral("home"));
   connect(home_, &CHomePage::RefreshRequested, this, &CMainDialog::Redetect);
+  connect(home_, &CHomePage::UpdatesRequested, this, [this] { CheckForUpdates(kProgramList); });
+  connect(home_, &CHomePage::HelpRequested, this, &CMainDialog::OpenHelp);
+  connect(home_, &CHomePage::WebSiteRequested, this, &CMainDialog::VisitVendor);
   pages_->addWidget(home_);
   empty_page_ = new QWidget;
   pages_->addWidget(empty_page_);
@@ -150,6 +167,10 @@ void CMainDialog::Initialise() {
       });
   if (!registered) return;
   options_ = {services_.profile.AutoConnect(), services_.profile.AutoUpdate()};
+  // Without an address nobody has asked for anything that could be done.
+  if (options_.auto_update != 0 && !UpdateAddress(kProgramList).isEmpty()) {
+    CheckForUpdates(kProgramList);
+  }
 }
 
 void CMainDialog::OnDeviceChange(std::uint32_t event, std::uint32_t device_type,
@@ -228,6 +249,7 @@ void CMainDialog::SelectFamilyPages() {
   const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
   OfferDefaults();
+  OfferFirmwareCheck(*menuBar(), !services_.link.table.IsEmpty());
   const auto answers = std::exchange(node_answers_, {});
   if (set != page_sets_.end()) {
     pages_->setCurrentWidget(set->second);
@@ -316,7 +338,43 @@ void CMainDialog::OnRunStarted() {
 void CMainDialog::OnRunEnded() {
   tree_->setEnabled(true);
   for (QAction* const item : std::exchange(grayed_, {})) item->setEnabled(true);
+  CloseIfWanted();
+}
+
+void CMainDialog::CloseIfWanted() {
   if (close_after_run_) QMetaObject::invokeMethod(this, &QWidget::close, Qt::QueuedConnection);
+}
+
+// One hold for all: the nodes asked for are those of the board that the check was about.
+void CMainDialog::CheckForUpdates(int list) {
+  const auto hold = services_.link.gate.TryEnter();
+  if (!hold) return;
+  checks_.CheckForUpdates(list);
+  if (list == kFirmwareList && CurrentProduct().family == BoardFamily::kNodeSystem) {
+    CheckNodeFirmware();
+  }
+  CloseIfWanted();
+}
+
+void CMainDialog::CheckNodeFirmware() {
+  if (close_after_run_) return;
+  checks_.CheckForUpdates(kNodeList);
+  const DeviceTable& table = services_.link.table;
+  if (close_after_run_ || table.IsRestarting(table.Current())) return;
+  node_pages_->RefreshNodes();
+  if (ShownPageSet() == port_pages_) port_pages_->FollowNode();
+}
+
+void CMainDialog::OpenHelp() {
+  if (OpenHelpFile(services_.open_document)) return;
+  services_.prompts.Message(this, QStringLiteral("The help file could not be located!"),
+                            QStringLiteral("Quillon: Help File"), UserPrompts::Icon::kNone);
+}
+
+// Intended: a browser that cannot be started is no reason for a message.
+void CMainDialog::VisitVendor() {
+  const WaitCursor wait;
+  services_.updates.open_in_browser(QStringLiteral("https://") + VendorWebSite());
 }
 
 void CMainDialog::ShowAbout() {
@@ -334,9 +392,14 @@ void CMainDialog::closeEvent(QCloseEvent* event) {
     close_after_run_ = true;
     run_.StopRun();
   }
+  if (checks_.IsWaiting()) {
+    close_after_run_ = true;
+    checks_.Abandon();
+  }
   if (!services_.link.gate.IsOpen()) {
     // Not the end after all, so what waited for it is still wanted.
-    if (!run_.IsUnderWay() && std::exchange(close_after_run_, false)) services_.link.gate.Request();
+    if (!run_.IsUnderWay() && !checks_.IsWaiting() && std::exchange(close_after_run_, false))
+      services_.link.gate.Request();
     event->ignore();
     return;
   }

@@ -15,6 +15,7 @@
 #include "pages/common/PageContext.h"
 #include "pages/common/StackRun.h"
 #include "tree/DeviceTreeModel.h"
+#include "update/UpdateChecks.h"
 
 class QAction;
 class QSplitter;
@@ -25,8 +26,8 @@ namespace quillon {
 class CDeviceTreeCtrl;
 class CHomePage;
 class CNodePortPageSet;
+class CNodeSystemPageSet;
 class CPageSet;
-class CTabSet;
 class CProblemLine;
 class CTabSet;
 class Profile;
@@ -39,6 +40,9 @@ struct MainServices {
   Profile& profile;
   // Waits until boards that have just been plugged in can be found.
   std::function<void()> settle;
+  UpdateServices updates;
+  // Opens a document with the user's program for it; returns whether it could.
+  std::function<bool(const QString& path)> open_document;
   // Help with boards that this user may not open. Without it none is offered.
   AccessHelp access{};
 };
@@ -51,7 +55,7 @@ struct StartOptions {
 };
 
 // The main window: the tree of boards on the left, the pages of the current one on the right.
-// Closing it during a flash update aborts that first; the window closes when it has ended.
+// Closing it during a flash update or a check for updates ends that first; then the window closes.
 class CMainDialog : public QMainWindow {
   Q_OBJECT
 
@@ -59,9 +63,9 @@ class CMainDialog : public QMainWindow {
   explicit CMainDialog(const MainServices& services);
   ~CMainDialog() override;
 
-  // The first detection, the registration for hot-plug events, the options. Runs by itself once the
-  // window has been painted, so that the user sees a window during the wait. Only the first call
-  // does anything.
+  // The first detection, the registration for hot-plug events, the options, and the check for a new
+  // version if the user has it. Runs by itself once the window has been painted, so that the user
+  // sees a window during the wait. Only the first call does anything.
   void Initialise();
 
   // Closes all boards and finds them anew; board 0 is current then. Does nothing while something
@@ -108,22 +112,29 @@ class CMainDialog : public QMainWindow {
   void RestartBoard(bool to_flash_mode);
   void OnRunStarted();
   void OnRunEnded();
+  void CheckForUpdates(int list);
+  void CheckNodeFirmware();
+  void OpenHelp();
+  void VisitVendor();
   void ShowAbout();
+  void CloseIfWanted();
 
   MainServices services_;
   StackRun run_;
+  UpdateChecks checks_;
   CDeviceTreeCtrl* tree_;
   QStackedWidget* pages_;
   CProblemLine* problem_line_;
+  CNodeSystemPageSet* node_pages_ = nullptr;
   CNodePortPageSet* port_pages_ = nullptr;
   CHomePage* home_ = nullptr;
   QWidget* empty_page_ = nullptr;
   std::map<BoardFamily, CPageSet*> page_sets_;
   // By table index; what boards answered to the rebuild of the tree that is under way.
   std::map<std::uint32_t, NodeStatusAnswer> node_answers_;
-  QTimer detection_timer_;  // active while a detection waits for the event loop
-  QList<QAction*> grayed_;  // of the menu, to be enabled again after the run
-  bool close_after_run_ = false;
+  QTimer detection_timer_;        // active while a detection waits for the event loop
+  QList<QAction*> grayed_;        // of the menu, to be enabled again after the run
+  bool close_after_run_ = false;  // or after the check for updates
   bool initialised_ = false;
   std::uint64_t reported_boards_ = 0;               // by the last detection
   std::optional<ExchangeGate::Hold> closing_hold_;  // from the closing of the window on

@@ -9,6 +9,7 @@
 #include "app/OpenedLibrary.h"
 #include "app/Profile.h"
 #include "app/SingleInstance.h"
+#include "update/OpenInBrowser.h"
 
 namespace quillon {
 namespace {
@@ -43,8 +44,12 @@ int CQuillonApp::Run() {
                     UserPrompts::Icon::kExclamation);
   }
   const auto notifier = MakeBoardNotifier(opened.Library());
+  const auto fetch = MakeFetch();
+  const UpdateServices updates{*fetch, [](const QString& address) { OpenInBrowser(address); },
+                               ReadProgramVersion(QUILLON_VERSION)};
   CMainDialog dialog({link, prompts, *notifier, profile,
-                      [] { QThread::msleep(kSettleMilliseconds); }, SystemAccessHelp()});
+                      [] { QThread::msleep(kSettleMilliseconds); }, updates,
+                      [](const QString& path) { return OpenDocument(path); }, SystemAccessHelp()});
   // Later, because the trace may stop in the middle of an exchange.
   opened.SetWhenTraceStopped([&dialog] {
     QMetaObject::invokeMethod(&dialog, &CMainDialog::ShowProblems, Qt::QueuedConnection);

@@ -2,14 +2,13 @@
 #include "app/MainMenu.h"
 
 #include <QMenuBar>
-
-#include "pages/common/Vendor.h"
-
 namespace quillon {
 namespace {
 
+constexpr int kFirmwareCheck = 32779;
+
 QAction* AddEntry(QMenu& menu, const char* text, int command, const std::function<void()>& handler,
-                  const QString& why_disabled = LaterVersion()) {
+                  const QString& why_disabled = {}) {
   QAction* const action = menu.addAction(QString::fromLatin1(text));
   action->setData(command);
   if (handler) {
@@ -40,8 +39,8 @@ void FillMainMenu(QMenuBar& bar, const MainMenuHandlers& handlers, bool auto_upd
   AddEntry(file, "&Exit", 57665, handlers.exit);
 
   QMenu& tools = AddMenu(bar, "&Tools");
-  AddEntry(tools, "&Software version check", 32778, {});
-  AddEntry(tools, "&Firmware version check", 32779, {});
+  AddEntry(tools, "&Software version check", 32778, handlers.check_program);
+  AddEntry(tools, "&Firmware version check", kFirmwareCheck, handlers.check_firmware);
 
   QMenu& options = AddMenu(bar, "Options");
   QAction* const check = AddEntry(options, "Check for updates on startup", 32796, [] {});
@@ -50,9 +49,19 @@ void FillMainMenu(QMenuBar& bar, const MainMenuHandlers& handlers, bool auto_upd
   QObject::connect(check, &QAction::toggled, &options, handlers.toggle_auto_update);
 
   QMenu& help = AddMenu(bar, "&Help");
-  AddEntry(help, "&Help Topics", 57667, {});
+  AddEntry(help, "&Help Topics", 57667, handlers.help);
   help.addSeparator();
   AddEntry(help, "&About...", 100, handlers.about);
+}
+
+void OfferFirmwareCheck(const QMenuBar& bar, bool offer) {
+  for (const QAction* const menu : bar.actions()) {
+    for (QAction* const entry : menu->menu()->actions()) {
+      if (entry->data().toInt() != kFirmwareCheck) continue;
+      entry->setEnabled(offer);
+      entry->setToolTip(offer ? QString() : QObject::tr("There is no board to check for."));
+    }
+  }
 }
 
 QList<QAction*> GrayMainMenu(const QMenuBar& bar) {

@@ -272,6 +272,11 @@ TEST(MainDialog, AsksForWhatIsPressedOnTheHomePageByItsLetterOrCaption) {
   fixture.window.show();
   MainFixture::RunEvents();
   ExpectReadable(fixture.window);
+  fixture.web.opens_documents = true;
+  for (int press = 0; press < 2; ++press) {
+    fixture.prompts.ExpectMessage("Unable to check for updates.", "Version Check",
+                                  Icon::kInformation);
+  }
   auto* const home = fixture.window.findChild<CHomePage*>();
   std::string asked;
   home->connect(home, &CHomePage::RefreshRequested, [&] { asked += 'R'; });
@@ -484,9 +489,9 @@ TEST(MainMenu, HasItsEntriesAndSaysWhyOneIsDisabled) {
   }
   EXPECT_EQ(lines.join("\n"),
             "&File\n61452 &Load... *\n57603 &Save *\n32782 S&ave as... *\n-\n57665 &Exit\n"
-            "&Tools\n32778 &Software version check *\n32779 &Firmware version check *\n"
+            "&Tools\n32778 &Software version check\n32779 &Firmware version check *\n"
             "Options\n32796 Check for updates on startup\n"
-            "&Help\n57667 &Help Topics *\n-\n100 &About...");
+            "&Help\n57667 &Help Topics\n-\n100 &About...");
   ASSERT_NE(check, nullptr);
   EXPECT_TRUE(check->isChecked());
   check->trigger();

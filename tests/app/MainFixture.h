@@ -16,6 +16,7 @@
 #include "pages/common/CPageSet.h"
 #include "sim/Bus.h"
 #include "testing/link/FaultyLibrary.h"
+#include "testing/pages/OwnWeb.h"
 #include "testing/pages/ScriptedPrompts.h"
 #include "tree/CDeviceTreeCtrl.h"
 
@@ -65,7 +66,7 @@ class MainFixture {
                   ++settled;
                   if (on_settle) on_settle();
                 },
-                offers_access ? access.Help() : AccessHelp()}) {}
+                web.Services(), web.Documents(), offers_access ? access.Help() : AccessHelp()}) {}
 
   // A board of ours came; reported as the system does it.
   void ReportArrival() const {
@@ -83,6 +84,7 @@ class MainFixture {
   int settled = 0;
   std::function<void()> on_settle;
   OwnAccess access;
+  OwnWeb web;
   CMainDialog window;
 };
 

@@ -16,6 +16,7 @@
 #include "kernel/EmulatedKernel.h"
 #include "pages/common/CPageSet.h"
 #include "pages/common/CSettingsPage.h"
+#include "testing/pages/OwnWeb.h"
 #include "testing/pages/PageFixture.h"
 #include "testing/pages/ScriptedPrompts.h"
 #include "tree/CDeviceTreeCtrl.h"
@@ -84,10 +85,12 @@ class Program {
       : library(std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(HID_LIBRARY))),
         link(*library),
         notifier(MakeBoardNotifier(*library)),
-        window({link, prompts, *notifier, profile, [this] {
+        window({link, prompts, *notifier, profile,
+                [this] {
                   ++detections;
                   if (on_settle) on_settle();
-                }}) {
+                },
+                web.Services(), web.Documents()}) {
     window.Initialise();
   }
 
@@ -120,6 +123,7 @@ class Program {
   Profile profile;
   int detections = 0;
   std::function<void()> on_settle;
+  OwnWeb web;
   CMainDialog window;
 };
 

@@ -30,15 +30,20 @@ CNodePortPageSet::CNodePortPageSet(PageContext context, QWidget* parent)
 void CNodePortPageSet::ShowPort(int port) {
   const auto hold = Context().link.gate.Enter();
   setCurrentIndex(kInformation);
-  const bool suits = information_->ShowNode(static_cast<std::size_t>(port - 1) / 2);
+  port_ = port;
+  FollowNode();
   ResetIndicators();
+  for (int index = kIoPort; index < count(); ++index) Page(index)->SetPort(port);
+  Page(kIoPort)->RetrieveNow();
+}
+
+void CNodePortPageSet::FollowNode() {
+  const bool suits = information_->ShowNode(static_cast<std::size_t>(port_ - 1) / 2);
   for (int index = kIoPort; index < count(); ++index) {
     SetTabReady(index, suits,
                 tr("Needs a node with the firmware release that this version of Quillon "
                    "configures."));
-    Page(index)->SetPort(port);
   }
-  Page(kIoPort)->RetrieveNow();
 }
 
 }  // namespace quillon

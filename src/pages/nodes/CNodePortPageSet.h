@@ -19,9 +19,12 @@ class CNodePortPageSet : public CTabSet {
   // decides whether the other tabs are enabled, and retrieves the port itself in either case. The
   // pages forget what they held of another port or board. Also for a caller that holds the gate.
   void ShowPort(int port);
+  // Shows what the table knows now of the node of the port that was shown last. Asks no board.
+  void FollowNode();
 
  private:
   CNodeInformationPage* information_;
+  int port_ = 1;
 };
 
 }  // namespace quillon

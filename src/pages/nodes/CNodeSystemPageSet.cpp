@@ -4,6 +4,7 @@
 #include <QSignalBlocker>
 #include <QTabBar>
 
+#include "firmware/NodeStatus.h"
 #include "pages/common/CDeviceConfigPage.h"
 #include "pages/nodes/CExpansionCardPage.h"
 #include "pages/nodes/CIoPortsPage.h"
@@ -24,7 +25,7 @@ CNodeSystemPageSet::CNodeSystemPageSet(PageContext context, QWidget* parent)
   AddTab("tab-card", tr("Expansion Card Configuration"), [this] { return MakeExpansionCards(); });
   AddPage<CIoPortsPage>("io_ports", "tab-ports");
   connect(Tab(0)->findChild<CDeviceConfigPage*>(), &CDeviceConfigPage::BoardReported, this,
-          &CNodeSystemPageSet::OnBoardReported);
+          &CNodeSystemPageSet::ShowNodes);
 }
 
 QWidget* CNodeSystemPageSet::MakeNodeConfig() {
@@ -47,7 +48,14 @@ QWidget* CNodeSystemPageSet::MakeExpansionCards() {
   return new CScrollPane(cards_);
 }
 
-void CNodeSystemPageSet::OnBoardReported() {
+void CNodeSystemPageSet::RefreshNodes() {
+  auto& [library, table, gate] = Context().link;
+  if (QueryNodeStatus(library, table) == NodeStatusAnswer::kNone) return;
+  ShowNodes();
+  Config().FollowNodes();
+}
+
+void CNodeSystemPageSet::ShowNodes() {
   if (node_config_ != nullptr) node_config_->ShowNodes();
   if (cards_ != nullptr) cards_->ShowCards();
 }

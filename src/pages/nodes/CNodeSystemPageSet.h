@@ -18,11 +18,15 @@ class CNodeSystemPageSet : public CPageSet {
  public:
   explicit CNodeSystemPageSet(PageContext context, QWidget* parent = nullptr);
 
+  // Asks the current board for its nodes and shows the answer on all pages. Without an answer they
+  // stay as they are. The caller holds the gate.
+  void RefreshNodes();
+
  private:
   QWidget* MakeNodeConfig();
   QWidget* MakeExpansionCards();
 
-  void OnBoardReported();
+  void ShowNodes();
   void OnAddressed();
   void LockPages(bool locked);
 
