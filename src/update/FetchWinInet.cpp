@@ -65,10 +65,13 @@ class Request {
   int redirects_ = 0;
 };
 
-// An endless redirect would keep a thread busy that nobody waits for.
+// The end of a request that is sent on too often, or that nobody waits for any more.
 void CALLBACK OnStatus(HINTERNET handle, DWORD_PTR context, DWORD status, LPVOID, DWORD) {
   if (status != INTERNET_STATUS_REDIRECT) return;
-  if (!reinterpret_cast<Request*>(context)->MayFollow()) InternetCloseHandle(handle);
+  auto& request = *reinterpret_cast<Request*>(context);
+  if (request.MayFollow()) return;
+  request.Deliver({});  // at once, because closing the handle need not end the call
+  InternetCloseHandle(handle);
 }
 
 bool IsGoodAnswer(HINTERNET answer) {
