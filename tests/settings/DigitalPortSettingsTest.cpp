@@ -60,26 +60,4 @@ TEST(DigitalPortSettings, TravelAsTheBoardHoldsThem) {
   EXPECT_EQ(bank.Outgoing(1), inputs);
 }
 
-TEST(DigitalPortSettings, TellWhatTheBoardHoldsAndIsNotShown) {
-  Sheet ports(PagesOf(kPorts)[0]);
-  const Cell master = At(ports, "board 1 master_switch"), mode = At(ports, "port 1 mode");
-  Bytes held(18);
-  held[0] = 300 & 0xFF, held[1] = 300 >> 8, held[2] = 0x20;
-  ports.Retrieved(0, held);
-  EXPECT_EQ(ports.MarkOf(master), Mark::kHidden);
-  EXPECT_EQ(ports.NoteOf(master),
-            "The board holds a value that this page does not offer: code 300. Update replaces it "
-            "by None.");
-  EXPECT_EQ(ports.MarkOf(mode), Mark::kCorrected);
-  EXPECT_EQ(ports.NoteOf(mode),
-            "The board holds Rotary (code 2). Update replaces it by Rotary (code 3).");
-  EXPECT_EQ(ports.Hidden(), 1);
-  const Bytes sent = ports.Outgoing(0);
-  EXPECT_EQ(Bytes(sent.begin(), sent.begin() + 3), (Bytes{0x00, 0x00, 0x30}));
-  ports.Stored(0, sent, sent.size());
-  ports.Retrieved(0, sent);
-  EXPECT_EQ(ports.MarkOf(mode), Mark::kNone) << "it shows just what it stored";
-  EXPECT_EQ(ports.Hidden(), 0);
-}
-
 }  // namespace quillon::testing

@@ -77,6 +77,7 @@ TEST(Sheet, TakesALoneFalcoAwayWithTheNextChoice) {
 TEST(Sheet, TellsWhatTheBoardHoldsAndIsNotShown) {
   using enum Mark;
   const struct {
+    BoardFamily family;
     const char* page;
     const char* place;
     const char* held;
@@ -87,33 +88,37 @@ TEST(Sheet, TellsWhatTheBoardHoldsAndIsNotShown) {
     std::string note;
   } cases[]{
       // Modes of HATs that nothing stands for, that are the other connector's, that look like one.
-      {"hat", "hat 1 mode", "07000100", 0, "01", kHidden, 1,
+      {kFull, "hat", "hat 1 mode", "07000100", 0, "01", kHidden, 1,
        "Incremental. Update replaces it by POV."},
-      {"hat", "hat 2 mode", "01000D00", 0, "010001", kHidden, 1,
+      {kFull, "hat", "hat 2 mode", "01000D00", 0, "010001", kHidden, 1,
        "code 6. Update replaces it by POV."},
-      {"hat", "hat 1 mode", "0B000100", 6, "0D", kCorrected, 0,
+      {kFull, "hat", "hat 1 mode", "0B000100", 6, "0D", kCorrected, 0,
        "ORB : 12-Bit DACs. Update replaces it by TARN20-XY."},
-      {"analog", "analog 1 filter", "*FF", 10, "AF", kCorrected, 0,
+      {kFull, "analog", "analog 1 filter", "*FF", 10, "AF", kCorrected, 0,
        "code 15. Update replaces it by 10."},
-      {"analog", "analog 1 on", "*03", 1, "03", kNone, 0, ""},
+      {kFull, "analog", "analog 1 on", "*03", 1, "03", kNone, 0, ""},
       // Axes of a channel that is off.
-      {"analog", "analog 1 axis_z", "*04", 0, "040400", kHidden, 8,
+      {kFull, "analog", "analog 1 axis_z", "*04", 0, "040400", kHidden, 8,
        "on. Update replaces it by off."},
-      {"axis_tweak", "axis 1 trim_min", "*C8", 200, "C8C8", kNone, 0, ""},
-      {"digital", "input 1 mode", "*50", 0, "00", kHidden, 16,
+      {kFull, "axis_tweak", "axis 1 trim_min", "*C8", 200, "C8C8", kNone, 0, ""},
+      {kFull, "digital", "input 1 mode", "*50", 0, "00", kHidden, 16,
        "code 5. Update replaces it by Normal."},
       // The module behind a port that is off, and modules of later boards.
-      {"expansion", "port 1 module", "0002", 1, "0001", kHidden, 1,
+      {kFull, "expansion", "port 1 module", "0002", 1, "0001", kHidden, 1,
        "Absolute SSI Encoders. Update replaces it by Lumen Card."},
-      {"expansion", "port 1 module", "0001", 1, "0001", kNone, 0, ""},
-      {"expansion", "port 1 module", "0109", 1, "0109", kHidden, 1,
+      {kFull, "expansion", "port 1 module", "0001", 1, "0001", kNone, 0, ""},
+      {kFull, "expansion", "port 1 module", "0109", 1, "0109", kHidden, 1,
        "code 9. It is kept until another value is chosen."},
-      {"expansion", "port 1 module", "0009", 1, "0001", kHidden, 1,
+      {kFull, "expansion", "port 1 module", "0009", 1, "0001", kHidden, 1,
        "code 9. Update replaces it by Lumen Card."},
+      {kPorts, "ports", "board 1 master_switch", "2C01 *00", 0, "0000", kHidden, 1,
+       "a value that this page does not offer: code 300. Update replaces it by None."},
+      {kPorts, "ports", "port 1 mode", "0000 20 *00", 3, "000030", kCorrected, 0,
+       "Rotary (code 2). Update replaces it by Rotary (code 3)."},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(std::string(c.place) + ' ' + c.held);
-    Sheet sheet(*FindPage(kFull, c.page));
+    Sheet sheet(*FindPage(c.family, c.page));
     sheet.Retrieved(0, Hex(c.held, sheet.Exchanges()[0].block->bytes));
     const Cell cell = At(sheet, c.place);
     EXPECT_EQ(sheet.Code(cell), c.shown);
@@ -131,6 +136,8 @@ TEST(Sheet, TellsWhatTheBoardHoldsAndIsNotShown) {
     sent = sheet.Outgoing(0);
     sheet.Stored(0, sent, sent.size());
     EXPECT_EQ(sheet.MarkOf(cell), kNone);
+    sheet.Retrieved(0, sent);
+    EXPECT_EQ(sheet.MarkOf(cell), kNone) << "it shows just what it stored";
   }
 }
 
