@@ -7,7 +7,6 @@
 #include <QNetworkReply>
 #include <QTimer>
 
-#include "update/InputPause.h"
 #include "update/WebAddress.h"
 
 namespace quillon {
@@ -58,7 +57,7 @@ QNetworkAccessManager& FetchQt::Manager() {
 }
 
 Fetched FetchQt::Get(const QString& address, std::size_t limit) {
-  if (waiting_ != nullptr || !IsWebAddress(address)) return {};
+  if (wait_.IsUnderWay() || !IsWebAddress(address)) return {};
   QEventLoop loop;
   QTimer::singleShot(time_limit_, Qt::PreciseTimer, &loop, &QEventLoop::quit);
   const std::unique_ptr<QNetworkReply> reply(Manager().get(RequestFor(address)));
@@ -70,12 +69,7 @@ Fetched FetchQt::Get(const QString& address, std::size_t limit) {
   };
   QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop, take);
   QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-  if (!reply->isFinished()) {
-    const InputPause pause;
-    waiting_ = &loop;
-    loop.exec();
-    waiting_ = nullptr;
-  }
+  if (!reply->isFinished() && !wait_.Run(loop)) return {};
   // The loop also ends when the time is over, and when the program quits.
   const bool full = fetched.text.size() == limit;
   if ((!full && !reply->isFinished()) || !IsGoodAnswer(*reply)) return {};
@@ -83,10 +77,6 @@ Fetched FetchQt::Get(const QString& address, std::size_t limit) {
   const bool failed = fetched.text.empty() && reply->error() != QNetworkReply::NoError;
   fetched.end = failed ? FetchEnd::kReadFailed : FetchEnd::kText;
   return fetched;
-}
-
-void FetchQt::Stop() {
-  if (waiting_ != nullptr) waiting_->quit();
 }
 
 std::unique_ptr<Fetch> MakeFetch() { return std::make_unique<FetchQt>(); }

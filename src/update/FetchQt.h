@@ -2,8 +2,8 @@
 #pragma once
 
 #include "update/Fetch.h"
+#include "update/RequestWait.h"
 
-class QEventLoop;
 class QNetworkAccessManager;
 
 namespace quillon {
@@ -15,7 +15,7 @@ class FetchQt : public Fetch {
   ~FetchQt() override;
 
   Fetched Get(const QString& address, std::size_t limit) override;
-  void Stop() override;
+  void Stop() override { wait_.Stop(); }
 
  private:
   QNetworkAccessManager& Manager();
@@ -23,7 +23,7 @@ class FetchQt : public Fetch {
   std::chrono::milliseconds time_limit_;
   // Lives on after a request: when it goes, it may wait seconds for its thread.
   std::unique_ptr<QNetworkAccessManager> manager_;
-  QEventLoop* waiting_ = nullptr;  // of the Get() that is under way
+  RequestWait wait_;
 };
 
 }  // namespace quillon

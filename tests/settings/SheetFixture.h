@@ -4,8 +4,10 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "settings/Sheet.h"
@@ -13,6 +15,43 @@
 namespace quillon::testing {
 
 using Bytes = std::vector<std::uint8_t>;
+
+// `size` bytes in hexadecimal; what is behind a * stands there again and again. Blanks are for the
+// reader.
+inline Bytes Hex(std::string digits, std::size_t size) {
+  std::erase(digits, ' ');
+  if (const auto star = digits.find('*'); star != digits.npos) {
+    digits.erase(star, 1);
+    const std::string record = digits.substr(star);
+    while (digits.size() < size * 2) digits += record;
+  }
+  EXPECT_EQ(digits.size(), size * 2);
+  Bytes bytes;
+  for (std::size_t at = 0; at < digits.size(); at += 2)
+    bytes.push_back(static_cast<std::uint8_t>(std::stoi(digits.substr(at, 2), nullptr, 16)));
+  return bytes;
+}
+
+// The cell of "input 3 mode": a table, a line and a setting.
+inline Cell At(const Sheet& sheet, const std::string& place) {
+  std::istringstream words(place);
+  std::string table, setting;
+  int line = 0;
+  words >> table >> line >> setting;
+  return sheet.Find(table, line, setting).value();
+}
+
+// Those of "input 3 mode 4, input 4 mode 1", and the codes.
+inline std::vector<std::pair<Cell, std::uint32_t>> CodesAt(const Sheet& sheet,
+                                                           const std::string& list) {
+  std::vector<std::pair<Cell, std::uint32_t>> codes;
+  std::istringstream items(list);
+  for (std::string item; std::getline(items >> std::ws, item, ',');) {
+    const std::size_t blank = item.rfind(' ');
+    codes.emplace_back(At(sheet, item), std::stoul(item.substr(blank)));
+  }
+  return codes;
+}
 
 // The settings of a line that are not 0, as "on=1 filter=5".
 inline std::string CodesOf(const Sheet& sheet, std::string_view table, int line) {

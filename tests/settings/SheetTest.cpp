@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <cstring>
+
 #include "settings/SheetFixture.h"
 
 namespace quillon::testing {
@@ -8,237 +10,141 @@ namespace {
 
 using ::testing::ElementsAre;
 
-struct Place {
-  const char* table;
-  int line;
-  const char* setting;
-};
-
-struct OnePage : Sheet {
-  OnePage(BoardFamily family, const char* page) : Sheet(*FindPage(family, page)) {}
-
-  Cell At(const Place& place) const { return *Find(place.table, place.line, place.setting); }
-};
+constexpr auto kFull = BoardFamily::kJoystick;
+constexpr auto kSmall = BoardFamily::kSmallJoystick;
+constexpr auto kMatrix = BoardFamily::kScanMatrix;
+constexpr auto kPorts = BoardFamily::kDigitalPorts;
+constexpr auto kBanks = BoardFamily::kInputBanks;
 
 }  // namespace
 
 TEST(Sheet, AppliesTheRulesOfItsPage) {
-  constexpr auto kFull = BoardFamily::kJoystick;
-  constexpr auto kMatrix = BoardFamily::kScanMatrix;
-  struct Case {
+  const struct {
     BoardFamily family;
     const char* page;
-    std::vector<std::pair<Place, std::uint32_t>> edits;
-    std::vector<std::pair<Place, std::uint32_t>> then;
-  };
-  const Place hat1{"hat", 1, "mode"}, hat2{"hat", 2, "mode"};
-  const Case cases[]{
+    const char* edits;
+    const char* then;
+  } cases[]{
       // One channel at most drives an axis; a channel may drive several.
-      {kFull,
-       "analog",
-       {{{"analog", 3, "axis_x"}, 1}},
-       {{{"analog", 3, "axis_x"}, 1}, {{"analog", 3, "axis_z"}, 1}, {{"analog", 1, "axis_x"}, 0}}},
-      {kFull,
-       "analog",
-       {{{"encoder", 1, "axis_x"}, 1}, {{"incremental", 1, "axis_y"}, 1}},
-       {{{"analog", 1, "axis_x"}, 0}, {{"analog", 2, "axis_y"}, 0}, {{"encoder", 1, "on"}, 0}}},
+      {kFull, "analog", "analog 3 axis_x 1",
+       "analog 3 axis_x 1, analog 3 axis_z 1, analog 1 axis_x 0"},
+      {kFull, "analog", "encoder 1 axis_x 1, incremental 1 axis_y 1",
+       "analog 1 axis_x 0, analog 2 axis_y 0, encoder 1 on 0"},
       // A pair is Rotary on both inputs or on neither.
-      {kFull, "digital", {{{"input", 4, "mode"}, 4}}, {{{"input", 3, "mode"}, 4}}},
-      {kFull,
-       "digital",
-       {{{"input", 4, "mode"}, 4}, {{"input", 3, "mode"}, 1}},
-       {{{"input", 4, "mode"}, 0}, {{"input", 3, "mode"}, 1}}},
-      {kFull,
-       "digital",
-       {{{"input", 5, "mode"}, 2}, {{"input", 6, "mode"}, 1}},
-       {{{"input", 5, "mode"}, 2}}},
-      {kMatrix,
-       "digital",
-       {{{"input", 63, "mode"}, 2}, {{"input", 64, "mode"}, 1}},
-       {{{"input", 63, "mode"}, 0}}},
-      {kMatrix, "digital", {{{"input", 64, "mode"}, 2}}, {{{"input", 63, "mode"}, 2}}},
-      {kFull, "digital", {{{"input", 7, "encoder"}, 2}}, {{{"input", 8, "encoder"}, 2}}},
-      {kFull,
-       "digital",
-       {{{"input", 2, "master"}, 1}, {{"input", 9, "master"}, 1}},
-       {{{"input", 2, "master"}, 0}, {{"input", 9, "master"}, 1}}},
-      {kFull, "hat", {{hat1, 4}}, {{hat2, 4}}},
-      {kFull, "hat", {{hat2, 4}}, {{hat1, 4}}},
-      {kFull, "hat", {{hat2, 4}, {hat2, 1}}, {{hat1, 0}, {hat2, 1}}},
-      {kFull, "hat", {{hat1, 4}, {hat1, 6}}, {{hat1, 6}, {hat2, 0}}},
-      {kFull, "hat", {{hat1, 3}, {hat2, 1}}, {{hat1, 3}, {hat2, 1}}},
+      {kFull, "digital", "input 4 mode 4", "input 3 mode 4"},
+      {kFull, "digital", "input 4 mode 4, input 3 mode 1", "input 4 mode 0, input 3 mode 1"},
+      {kFull, "digital", "input 5 mode 2, input 6 mode 1", "input 5 mode 2"},
+      {kMatrix, "digital", "input 63 mode 2, input 64 mode 1", "input 63 mode 0"},
+      {kMatrix, "digital", "input 64 mode 2", "input 63 mode 2"},
+      {kFull, "digital", "input 7 encoder 2", "input 8 encoder 2"},
+      {kFull, "digital", "input 2 master 1, input 9 master 1",
+       "input 2 master 0, input 9 master 1"},
+      {kFull, "hat", "hat 1 mode 4", "hat 2 mode 4"},
+      {kFull, "hat", "hat 2 mode 4", "hat 1 mode 4"},
+      {kFull, "hat", "hat 2 mode 4, hat 2 mode 1", "hat 1 mode 0, hat 2 mode 1"},
+      {kFull, "hat", "hat 1 mode 4, hat 1 mode 6", "hat 1 mode 6, hat 2 mode 0"},
+      {kFull, "hat", "hat 1 mode 3, hat 2 mode 1", "hat 1 mode 3, hat 2 mode 1"},
+      // One port at most is Rotary.
+      {kPorts, "ports", "port 1 mode 1, port 8 mode 2, port 5 mode 2, port 6 encoder 3",
+       "port 1 mode 0, port 5 mode 2, port 5 encoder 0, port 6 encoder 3, port 8 mode 0"},
+      {kPorts, "ports", "port 5 mode 2, port 1 mode 1", "port 1 mode 1, port 5 mode 2"},
+      {kBanks, "ports", "input 4 mode 4", "input 3 mode 4, input 5 mode 0"},
+      {kBanks, "ports", "input 31 mode 4, input 32 mode 3", "input 31 mode 0, input 32 mode 3"},
+      {kBanks, "ports", "input 3 encoder 2",
+       "input 3 encoder 2, input 4 encoder 2, input 4 mode 0"},
   };
-  for (const Case& c : cases) {
-    OnePage sheet(c.family, c.page);
-    for (const auto& [place, code] : c.edits) sheet.Edit(sheet.At(place), code);
-    for (const auto& [place, code] : c.then)
-      EXPECT_EQ(sheet.Code(sheet.At(place)), code)
-          << c.page << " case " << &c - cases << ": " << place.table << ' ' << place.line << ' '
-          << place.setting;
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.edits);
+    Sheet sheet(*FindPage(c.family, c.page));
+    for (const auto& [cell, code] : CodesAt(sheet, c.edits)) sheet.Edit(cell, code);
+    for (const auto& [cell, code] : CodesAt(sheet, c.then))
+      EXPECT_EQ(sheet.Code(cell), code) << sheet.RowNameOf(cell) << ' ' << sheet.SettingOf(cell).id;
   }
 }
 
 // A board that holds a FALCO on one connector shows it until the next choice, of the damping too.
 TEST(Sheet, TakesALoneFalcoAwayWithTheNextChoice) {
-  for (const Place edited : {Place{"damping", 1, "damping"}, Place{"hat", 2, "mode"}}) {
-    OnePage sheet(BoardFamily::kJoystick, "hat");
+  for (const char* const edited : {"damping 1 damping", "hat 2 mode"}) {
+    Sheet sheet(*FindPage(kFull, "hat"));
     sheet.Retrieved(0, Bytes{0x09, 0, 0x03, 0});
-    sheet.Edit(sheet.At({"hat", 1, "on"}), 0);
-    EXPECT_EQ(sheet.Code(sheet.At({"hat", 1, "mode"})), 4U);
-    sheet.Edit(sheet.At(edited), 1);
-    EXPECT_EQ(sheet.Code(sheet.At({"hat", 1, "mode"})), 0U);
+    sheet.Edit(At(sheet, "hat 1 on"), 0);
+    EXPECT_EQ(sheet.Code(At(sheet, "hat 1 mode")), 4U);
+    sheet.Edit(At(sheet, edited), 1);
+    EXPECT_EQ(sheet.Code(At(sheet, "hat 1 mode")), 0U);
   }
 }
 
 TEST(Sheet, TellsWhatTheBoardHoldsAndIsNotShown) {
-  constexpr auto kFull = BoardFamily::kJoystick;
-  struct Case {
-    const char* what;
+  using enum Mark;
+  const struct {
+    BoardFamily family;
     const char* page;
-    Bytes held;
-    Place place;
+    const char* place;
+    const char* held;
     std::uint32_t shown;
+    const char* sent;  // the front of it
     Mark mark;
-    const char* note;
     int hidden;
-    Bytes sent;  // the front of it
+    std::string note;
+  } cases[]{
+      // Modes of HATs that nothing stands for, that are the other connector's, that look like one.
+      {kFull, "hat", "hat 1 mode", "07000100", 0, "01", kHidden, 1,
+       "Incremental. Update replaces it by POV."},
+      {kFull, "hat", "hat 2 mode", "01000D00", 0, "010001", kHidden, 1,
+       "code 6. Update replaces it by POV."},
+      {kFull, "hat", "hat 1 mode", "0B000100", 6, "0D", kCorrected, 0,
+       "ORB : 12-Bit DACs. Update replaces it by TARN20-XY."},
+      {kFull, "analog", "analog 1 filter", "*FF", 10, "AF", kCorrected, 0,
+       "code 15. Update replaces it by 10."},
+      {kFull, "analog", "analog 1 on", "*03", 1, "03", kNone, 0, ""},
+      // Axes of a channel that is off.
+      {kFull, "analog", "analog 1 axis_z", "*04", 0, "040400", kHidden, 8,
+       "on. Update replaces it by off."},
+      {kFull, "axis_tweak", "axis 1 trim_min", "*C8", 200, "C8C8", kNone, 0, ""},
+      {kFull, "digital", "input 1 mode", "*50", 0, "00", kHidden, 16,
+       "code 5. Update replaces it by Normal."},
+      // The module behind a port that is off, and modules of later boards.
+      {kFull, "expansion", "port 1 module", "0002", 1, "0001", kHidden, 1,
+       "Absolute SSI Encoders. Update replaces it by Lumen Card."},
+      {kFull, "expansion", "port 1 module", "0001", 1, "0001", kNone, 0, ""},
+      {kFull, "expansion", "port 1 module", "0109", 1, "0109", kHidden, 1,
+       "code 9. It is kept until another value is chosen."},
+      {kFull, "expansion", "port 1 module", "0009", 1, "0001", kHidden, 1,
+       "code 9. Update replaces it by Lumen Card."},
+      {kPorts, "ports", "board 1 master_switch", "2C01 *00", 0, "0000", kHidden, 1,
+       "a value that this page does not offer: code 300. Update replaces it by None."},
+      {kPorts, "ports", "port 1 mode", "0000 20 *00", 3, "000030", kCorrected, 0,
+       "Rotary (code 2). Update replaces it by Rotary (code 3)."},
   };
-  const Case cases[]{
-      {"a mode that nothing stands for",
-       "hat",
-       {0x07, 0, 0x01, 0},
-       {"hat", 1, "mode"},
-       0,
-       Mark::kHidden,
-       "The board holds Incremental. Update replaces it by POV.",
-       1,
-       {0x01}},
-      {"one of the other connector",
-       "hat",
-       {0x01, 0, 0x0D, 0},
-       {"hat", 2, "mode"},
-       0,
-       Mark::kHidden,
-       "The board holds code 6. Update replaces it by POV.",
-       1,
-       {0x01, 0, 0x01}},
-      {"shown as what it is not",
-       "hat",
-       {0x0B, 0, 0x01, 0},
-       {"hat", 1, "mode"},
-       6,
-       Mark::kCorrected,
-       "The board holds ORB : 12-Bit DACs. Update replaces it by TARN20-XY.",
-       0,
-       {0x0D}},
-      {"above its range",
-       "analog",
-       Bytes(24, 0xFF),
-       {"analog", 1, "filter"},
-       10,
-       Mark::kCorrected,
-       "The board holds code 15. Update replaces it by 10.",
-       0,
-       {0xAF}},
-      {"on without an axis",
-       "analog",
-       Bytes(24, 0x03),
-       {"analog", 1, "on"},
-       1,
-       Mark::kNone,
-       "",
-       0,
-       {0x03}},
-      {"axes of a channel that is off",
-       "analog",
-       Bytes(24, 0x04),
-       {"analog", 1, "axis_z"},
-       0,
-       Mark::kHidden,
-       "The board holds on. Update replaces it by off.",
-       8,
-       {0x04, 0x04, 0x00}},
-      {"more percent than can be chosen",
-       "axis_tweak",
-       Bytes(32, 0xC8),
-       {"axis", 1, "trim_min"},
-       200,
-       Mark::kNone,
-       "",
-       0,
-       {0xC8, 200}},
-      {"a mode and a decoding",
-       "digital",
-       Bytes(48, 0x50),
-       {"input", 1, "mode"},
-       0,
-       Mark::kHidden,
-       "The board holds code 5. Update replaces it by Normal.",
-       16,
-       {0x00}},
-      {"the module behind a port that is off",
-       "expansion",
-       {0, 2},
-       {"port", 1, "module"},
-       1,
-       Mark::kHidden,
-       "The board holds Absolute SSI Encoders. Update replaces it by Lumen Card.",
-       1,
-       {0, 1}},
-      {"the same module there",
-       "expansion",
-       {0, 1},
-       {"port", 1, "module"},
-       1,
-       Mark::kNone,
-       "",
-       0,
-       {0, 1}},
-      {"a module of later boards",
-       "expansion",
-       {1, 9},
-       {"port", 1, "module"},
-       1,
-       Mark::kHidden,
-       "The board holds code 9. It is kept until another value is chosen.",
-       1,
-       {1, 9}},
-      {"one that is off",
-       "expansion",
-       {0, 9},
-       {"port", 1, "module"},
-       1,
-       Mark::kHidden,
-       "The board holds code 9. Update replaces it by Lumen Card.",
-       1,
-       {0, 1}},
-  };
-  for (const Case& c : cases) {
-    SCOPED_TRACE(c.what);
-    OnePage sheet(kFull, c.page);
-    sheet.Retrieved(0, c.held);
-    const Cell cell = sheet.At(c.place);
+  for (const auto& c : cases) {
+    SCOPED_TRACE(std::string(c.place) + ' ' + c.held);
+    Sheet sheet(*FindPage(c.family, c.page));
+    sheet.Retrieved(0, Hex(c.held, sheet.Exchanges()[0].block->bytes));
+    const Cell cell = At(sheet, c.place);
     EXPECT_EQ(sheet.Code(cell), c.shown);
     EXPECT_EQ(sheet.MarkOf(cell), c.mark);
-    EXPECT_EQ(sheet.NoteOf(cell), c.note);
+    EXPECT_EQ(sheet.NoteOf(cell), c.note.empty() ? "" : "The board holds " + c.note);
     EXPECT_EQ(sheet.Hidden(), c.hidden);
     EXPECT_FALSE(sheet.AnyEdited());
     auto sent = sheet.Outgoing(0);
-    EXPECT_EQ(Bytes(sent.begin(), sent.begin() + std::ptrdiff_t(c.sent.size())), c.sent);
+    const Bytes front = Hex(c.sent, std::strlen(c.sent) / 2);
+    EXPECT_TRUE(std::equal(front.begin(), front.end(), sent.begin()));
 
     sheet.Edit(cell, c.shown);
-    EXPECT_NE(sheet.MarkOf(cell), Mark::kHidden) << "chosen, though it is shown already";
-    EXPECT_EQ(sheet.MarkOf(cell) == Mark::kEdited, c.mark == Mark::kHidden);
+    EXPECT_NE(sheet.MarkOf(cell), kHidden) << "chosen, though it is shown already";
+    EXPECT_EQ(sheet.MarkOf(cell) == kEdited, c.mark == kHidden);
     sent = sheet.Outgoing(0);
     sheet.Stored(0, sent, sent.size());
-    EXPECT_EQ(sheet.MarkOf(cell), Mark::kNone);
+    EXPECT_EQ(sheet.MarkOf(cell), kNone);
+    sheet.Retrieved(0, sent);
+    EXPECT_EQ(sheet.MarkOf(cell), kNone) << "it shows just what it stored";
   }
 }
 
 TEST(Sheet, TellsThatAChannelIsStoredAsOffWithoutAnAxis) {
-  OnePage sheet(BoardFamily::kJoystick, "analog");
+  Sheet sheet(*FindPage(kFull, "analog"));
   sheet.Retrieved(0, Bytes(24, 0));
-  const Cell on = sheet.At({"analog", 1, "on"});
+  const Cell on = At(sheet, "analog 1 on");
   const auto store = [&] {
     const auto sent = sheet.Outgoing(0);
     sheet.Stored(0, sent, sent.size());
@@ -252,15 +158,15 @@ TEST(Sheet, TellsThatAChannelIsStoredAsOffWithoutAnAxis) {
   sheet.Edit(on, 0);
   EXPECT_EQ(sheet.MarkOf(on), Mark::kNone);
   sheet.Edit(on, 1);
-  sheet.Edit(sheet.At({"analog", 1, "axis_y"}), 1);
+  sheet.Edit(At(sheet, "analog 1 axis_y"), 1);
   EXPECT_EQ(store(), 1);
   EXPECT_EQ(sheet.MarkOf(on), Mark::kNone);
 }
 
 TEST(Sheet, KnowsEachBlockAndEachByteForItself) {
-  OnePage sheet(BoardFamily::kScanMatrix, "digital");
-  const Cell front = sheet.At({"input", 59, "invert"}), back = sheet.At({"input", 60, "invert"});
-  const Cell pair = sheet.At({"input", 1, "hold"});
+  Sheet sheet(*FindPage(kMatrix, "digital"));
+  const Cell front = At(sheet, "input 59 invert"), back = At(sheet, "input 60 invert");
+  const Cell pair = At(sheet, "input 1 hold");
   const auto marks = [&] {
     return std::vector{sheet.MarkOf(front), sheet.MarkOf(back), sheet.MarkOf(pair)};
   };
@@ -342,42 +248,27 @@ TEST(Sheet, DescribesItsSettings) {
   const struct {
     BoardFamily family;
     const char* page;
-    Place place;
+    const char* place;
     const char* text;
     const char* description;
   } cases[]{
-      {BoardFamily::kJoystick, "analog", {"analog", 2, "axis_x"}, "off", "several. Default: off."},
-      {BoardFamily::kJoystick, "analog", {"analog", 2, "axis_y"}, "on", "several. Default: on."},
-      {BoardFamily::kJoystick,
-       "analog",
-       {"analog", 1, "resolution"},
-       "12 Bits",
-       "4 Bits to 12 Bits. Default: 12 Bits."},
-      {BoardFamily::kJoystick,
-       "analog",
-       {"encoder", 1, "resolution"},
-       "12 Bits",
-       "4 Bits to 13 Bits. Default: 12 Bits."},
-      {BoardFamily::kJoystick,
-       "digital",
-       {"input", 2, "pulse_width"},
-       "0",
-       "0 to 255. Default: 0."},
-      {BoardFamily::kJoystick,
-       "hat",
-       {"damping", 5, "damping"},
-       "MID",
-       "HI, MID, LO, OFF. Default: MID."},
-      {BoardFamily::kSmallJoystick,
-       "digital",
-       {"board", 1, "scan_matrix"},
-       "off",
-       "Load page defaults leaves this as it is."},
+      {kFull, "analog", "analog 2 axis_x", "off", "several. Default: off."},
+      {kFull, "analog", "analog 2 axis_y", "on", "several. Default: on."},
+      {kFull, "analog", "analog 1 resolution", "12 Bits", "4 Bits to 12 Bits. Default: 12 Bits."},
+      {kFull, "analog", "encoder 1 resolution", "12 Bits", "4 Bits to 13 Bits. Default: 12 Bits."},
+      {kFull, "digital", "input 2 pulse_width", "0", "0 to 255. Default: 0."},
+      {kFull, "hat", "damping 5 damping", "MID", "HI, MID, LO, OFF. Default: MID."},
+      {kFull, "hat", "hat 1 mode", "POV",
+       "POV, Digital, Incremental, FALCO, ORB : 12-Bit DACs, TARN20-XY. Default: POV."},
+      {kFull, "hat", "hat 2 mode", "POV",
+       "POV, Digital, ORB : Shifter Display, FALCO. Default: POV."},
+      {kSmall, "digital", "board 1 scan_matrix", "off", "Load page defaults leaves this as it is."},
   };
   for (const auto& c : cases) {
-    const OnePage sheet(c.family, c.page);
-    EXPECT_EQ(sheet.TextOf(sheet.At(c.place)), c.text);
-    EXPECT_THAT(sheet.DescriptionOf(sheet.At(c.place)), ::testing::EndsWith(c.description));
+    const Sheet sheet(*FindPage(c.family, c.page));
+    const Cell cell = At(sheet, c.place);
+    EXPECT_EQ(sheet.TextOf(cell), c.text);
+    EXPECT_THAT(sheet.DescriptionOf(cell), ::testing::EndsWith(c.description));
   }
 }
 

@@ -11,6 +11,8 @@ namespace {
 
 using End = TransferResult::End;
 
+constexpr bool kRead = false, kWrite = true;
+
 constexpr Block kWhole{.id = "whole", .read = 0x11, .write = 0x0D, .bytes = 2, .tables = {}};
 constexpr Block kUnchecked{
     .id = "", .read = 0x14, .write = 0x10, .bytes = 2, .tables = {}, .write_checked = false};
@@ -22,7 +24,7 @@ constexpr Block kRange{.id = "range",
                        .end = 72,
                        .bytes = 64,
                        .tables = {}};
-// The word of an I/O port: that of a node's first port starts at 6, that of its second at 8.
+// The word of an I/O port.
 constexpr Block kPort{.id = "port",
                       .way = Way::kNode,
                       .read = 0x25,
@@ -48,113 +50,51 @@ std::string Bytes(int first, int last) {
 TEST(Transfer, SendsTheRequestOfTheBlocksWayAndTellsHowItEnded) {
   const std::string first = "write 0 -> 0 : 00 3b 08 43 0e 01" + Bytes(1, 59);
   const std::string second = "write 0 -> 0 : 00 05 43 48 0e 01" + Bytes(60, 64) + Bytes(6, 59);
+  const std::string half_of_it = first + "\nread 0 -> 0 : 0e *\n" + second;
+  const std::string ask = "write 0 -> 0 : 00 00 00 00 11 *\n";
+  const std::string tell = " 00 00 00 00 0d 01 01 02 *\n";
+  const std::string unchecked = " 00 00 00 00 10 01 01 02 *\n";
   const struct {
     const char* name;
     bool write;
     const Block& block;
-    NodePort about;
     std::string exchanges;
-    TransferResult result;
+    End end;
+    std::size_t bytes;
   } cases[]{
-      {"read",
-       false,
-       kWhole,
-       {},
-       "write 0 -> 0 : 00 00 00 00 11 *\nread 0 -> 0 : 11 01 02 *",
-       {End::kDone, 2}},
-      {"a failed write of a query",
-       false,
-       kWhole,
-       {},
-       "write 0 -> 1 : 00 00 00 00 11 *\nread 0 -> 0 : 11 01 02 *",
-       {End::kDone, 2}},
-      {"no answer", false, kWhole, {}, "write 0 -> 0 : 00 00 00 00 11 *\nread 0 -> 4", {}},
-      {"another echo",
-       false,
-       kWhole,
-       {},
-       "write 0 -> 0 : 00 00 00 00 11 *\nread 0 -> 0 : 0d *",
-       {End::kRefused, 0}},
-      {"write",
-       true,
-       kWhole,
-       {},
-       "write 0 -> 0 : 00 00 00 00 0d 01 01 02 *\nread 0 -> 0 : 0d *",
-       {End::kDone, 2}},
-      {"not sent", true, kWhole, {}, "write 0 -> 1 : 00 00 00 00 0d 01 01 02 *", {}},
-      {"refused",
-       true,
-       kWhole,
-       {},
-       "write 0 -> 0 : 00 00 00 00 0d 01 01 02 *\nread 0 -> 0 : 11 *",
-       {End::kRefused, 0}},
-      {"unchecked, refused",
-       true,
-       kUnchecked,
-       {},
-       "write 0 -> 0 : 00 00 00 00 10 01 01 02 *\nread 0 -> 0 : ee *",
-       {End::kDone, 0}},
-      {"unchecked, not sent",
-       true,
-       kUnchecked,
-       {},
-       "write 0 -> 1 : 00 00 00 00 10 01 01 02 *",
-       {End::kDone, 0}},
-      {"another echo for a query of the same block",
-       false,
-       kUnchecked,
-       {},
-       "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 0 : ee *",
-       {End::kRefused, 0}},
-      {"range",
-       true,
-       kRange,
-       {},
-       first + "\nread 0 -> 0 : ee *\n" + second + "\nread 0 -> 0 : 0e *",
-       {End::kDone, 64}},
-      {"half a range",
-       true,
-       kRange,
-       {},
-       first + "\nread 0 -> 0 : 0e *\n" + second + "\nread 0 -> 4",
-       {End::kNotTransported, 59}},
-      {"range refused",
-       true,
-       kRange,
-       {},
-       first + "\nread 0 -> 0 : 0e *\n" + second + "\nread 0 -> 0 : 12 *",
-       {End::kRefused, 59}},
-      {"port B of node 5",
-       false,
-       kPort,
-       {4, 1},
-       "write 0 -> 0 : 00 00 08 02 1c 00 25 04 02 *\nread 0 -> 0 : 25 01 02 *",
-       {End::kDone, 2}},
-      {"port A of node 12",
-       true,
-       kPort,
-       {11, 0},
-       "write 0 -> 0 : 00 02 06 02 1c 01 26 0b 00 01 02 *\nread 0 -> 0 : 26 *",
-       {End::kDone, 2}},
-      {"the command is no echo",
-       true,
-       kPort,
-       {},
-       "write 0 -> 0 : 00 02 06 02 1c 01 26 00 00 01 02 *\nread 0 -> 0 : 1c *",
-       {End::kRefused, 0}},
+      {"read", kRead, kWhole, ask + "read 0 -> 0 : 11 01 02 *", End::kDone, 2},
+      {"a failed write of a query", kRead, kWhole,
+       "write 0 -> 1 : 00 00 00 00 11 *\nread 0 -> 0 : 11 01 02 *", End::kDone, 2},
+      {"no answer", kRead, kWhole, ask + "read 0 -> 4", End::kNotTransported, 0},
+      {"another echo", kRead, kWhole, ask + "read 0 -> 0 : 0d *", End::kRefused, 0},
+      {"write", kWrite, kWhole, "write 0 -> 0 :" + tell + "read 0 -> 0 : 0d *", End::kDone, 2},
+      {"not sent", kWrite, kWhole, "write 0 -> 1 :" + tell, End::kNotTransported, 0},
+      {"refused", kWrite, kWhole, "write 0 -> 0 :" + tell + "read 0 -> 0 : 11 *", End::kRefused, 0},
+      {"unchecked, refused", kWrite, kUnchecked,
+       "write 0 -> 0 :" + unchecked + "read 0 -> 0 : ee *", End::kDone, 0},
+      {"unchecked, not sent", kWrite, kUnchecked, "write 0 -> 1 :" + unchecked, End::kDone, 0},
+      {"another echo for a query of the same block", kRead, kUnchecked,
+       "write 0 -> 0 : 00 00 00 00 14 *\nread 0 -> 0 : ee *", End::kRefused, 0},
+      {"range", kWrite, kRange, first + "\nread 0 -> 0 : ee *\n" + second + "\nread 0 -> 0 : 0e *",
+       End::kDone, 64},
+      {"half a range", kWrite, kRange, half_of_it + "\nread 0 -> 4", End::kNotTransported, 59},
+      {"range refused", kWrite, kRange, half_of_it + "\nread 0 -> 0 : 12 *", End::kRefused, 59},
+      {"the command is no echo", kWrite, kPort,
+       "write 0 -> 0 : 00 02 06 02 1c 01 26 00 00 01 02 *\nread 0 -> 0 : 1c *", End::kRefused, 0},
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
     TranscriptLibrary library(c.exchanges);
     DeviceRecord board{};
+    const TransferResult result{c.end, c.bytes};
     std::vector<std::uint8_t> bytes(c.block.bytes);
     std::vector<std::uint8_t> counted(c.block.bytes);
     std::iota(counted.begin(), counted.end(), std::uint8_t{1});
     if (c.write) {
-      EXPECT_EQ(WriteBlock(library, board, c.block, counted, c.about), c.result);
+      EXPECT_EQ(WriteBlock(library, board, c.block, counted), result);
     } else {
-      EXPECT_EQ(ReadBlock(library, board, c.block, bytes, c.about), c.result);
-      EXPECT_EQ(bytes == counted, c.result.IsDone()) << "untouched otherwise";
+      EXPECT_EQ(ReadBlock(library, board, c.block, bytes), result);
+      EXPECT_EQ(bytes == counted, result.IsDone()) << "untouched otherwise";
     }
   }
 }

@@ -1,12 +1,24 @@
 // SPDX-License-Identifier: MIT
-#include "update/InputPause.h"
+#include "update/RequestWait.h"
 
 #include <QCoreApplication>
+#include <QEventLoop>
 #include <QMouseEvent>
 
 namespace quillon {
+namespace {
 
-InputPause::InputPause() { QCoreApplication::instance()->installEventFilter(this); }
+// Drops what the user does, as long as it lives.
+class InputPause : public QObject {
+ public:
+  InputPause() { QCoreApplication::instance()->installEventFilter(this); }
+
+ protected:
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  Qt::MouseButtons dropped_;  // went down and were dropped
+};
 
 bool InputPause::eventFilter(QObject* /*watched*/, QEvent* event) {
   switch (event->type()) {
@@ -36,6 +48,22 @@ bool InputPause::eventFilter(QObject* /*watched*/, QEvent* event) {
     default:
       return false;
   }
+}
+
+}  // namespace
+
+bool RequestWait::Run(QEventLoop& loop) {
+  const InputPause pause;
+  loop_ = &loop;
+  stopped_ = false;
+  loop.exec();
+  loop_ = nullptr;
+  return !stopped_;
+}
+
+void RequestWait::Stop() {
+  stopped_ = true;
+  if (loop_ != nullptr) loop_->quit();
 }
 
 }  // namespace quillon
