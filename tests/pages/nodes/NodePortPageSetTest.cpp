@@ -52,8 +52,8 @@ TEST(NodePortPageSet, OpensAtTheReportWhichDecidesAboutTheOtherTabs) {
   fixture.pages.ShowPort(kPortB);
   EXPECT_EQ(fixture.EnabledTabs(),
             "Node Information|I/O Port|Direct Output Mode|GLCD Mode|SPI / DAC Mode");
-  EXPECT_THAT(fixture.Report(), StartsWith("Node : 1\n\n"));
-  EXPECT_THAT(fixture.Report(), EndsWith("Node Flash Version : 1.30\n"));
+  EXPECT_EQ(fixture.Report(),
+            "Node : 1\n\n  Node Loader Version : 1.00\n  Node Flash Version : 1.30\n");
   EXPECT_THAT(fixture.Origin(kIoPort), StartsWith("Retrieved from port B of Node"));
   EXPECT_EQ(fixture.Row(kIoPort, 1), "Port B: ON Output=0 Multiplexed=1");
   EXPECT_EQ(Grid(fixture.Page(kIoPort)).Rows(), 2);
