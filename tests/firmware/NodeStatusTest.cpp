@@ -101,31 +101,5 @@ TEST(NodeStatus, JudgesAnActiveNodeByWhatIsRequiredAndWhatIsOnline) {
   }
 }
 
-TEST(NodeStatus, OnlyActiveNodesCountForTheBoard) {
-  NodeRecords nodes = kAnswered;
-  for (const std::size_t i : {1U, 2U, 11U}) {
-    EXPECT_TRUE(AnyNodeNeedsUpdate(nodes)) << "before node " << i;
-    nodes[i].status = 0;
-  }
-  EXPECT_FALSE(AnyNodeNeedsUpdate(nodes));
-}
-
-TEST(NodeStatus, IsShownInARowAndInAReport) {
-  const NodeRowTexts row = RowTextsOf({1, 0xFFFF, 0x1234, kOk}, 11);
-  EXPECT_EQ(row.node + "|" + row.status + "|" + row.loader_version + "|" + row.flash_version + "|" +
-                row.update_status,
-            "Node 12|Active|N/A|12.34|Ok");
-  const NodeRowTexts absent = RowTextsOf({2, 0x0102, 0x0130, kOk}, 0);
-  EXPECT_EQ(absent.node + "|" + absent.status + "|" + absent.loader_version + absent.flash_version +
-                absent.update_status,
-            "Node 1|N/A|");
-
-  EXPECT_EQ(NodeReport({1, 0x0102, 0x0130, kOk}, 0),
-            "Node : 1\r\n\r\n  Node Loader Version : 1.02\r\n  Node Flash Version : 1.30\r\n");
-  EXPECT_EQ(NodeReport({1, 0xFFFF, 0xFFFF}, 11),
-            "Node : 12\r\n\r\n  Node Loader Version : N/A\r\n  Node Flash Version : N/A\r\n"
-            "\r\n  WARNING: NODE Firmware update required!\r\n");
-}
-
 }  // namespace
 }  // namespace quillon

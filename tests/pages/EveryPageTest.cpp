@@ -225,6 +225,18 @@ TEST(EveryPage, StopsAtTheExchangeThatFailsAndKeepsWhatItShows) {
   });
 }
 
+TEST(EveryPage, OfSpiControllersKeepsTheErrorLampLitUntilARetrieve) {
+  OnePage spi(ProductOf(0x1500), 1);
+  const CStatusLed& error = Lamp(spi.page, "Error");
+  spi.program.library.AnswerWithEcho({}, 0xEE);
+  EXPECT_TRUE(spi.page.StoreOnBoard()) << "it was answered";
+  spi.page.Update();
+  EXPECT_TRUE(OriginOf(spi.page).startsWith("Stored in"));
+  EXPECT_TRUE(error.IsBlinking());
+  spi.page.Retrieve();
+  EXPECT_FALSE(error.IsLit());
+}
+
 TEST(EveryPage, MarksAnEditUntilItIsSetBackOrStored) {
   ForEveryPage([](const Product& product, int tab) {
     const OnePage one(product, tab);

@@ -45,7 +45,8 @@ TEST(ExpansionCardPage, AddressesTheOnlyCardThatIsPlugged) {
        false},
       {R"("nodes": [{"node": 4, "flash": "1.30"}])", "[ ] Card 1| e1e1e1\n[ ] Card 2| e1e1e1\n",
        false},
-      {R"("nodes": [{"node": 8, "flash": "1.30"}])",
+      {R"("nodes": [{"node": 5, "flash": "1.30"}, {"node": 8, "flash": "1.30"}],
+          "cards": [{"card": 1, "addressed": false}])",
        "[x] Card 1|5 - 8 ebebeb\n[ ] Card 2| e1e1e1\n", true},
   };
   for (const auto& c : cases) {
@@ -54,6 +55,9 @@ TEST(ExpansionCardPage, AddressesTheOnlyCardThatIsPlugged) {
     EXPECT_EQ(cards.Rows(kCards, {0, 1}), c.rows);
     EXPECT_EQ(cards.CanAddress(), c.can_address);
     if (!c.can_address) continue;
+    // Intended: the first step alone decides, whatever becomes of the second.
+    cards.library.FailRead({.nth = 2, .command = 0x1C});
+    cards.library.AnswerWithEcho({.nth = 4, .command = 0x1C}, 2);
     cards.ExpectMessage("Expansion card successfully addressed. Restarting device.",
                         "Card Address Success");
     cards.Click(kCards, "Address");

@@ -54,30 +54,6 @@ TEST(IoPorts, AreThoseOfActiveNodesAndTheOthersStayAsTheyAre) {
   EXPECT_EQ(fixture.Word(10), 0x05);
 }
 
-TEST(IoPorts, KeepWhatCameBeforeTheExchangeThatFailed) {
-  for (const int n : {1, 6, kActivePorts}) {
-    SCOPED_TRACE(n);
-    Fixture fixture;
-    fixture.Retrieve();
-    const auto before = ShownBy(fixture.page);
-    for (int port = 1; port <= kActivePorts; ++port) fixture.Word(port) = 0x18;  // off, SPI
-    fixture.library.FailRead({.nth = n});
-    fixture.Retrieve();
-    const auto after = ShownBy(fixture.page);
-    for (std::size_t i = 0; i < kActivePorts; ++i) {
-      const bool came = static_cast<int>(i) + 1 < n;
-      EXPECT_EQ(after[i], came ? before[i].substr(0, 7) + " Output=0 SPI=6" : before[i]);
-    }
-
-    // Ports before the one that fails are written already.
-    fixture.page.LoadDefaults();
-    fixture.library.FailWrite({.nth = n});
-    EXPECT_FALSE(fixture.page.StoreOnBoard());
-    for (int port = 1; port <= kActivePorts; ++port)
-      EXPECT_EQ(fixture.Word(port), port < n ? 0x00 : 0x18) << port;
-  }
-}
-
 TEST(IoPorts, LeaveOutNodesThatAreNotCheckedAndSaySo) {
   Fixture fixture;
   for (const std::size_t node : {1U, 2U}) fixture.Table().CheckNode(node, false);

@@ -9,8 +9,7 @@ namespace quillon::testing {
 // The simulated boards, of which a node I/O system is current and has told its nodes. The default
 // rig has two: 001 with nodes 1 to 6, and 002, whose node 2 needs an update.
 struct NodeBoards : SimProgram {
-  explicit NodeBoards(sim::BusOptions options = {.latency = {}})
-      : SimProgram(0x0800, std::move(options)) {
+  NodeBoards() : SimProgram(0x0800) {
     for (std::uint32_t i = Table().Count(); i-- > 0;) {
       if (Table().Record(i).product_id != 0x0800) continue;
       Table().SetCurrent(i);

@@ -124,6 +124,7 @@ TEST(NodeConfigPage, ListsTheNodesOfTheBoardOnlyWhenItAnswers) {
   SetOnlineNodeVersion(0x0132);
   nodes.Click(kPage, "Refresh");
   EXPECT_EQ(nodes.Rows(kPage, {1}), "[x] Node 2|Active|1.00|1.31|Update Available Online ebebeb\n");
+  SetOnlineNodeVersion(NodeRecord::kNoVersion);
 }
 
 TEST(NodeConfigPage, RefusesFilesInTheOrderOfTheirFaults) {
@@ -139,12 +140,14 @@ TEST(NodeConfigPage, RefusesFilesInTheOrderOfTheirFaults) {
     std::string text;
     const char* caption = "Invalid KVX File!";
   } cases[]{
+      {{0x00}, invalid + "Bytes found in x.kvx : 1 (at least 4)"},
+      {{0x00, 0x12}, invalid + "Current Device ID :  800\r\nDevice ID found in x.kvx : 1200"},
       {of_other_board, invalid + "Current Device ID :  800\r\nDevice ID found in x.kvx : 1200"},
       {NodeFirmware(0, 60),
        "This is a flash core update file and will not be loaded.\r\nPlease load node update "
        "file."},
-      {NodeFirmware(0x0121, 60), outdated, "Outdated KVX File!"},
-      {NodeFirmware(0x0141, 60), outdated, "Outdated KVX File!"},
+      {NodeFirmware(0x012F, 60), outdated, "Outdated KVX File!"},
+      {NodeFirmware(0x0140, 60), outdated, "Outdated KVX File!"},
       {NodeFirmware(0x013F, 57),
        invalid + "Data bytes found in record 1 of x.kvx : 57 (at most 56)"},
       {{0x00, 0x08, 0x30}, invalid + "Bytes found in x.kvx : 3 (at least 4)"},
@@ -172,48 +175,32 @@ TEST(NodeConfigPage, RefusesFilesInTheOrderOfTheirFaults) {
   nodes.Click(kPage, "Load...");
 }
 
-// The nodes are programmed in two runs of four exchanges, and one between them is skipped.
-TEST(NodeConfigPage, EndsAtAFaultInAnyExchangeAndCanBeRepeated) {
-  constexpr int kTimeout = -1, kLost = -2;
-  const std::pair<int, std::string> ways[]{
-      {kTimeout, "Timeout"}, {kLost, "Timeout"}, {4, "FLASH_FAIL"}, {10, "NODE_FAIL"}, {3, ""}};
-  for (const auto& [way, word_of_record] : ways) {
-    for (int exchange = 1; exchange <= 8; ++exchange) {
-      SCOPED_TRACE(std::to_string(way) + " in exchange " + std::to_string(exchange));
-      UpdateFixture nodes;
-      nodes.Load();
-      const FaultyLibrary::Which which{.nth = exchange, .command = 0x1C};
-      if (way >= 0) nodes.library.AnswerWithEcho(which, static_cast<std::uint8_t>(way));
-      if (way == kTimeout) nodes.library.FailRead(which);
-      if (way == kLost) nodes.library.FailWrite(which);
-      const int step = (exchange - 1) % 4;
-      std::string word = step == 1 || step == 2 ? word_of_record : "";
+// Four exchanges program the first node, one between is skipped, and four program the last.
+TEST(NodeConfigPage, EndsAtAFaultAndCanBeRepeated) {
+  const std::string failed = " - Update Failed|0:00 ffc8c8";
+  const struct {
+    int lost;  // the exchange
+    std::string rows, line;
+  } cases[]{
       // A node that never heard of the erase refuses its first record.
-      if (step == 0 && way == kLost) word = "CMD_FAIL";
-      nodes.Program();
-
-      const bool fails = !word.empty(), first = exchange <= 4;
-      const std::string failed = word + " - Update Failed|0:00 ffc8c8";
-      const bool keeps_firmware = step == 0;
-      if (fails && first) {
-        EXPECT_EQ(nodes.Shown(), Old("1.20|" + failed) + kOkLeft + kEmptyLeft);
-        EXPECT_EQ(nodes.FlashOf(0), keeps_firmware ? 0x0120 : 0xFFFF);
-        EXPECT_EQ(nodes.FlashOf(4), 0xFFFF);
-      } else if (fails) {
-        EXPECT_EQ(nodes.Shown(), kOldDone + kSkipped + Empty("N/A|" + failed));
-        EXPECT_EQ(nodes.FlashOf(0), 0x0131);
-      } else {
-        EXPECT_EQ(nodes.Shown(), kOldDone + kSkipped + kEmptyDone);
-      }
-      EXPECT_EQ(nodes.FlashOf(1), 0x0131);
-      EXPECT_EQ(nodes.Warns(), fails) << "the report follows the run";
-      const char* const line = !fails  ? "2 updated, 1 skipped, 0 aborted, 0 failed, 0 not reached"
-                               : first ? "0 updated, 0 skipped, 0 aborted, 1 failed, 2 not reached"
-                                       : "1 updated, 1 skipped, 0 aborted, 1 failed, 0 not reached";
-      EXPECT_EQ(nodes.Line(), std::string(line) + " on Node I/O System (simulated) : 001");
-      EXPECT_EQ(nodes.Enabled(), kIdle);
-      nodes.ExpectSecondRunSucceeds();
-    }
+      {1, Old("1.20|CMD_FAIL" + failed) + kOkLeft + kEmptyLeft,
+       "0 updated, 0 skipped, 0 aborted, 1 failed, 2 not reached"},
+      {4, kOldDone + kSkipped + kEmptyDone,
+       "2 updated, 1 skipped, 0 aborted, 0 failed, 0 not reached"},
+      {7, kOldDone + kSkipped + Empty("N/A|Timeout" + failed),
+       "1 updated, 1 skipped, 0 aborted, 1 failed, 0 not reached"},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(c.lost);
+    UpdateFixture nodes;
+    nodes.Load();
+    nodes.library.FailWrite({.nth = c.lost, .command = 0x1C});
+    nodes.Program();
+    EXPECT_EQ(nodes.Shown(), c.rows);
+    EXPECT_EQ(nodes.Warns(), c.lost != 4) << "the report follows the run";
+    EXPECT_EQ(nodes.Line(), c.line + " on Node I/O System (simulated) : 001");
+    EXPECT_EQ(nodes.Enabled(), kIdle);
+    nodes.ExpectSecondRunSucceeds();
   }
 }
 

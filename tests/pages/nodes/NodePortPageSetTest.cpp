@@ -6,7 +6,6 @@
 #include "pages/common/CSettingsPage.h"
 #include "pages/nodes/CNodePortPageSet.h"
 #include "pages/nodes/NodeBoards.h"
-#include "testing/OwnFolders.h"
 #include "testing/link/TranscriptLibrary.h"
 #include "widgets/CGridCtrl.h"
 #include "widgets/CStatusLed.h"
@@ -22,8 +21,6 @@ constexpr int kPortB = 2, kPortC = 3, kPortJ = 10;
 constexpr const char* kNotRetrieved = "Not retrieved from the board yet.";
 
 struct Fixture : NodeBoards {
-  using NodeBoards::NodeBoards;
-
   CSettingsPage& Page(int tab) { return *pages.Page(tab); }
   std::string Origin(int tab) { return OriginOf(Page(tab)).toStdString(); }
   std::string Row(int tab, int row) { return RowText(Grid(Page(tab)), row); }
@@ -52,8 +49,8 @@ TEST(NodePortPageSet, OpensAtTheReportWhichDecidesAboutTheOtherTabs) {
   fixture.pages.ShowPort(kPortB);
   EXPECT_EQ(fixture.EnabledTabs(),
             "Node Information|I/O Port|Direct Output Mode|GLCD Mode|SPI / DAC Mode");
-  EXPECT_THAT(fixture.Report(), StartsWith("Node : 1\n\n"));
-  EXPECT_THAT(fixture.Report(), EndsWith("Node Flash Version : 1.30\n"));
+  EXPECT_EQ(fixture.Report(),
+            "Node : 1\n\n  Node Loader Version : 1.00\n  Node Flash Version : 1.30\n");
   EXPECT_THAT(fixture.Origin(kIoPort), StartsWith("Retrieved from port B of Node"));
   EXPECT_EQ(fixture.Row(kIoPort, 1), "Port B: ON Output=0 Multiplexed=1");
   EXPECT_EQ(Grid(fixture.Page(kIoPort)).Rows(), 2);
@@ -146,31 +143,6 @@ TEST(NodePortPageSet, LoadsTheDefaultsOfItsFourPagesInOrderAlsoAfterAFailure) {
                 page == c.page);
     }
   }
-}
-
-TEST(NodePortPageSet, NodeKeepsWhatWasUpdatedWhenTheProgramRestarts) {
-  const sim::BusOptions options{.state_folder = OwnFolders::Root() / "ports", .latency = {}};
-  {
-    Fixture fixture(options);
-    fixture.pages.ShowPort(kPortJ);
-    for (const int tab : {kOutputs, kGlcd, kSpiDac}) fixture.Press(tab, "Retrieve");
-    Grid(fixture.Page(kIoPort)).Enter(1, 3, "SPI");
-    Grid(fixture.Page(kOutputs)).Click(15, 1);
-    Grid(fixture.Page(kSpiDac)).Enter(10, 1, "MID");
-    Grid(fixture.Page(kSpiDac)).Enter(10, 2, "32");
-    for (int tab = kIoPort; tab <= kSpiDac; ++tab) fixture.Press(tab, "Update");
-    EXPECT_THAT(fixture.Origin(kSpiDac), StartsWith("Stored in port J of Node"));
-  }
-  Fixture fixture(options);
-  fixture.pages.ShowPort(kPortJ);
-  EXPECT_EQ(fixture.Row(kIoPort, 1), "Port J: ON Input=1 SPI=6");
-  for (const int tab : {kOutputs, kSpiDac}) fixture.Press(tab, "Retrieve");
-  EXPECT_EQ(fixture.Row(kOutputs, 15), "Output 15: ON");
-  EXPECT_EQ(fixture.Row(kSpiDac, 10), "CH 10: MID=2 32=3");
-  EXPECT_EQ(fixture.Row(kSpiDac, 1), "CH 1: LO=1 24=2");
-  // The node's other port is as it was.
-  fixture.pages.ShowPort(kPortJ - 1);
-  EXPECT_EQ(fixture.Row(kIoPort, 1), "Port I: ON Input=1 Direct=0");
 }
 
 }  // namespace quillon::testing
