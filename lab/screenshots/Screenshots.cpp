@@ -64,10 +64,13 @@ CSettingsPage& ShownPage(const CMainDialog& window) {
 
 }  // namespace
 
-Screenshots::Screenshots(const QDir& folder, const QString& suffix, const QDir& own)
+Screenshots::Screenshots(const QDir& folder, const QString& suffix, const QDir& own,
+                         QStringList wanted)
     : folder_(folder),
       suffix_(suffix),
       rig_file_(own.absoluteFilePath(QStringLiteral("rig.json"))),
+      wanted_(std::move(wanted)),
+      left_(wanted_),
       attendant_([this](QWidget& opened) { Attend(opened); }) {}
 
 template <typename Act>
@@ -94,6 +97,10 @@ void Screenshots::TakeAll() {
   On(kUnreadableBoard, [this] { TakeFailedRetrieve(); });
   TakeRefusedBoards();
   On(kNoBoards, [this] { Take(QStringLiteral("no-boards")); });
+  if (!left_.isEmpty()) {
+    throw std::runtime_error("There is no picture " +
+                             left_.join(QStringLiteral(", ")).toStdString() + '.');
+  }
 }
 
 void Screenshots::TakeBoard(std::uint32_t board) {
@@ -193,6 +200,8 @@ void Screenshots::Attend(QWidget& opened) {
 
 void Screenshots::Take(const QString& what) {
   const QString file = QStringLiteral("%1-%2%3.png").arg(prefix_, what, suffix_);
+  if (!wanted_.isEmpty() && !wanted_.contains(file)) return;
+  left_.removeAll(file);
   stage::SavePicture(stage::PictureOf(program_->Window()), folder_.absoluteFilePath(file));
   ++taken_;
 }

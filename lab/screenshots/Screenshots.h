@@ -2,6 +2,7 @@
 #pragma once
 
 #include <QDir>
+#include <QStringList>
 #include <cstdint>
 
 #include "stage/Attendant.h"
@@ -19,10 +20,11 @@ class CTabSet;
 // belongs to no board.
 class Screenshots {
  public:
-  // `own` is the folder for the files of the rigs.
-  Screenshots(const QDir& folder, const QString& suffix, const QDir& own);
+  // `own` is the folder for the files of the rigs. With `wanted`, names of files, only these are
+  // taken.
+  Screenshots(const QDir& folder, const QString& suffix, const QDir& own, QStringList wanted);
 
-  // Throws std::runtime_error when something cannot be shown.
+  // Throws std::runtime_error when something cannot be shown, or a wanted picture is none of these.
   void TakeAll();
 
   int Taken() const { return taken_; }
@@ -46,6 +48,8 @@ class Screenshots {
   QDir folder_;
   QString suffix_;
   QString rig_file_;
+  QStringList wanted_;
+  QStringList left_;  // of those wanted
   stage::Attendant attendant_;
   stage::Program* program_ = nullptr;
   QString prefix_;  // of the pictures of the board that is shown
