@@ -41,9 +41,13 @@ std::string TitleOf(const Setting& setting) {
   return std::string(setting.title.substr(first, last - first + 1));
 }
 
+bool IsSwitch(const Setting& setting) {
+  return setting.choices.empty() && setting.field.width == 1;
+}
+
 std::string ValuesOf(const Setting& setting) {
   if (setting.state_only) return std::string(kNothing);
-  if (setting.choices.empty() && setting.field.width == 1) return "on, off";
+  if (IsSwitch(setting)) return "on, off";
   std::string range = RangeOf(setting);
   if (!range.empty()) return range;
   std::vector<std::string> texts;
@@ -59,31 +63,35 @@ std::vector<std::string> RowsOf(const Table& table) {
   return rows;
 }
 
-// The factory values of settings that share a line; a list says which setting of which row is on.
+// "on: X for Analog 1, Y for Analog 2"
+std::string SwitchedOn(std::span<const Setting> switches, std::span<const std::string> rows) {
+  std::vector<std::string> texts;
+  for (std::size_t row = 0; row < rows.size(); ++row) {
+    for (const Setting& one : switches) {
+      if (FactoryOf(one, row) != 0U) texts.push_back(TitleOf(one) + " for " + rows[row]);
+    }
+  }
+  return "on: " + Joined(texts, ", ");
+}
+
+// The factory values of settings that share a line.
 std::string FactoryOf(std::span<const Setting> settings, std::span<const std::string> rows) {
   const Setting& setting = settings.front();
   if (setting.state_only) return std::string(kNothing);
   if (setting.factory.empty()) return "stays as it is";
-  const auto text = [&](std::size_t row) {
-    return TextOf(setting, *FactoryOf(setting, row)).value_or("");
-  };
-  if (setting.factory.size() == 1) return text(0);
-  std::vector<std::string> apart;
-  for (std::size_t row = 0; row < setting.factory.size(); ++row) {
-    if (setting.field.width > 1) {
-      apart.push_back(text(row) + " for " + rows[row]);
-      continue;
-    }
-    for (const Setting& one : settings) {
-      if (*FactoryOf(one, row) != 0) apart.push_back(TitleOf(one) + " for " + rows[row]);
-    }
-  }
-  return (setting.field.width > 1 ? "" : "on: ") + Joined(apart, ", ");
+  if (setting.factory.size() > 1 && IsSwitch(setting)) return SwitchedOn(settings, rows);
+  std::vector<std::string> texts;
+  for (std::size_t row = 0; row < setting.factory.size(); ++row)
+    texts.push_back(TextOf(setting, setting.factory[row]).value_or(""));
+  if (texts.size() == 1) return texts.front();
+  if (std::ranges::equal(texts, rows)) return "the row itself";
+  for (std::size_t row = 0; row < texts.size(); ++row) texts[row] += " for " + rows[row];
+  return Joined(texts, ", ");
 }
 
 // Switches that differ in nothing but their titles and which rows have them on in the factory.
 bool ShareLine(const Setting& a, const Setting& b) {
-  return a.purpose == b.purpose && ValuesOf(a) == ValuesOf(b) && a.field.width == 1 &&
+  return IsSwitch(a) && IsSwitch(b) && a.purpose == b.purpose && a.state_only == b.state_only &&
          a.factory.size() == b.factory.size() &&
          (a.factory.size() > 1 || std::ranges::equal(a.factory, b.factory));
 }
@@ -170,7 +178,7 @@ SettingsTable TableOf(const Page& page, std::string_view family, std::string_vie
   const std::string name = std::string(prefix) + FileNameOf(page.title);
   std::string text = "[#table-" + name + "]\n." + std::string(family) + ", page " +
                      Plain(page.title) +
-                     "\n[cols=\"18,38,22,22\",options=\"header\"]\n|===\n"
+                     "\n[%header%breakable,cols=\"18,38,22,22\"]\n|===\n"
                      "|Setting |What it does |Values |Factory value\n";
   for (const Group& group : GroupsOf(page)) {
     text += "\n4+h|" + Plain(HeadingOf(group.rows)) + '\n';
