@@ -187,7 +187,8 @@ SettingsTable TableOf(const Page& page, std::string_view family, std::string_vie
               "\n|" + Plain(line.factory) + '\n';
     }
   }
-  return {name, text + "|===\n"};
+  // asciidoctor-pdf forgets the space below a breakable table.
+  return {name, text + "|===\n\n{empty}\n"};
 }
 
 std::vector<SettingsTable> AllSettingsTables() {

@@ -75,6 +75,8 @@ TEST(SettingsTables, GathersWhatSaysTheSame) {
 |pass:c[shown only: Echo]
 |pass:c[Echo]
 |===
+
+{empty}
 )");
 }
 
