@@ -111,27 +111,41 @@ Group GroupOf(const Table& table) {
   return group;
 }
 
+// "Input 1, Input 3, … Input 15"
+std::string NamesOf(const std::vector<std::string>& rows) {
+  if (rows.size() <= 2) return Joined(rows, ", ");
+  return rows[0] + ", " + rows[1] + ", … " + rows.back();
+}
+
+bool Holds(const Group& group, const Group& part) {
+  return std::ranges::all_of(part.rows, [&](const std::string& row) {
+    return std::ranges::find(group.rows, row) != group.rows.end();
+  });
+}
+
+// Settings of some rows stand with those of all rows and name theirs, as the page shows them too.
 std::vector<Group> GroupsOf(const Page& page) {
   std::vector<Group> groups;
-  for (const Block& block : page.blocks) {
-    for (const Table& table : block.tables) {
-      Group group = GroupOf(table);
-      if (!groups.empty() && groups.back().lines == group.lines) {
-        groups.back().rows.insert(groups.back().rows.end(), group.rows.begin(), group.rows.end());
-      } else {
-        groups.push_back(std::move(group));
-      }
+  const auto add = [&](Group group) {
+    Group* const last = groups.empty() ? nullptr : &groups.back();
+    if (last != nullptr && last->lines == group.lines) {
+      last->rows.insert(last->rows.end(), group.rows.begin(), group.rows.end());
+    } else if (last != nullptr && Holds(*last, group)) {
+      for (Line& line : group.lines) line.title += " of " + NamesOf(group.rows);
+      last->lines.insert(last->lines.end(), group.lines.begin(), group.lines.end());
+    } else {
+      groups.push_back(std::move(group));
     }
+  };
+  for (const Block& block : page.blocks) {
+    for (const Table& table : block.tables) add(GroupOf(table));
   }
   return groups;
 }
 
-// "Input 1, Input 3, … Input 15 (8 rows)"
 std::string HeadingOf(const std::vector<std::string>& rows) {
   if (rows.size() == 1) return rows.front();
-  const std::string count = " (" + std::to_string(rows.size()) + " rows)";
-  if (rows.size() <= 2) return Joined(rows, ", ") + count;
-  return rows[0] + ", " + rows[1] + ", … " + rows.back() + count;
+  return NamesOf(rows) + " (" + std::to_string(rows.size()) + " rows)";
 }
 
 // As it stands, whatever AsciiDoc makes of its characters elsewhere.
@@ -178,7 +192,7 @@ SettingsTable TableOf(const Page& page, std::string_view family, std::string_vie
   const std::string name = std::string(prefix) + FileNameOf(page.title);
   std::string text = "[#table-" + name + "]\n." + std::string(family) + ", page " +
                      Plain(page.title) +
-                     "\n[%header%breakable,cols=\"18,38,22,22\"]\n|===\n"
+                     "\n[%header,cols=\"17,40,27,16\"]\n|===\n"
                      "|Setting |What it does |Values |Factory value\n";
   for (const Group& group : GroupsOf(page)) {
     text += "\n4+h|" + Plain(HeadingOf(group.rows)) + '\n';

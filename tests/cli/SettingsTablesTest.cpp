@@ -34,10 +34,14 @@ constexpr std::array<Setting, 1> kLineB{{
      .choices = kEchoed,
      .factory = kOff},
 }};
-constexpr std::array<Table, 3> kTables{{
+constexpr std::array<Setting, 1> kSome{{
+    {.id = "odd", .title = "Odd", .purpose = "Lasts.", .field = {0, 3, 4}, .most = 9},
+}};
+constexpr std::array<Table, 4> kTables{{
     {.id = "axis", .names = {.pattern = "", .names = kNames}, .rows = 2, .settings = kSettings},
     {.id = "line", .names = {.pattern = "In %1"}, .rows = 1, .settings = kLineB},
     {.id = "line", .names = {.pattern = "In %1", .first = 2}, .rows = 2, .settings = kLineB},
+    {.id = "some", .names = {.pattern = "In %1", .step = 2}, .rows = 2, .settings = kSome},
 }};
 constexpr std::array<Block, 1> kBlocks{{{.id = "block", .tables = kTables}}};
 
@@ -47,7 +51,7 @@ TEST(SettingsTables, GathersWhatSaysTheSame) {
   EXPECT_EQ(table.name, "some-i-o-up");
   EXPECT_EQ(table.text, R"([#table-some-i-o-up]
 .Some board, page pass:c[I/O  Up]
-[%header%breakable,cols="18,38,22,22"]
+[%header,cols="17,40,27,16"]
 |===
 |Setting |What it does |Values |Factory value
 
@@ -74,6 +78,11 @@ TEST(SettingsTables, GathersWhatSaysTheSame) {
 |pass:c[Follows.]
 |pass:c[shown only: Echo]
 |pass:c[Echo]
+
+|pass:c[Odd of In 1, In 3]
+|pass:c[Lasts.]
+|pass:c[0 to 9]
+|pass:c[stays as it is]
 |===
 )");
 }
