@@ -75,6 +75,8 @@ check_variables() {
 make_parts
 check_options
 check_variables
+# Links to nowhere are told here only; when it makes a PDF, --verbose also warns of every line end.
+asciidoctor --verbose --failure-level=INFO -o - docs/manual/manual.adoc >/dev/null
 asciidoctor-pdf --failure-level=WARN -a reproducible -a revnumber="$version" \
   -a pdf-theme=docs/manual/theme.yml -a pdf-fontsdir=/usr/share/fonts/truetype/dejavu \
   -o "$out/quillon.pdf" docs/manual/manual.adoc
