@@ -128,6 +128,10 @@ void Screenshots::TakeTabs(CTabSet& pages) {
       stage::ClickButton(*pages.Page(tab), QStringLiteral("Retrieve"));
     }
     Take(FileName(title));
+    const QString alone = FileOf(FileName(title) + QStringLiteral("-page"));
+    if (!wanted_.contains(alone)) continue;
+    CMainDialog& window = program_->Window();
+    Save(window.grab({pages.mapTo(&window, QPoint()), pages.size()}), alone);
   }
 }
 
@@ -198,11 +202,18 @@ void Screenshots::Attend(QWidget& opened) {
   opened.close();
 }
 
+QString Screenshots::FileOf(const QString& what) const {
+  return QStringLiteral("%1-%2%3.png").arg(prefix_, what, suffix_);
+}
+
 void Screenshots::Take(const QString& what) {
-  const QString file = QStringLiteral("%1-%2%3.png").arg(prefix_, what, suffix_);
-  if (!wanted_.isEmpty() && !wanted_.contains(file)) return;
+  const QString file = FileOf(what);
+  if (wanted_.isEmpty() || wanted_.contains(file)) Save(stage::PictureOf(program_->Window()), file);
+}
+
+void Screenshots::Save(const QPixmap& picture, const QString& file) {
   left_.removeAll(file);
-  stage::SavePicture(stage::PictureOf(program_->Window()), folder_.absoluteFilePath(file));
+  stage::SavePicture(picture, folder_.absoluteFilePath(file));
   ++taken_;
 }
 

@@ -9,6 +9,7 @@
 #include "stage/Program.h"
 
 class QMenu;
+class QPixmap;
 
 namespace quillon {
 
@@ -17,7 +18,7 @@ class CTabSet;
 // Pictures of all that the window can show: every board of the usual rig with every enabled tab,
 // retrieved where there is something to retrieve, and other states of the window. Files are named
 // NN-subject<suffix>.png; NN is the board's place in the table, counted from 1, or 00 for what
-// belongs to no board.
+// belongs to no board. One of a tab alone, NN-subject-page<suffix>.png, is taken only when wanted.
 class Screenshots {
  public:
   // `own` is the folder for the files of the rigs. With `wanted`, names of files, only these are
@@ -44,6 +45,8 @@ class Screenshots {
 
   void Attend(QWidget& opened);
   void Take(const QString& what);
+  void Save(const QPixmap& picture, const QString& file);
+  QString FileOf(const QString& what) const;
 
   QDir folder_;
   QString suffix_;
