@@ -18,6 +18,7 @@ declare -rA kPackages=(
   [manual]='asciidoctor ruby-asciidoctor-pdf fonts-dejavu-core'
   [mutate]='patch'
   [package]='dpkg-dev binutils file'
+  [package-check]='debootstrap lintian appstream desktop-file-utils'
 )
 
 # The programs that show the same on a distribution whose package names we do not know.
@@ -35,6 +36,7 @@ declare -rA kPrograms=(
   [manual]='asciidoctor asciidoctor-pdf'
   [mutate]='patch'
   [package]='dpkg-deb dpkg-shlibdeps strip file'
+  [package-check]='debootstrap lintian appstreamcli desktop-file-validate'
 )
 
 is_debian() {
