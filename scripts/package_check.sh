@@ -125,6 +125,8 @@ use_programs() {
   starts quillon 'detect [123] -> 0'
   starts quillon-demo 'detect [123] -> 1 boards [1-9]'
   as_user kvusb-conformance sim | tail -n 1
+  [[ ! -e $root/usr/lib/quillon/kvusb-host ]] ||
+    as_user QUILLON_KVUSB_HOST=1 kvusb-conformance sim | tail -n 1
   as_user sh -ec 'for file in /usr/share/quillon/firmware/*.kvx; do kvx check "$file"; done' >/dev/null
   as_user quillon-virtual-board --help >/dev/null
   # As the program asks for it.
