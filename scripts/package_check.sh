@@ -72,7 +72,8 @@ prepare_root() {
 # inside <command>...: as root, with nothing of this machine but its network.
 inside() {
   unshare --mount --pid --fork --kill-child --root="$root" --mount-proc \
-    env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive "$@"
+    env -i PATH=/usr/sbin:/usr/bin:/sbin:/bin LC_ALL=C.UTF-8 DEBIAN_FRONTEND=noninteractive \
+    ${http_proxy:+"http_proxy=$http_proxy"} "$@"
 }
 
 # as_user <command>...: without rights or a screen.
