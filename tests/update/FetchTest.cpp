@@ -17,7 +17,8 @@ using ::testing::Not;
 using namespace std::chrono_literals;
 
 const QByteArray kGood = "HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nConnection: close\r\n";
-const QByteArray kGoTo = "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLocation: ";
+const QByteArray kGoTo = "HTTP/1.1 302 Found\r\nContent-Length: 20000\r\nLocation: ";
+const QByteArray kToItsBody = "\r\n\r\n" + QByteArray(20000, 'z');
 
 QByteArray AnswerTo(const QByteArray& path) {
   if (path == "/close") return {};
@@ -27,10 +28,10 @@ QByteArray AnswerTo(const QByteArray& path) {
   if (path == "/short") return kGood + "Content-Length: 100\r\n\r\nhello";
   if (path == "/stuck") return kGood + "\r\nhello";
   if (path == "/head") return kGood + "Content-Length: 100\r\n\r\n";
-  if (path == "/loop") return kGoTo + "/loop\r\n\r\n";
-  if (path == "/file") return kGoTo + "file:///dev/null\r\n\r\n";
+  if (path == "/loop") return kGoTo + "/loop" + kToItsBody;
+  if (path == "/file") return kGoTo + "file:///dev/null" + kToItsBody;
   if (const int n = path.mid(1).toInt(); n > 0)
-    return kGoTo + QByteArray::number(n - 1) + "\r\n\r\n";
+    return kGoTo + QByteArray::number(n - 1) + kToItsBody;
   return kGood + "Content-Length: 5\r\n\r\nhello";
 }
 
@@ -119,6 +120,8 @@ TEST_F(FetchOverLoopback, LeavesAServerThatNeverAnswers) {
   FetchQt impatient(50ms);
   EXPECT_EQ(impatient.Get(Server() + "/never", 512).end, FetchEnd::kNotOpened);
   EXPECT_EQ(impatient.Get(Server() + "/stuck", 512).end, FetchEnd::kNotOpened);
+  EXPECT_FALSE(fetch_.LeavesWorkBehind());
+  EXPECT_TRUE(impatient.LeavesWorkBehind());
   QTimer::singleShot(20, [&] {
     EXPECT_EQ(Get("/good").end, FetchEnd::kNotOpened) << "inside another";
     fetch_.Stop();
@@ -131,6 +134,19 @@ TEST_F(FetchOverLoopback, LeavesAServerThatNeverAnswers) {
   });
   QCoreApplication::exec();
   EXPECT_FALSE(much_later.hasExpired());
+}
+
+// As long as the script does not come, only another thread may wait for it.
+TEST_F(FetchOverLoopback, LeavesAProxyScriptThatNeverComes) {
+  qputenv("http_proxy", ("pac+" + Server() + "/never").toUtf8());
+  const QDeadlineTimer much_later(5s);
+  int turns = 0;
+  QTimer timer;
+  timer.callOnTimeout([&] { ++turns; });
+  timer.start(10);
+  EXPECT_EQ(FetchQt(200ms).Get(Server() + "/good", 512).end, FetchEnd::kNotOpened);
+  EXPECT_FALSE(much_later.hasExpired());
+  EXPECT_GT(turns, 1) << "the window goes on";
 }
 
 TEST_F(FetchOverLoopback, LosesClicksAndKeysButLetsAButtonUp) {
