@@ -211,11 +211,13 @@ class WindowsHost final : public HostProcess {
   std::unique_ptr<ReadingPipe> events_;
 };
 
-// Suspended, or it could start a process of its own before it is in the job.
+// Nothing that the library prints gets among the program's output. Suspended, or it could start a
+// process of its own before it is in the job.
 PROCESS_INFORMATION Create(const std::filesystem::path& program, std::wstring line,
                            OnlyThese& handles) {
   STARTUPINFOEXW startup{};
   startup.StartupInfo.cb = sizeof startup;
+  startup.StartupInfo.dwFlags = STARTF_USESTDHANDLES;
   startup.lpAttributeList = handles.List();
   PROCESS_INFORMATION process{};
   CreateProcessW(program.c_str(), line.data(), nullptr, nullptr, TRUE,

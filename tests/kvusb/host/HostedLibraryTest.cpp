@@ -191,10 +191,12 @@ TEST(HostedLibrary, HandsEventsOnThroughEveryHostUntilTheHandlerIsTakenBack) {
 
 TEST(HostedLibrary, SaysWhyItCannotStart) {
   HostedOptions options = Options();
-  options.library = HOST_PROGRAM;
-  EXPECT_THAT(ProblemOf(HostedLibrary::Start(options)),
-              ::testing::StartsWith("The HID library " HOST_PROGRAM " cannot be loaded: "));
   const fs::path folder = quillon::testing::OwnFolders::Root();
+  options.library = folder / "text.dll";
+  std::ofstream(options.library) << "no library\n";
+  EXPECT_THAT(
+      ProblemOf(HostedLibrary::Start(options)),
+      ::testing::StartsWith("The HID library " + options.library.string() + " cannot be loaded: "));
   options.program = folder / "none";
   EXPECT_THAT(ProblemOf(HostedLibrary::Start(options)),
               ::testing::HasSubstr((folder / "none").string() + " cannot be started: "));
