@@ -27,10 +27,10 @@ class SharedObject {
   }
 
  private:
-  // What a caller puts on the stack for a function in 32 bits.
+  // What a caller puts on the stack in 32 bits, where each argument of kvusb.h has four bytes.
   template <typename Result, typename... Arguments>
   static constexpr std::size_t StackBytes(Result(KVUSB_CALL*)(Arguments...)) {
-    return (0 + ... + ((sizeof(Arguments) + 3) / 4 * 4));
+    return 4 * sizeof...(Arguments);
   }
 
   // In 32 bits a library for Windows may have decorated the name with the bytes of the arguments.

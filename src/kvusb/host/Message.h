@@ -65,7 +65,7 @@ inline constexpr std::size_t kMostBody = kTablePlaces * sizeof(DeviceRecord) + k
 
 struct Message {
   Head head;
-  std::array<std::uint8_t, kMostBody> body;
+  std::array<std::uint8_t, kMostBody> body{};
 
   // Makes it a message without a body.
   void Begin(Function function) {
