@@ -9,6 +9,7 @@
 #include "conformance/Options.h"
 #include "devlink/DeviceText.h"
 #include "devlink/LoadedLibrary.h"
+#include "kvusb/host/OpenLibrary.h"
 
 namespace quillon {
 namespace {
@@ -72,8 +73,9 @@ int ConformanceMain(std::span<const std::string> arguments,
   if (const auto* const status = std::get_if<int>(&read)) return *status;
   const auto& options = std::get<Options>(read);
   const auto file = ChooseLibrary(options.library, program_folder);
-  io.out << "Library " << file.string() << '\n' << std::flush;
-  auto loaded = Subject::Load(file);
+  io.out << "Library " << file.string() << (NeedsHost(file) ? " in a process of its own\n" : "\n")
+         << std::flush;
+  auto loaded = Subject::Load(file, program_folder);
   if (const auto* reason = std::get_if<std::string>(&loaded)) {
     io.err << *reason << '\n';
     return kNothingExamined;

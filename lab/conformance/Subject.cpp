@@ -9,7 +9,7 @@
 #include "conformance/Questions.h"
 #include "devlink/DeviceTable.h"
 #include "devlink/DeviceText.h"
-#include "devlink/LoadedLibrary.h"
+#include "kvusb/host/OpenLibrary.h"
 
 namespace quillon::conformance {
 namespace {
@@ -57,9 +57,9 @@ std::string TypeName(std::uint32_t type) {
 }
 
 std::variant<std::unique_ptr<Subject>, std::string> Subject::Load(
-    const std::filesystem::path& file) {
+    const std::filesystem::path& file, const std::filesystem::path& program_folder) {
   auto thrown = std::make_shared<Thrown>();
-  auto loaded = LoadLibraryFile(file, NoteIn(thrown));
+  auto loaded = OpenLibraryFile(file, {.program_folder = program_folder, .thrown = NoteIn(thrown)});
   if (auto* problem = std::get_if<std::string>(&loaded)) return std::move(*problem);
   auto library = std::get<std::unique_ptr<HidLibrary>>(std::move(loaded));
   return std::unique_ptr<Subject>(new Subject(std::move(library), file, std::move(thrown)));
@@ -69,10 +69,11 @@ Subject::Subject(std::unique_ptr<HidLibrary> library, const std::filesystem::pat
                  std::shared_ptr<Thrown> thrown)
     : table_(DeviceTable::kRoom + DeviceTable::kMargin, Blank()),
       thrown_(std::move(thrown)),
-      object_(file),
-      describe_(object_.Find<DescribeProblemFunction>("DescribeProblem")),
-      set_handler_(object_.Find<SetDeviceChangeHandlerFunction>("SetDeviceChangeHandler")),
-      library_(std::move(library)) {}
+      library_(std::move(library)) {
+  if (NeedsHost(file)) return;
+  object_.emplace(file);
+  describe_ = object_->Find<DescribeProblemFunction>("DescribeProblem");
+}
 
 Subject::~Subject() { Close(); }
 
@@ -199,10 +200,9 @@ std::vector<ChangeEvent> Subject::Events() {
   return events_;
 }
 
-std::int32_t Subject::ListenForEvents(bool listen) {
-  return GuardedCall("SetDeviceChangeHandler", 0, NoteIn(thrown_), [&] {
-    return listen ? set_handler_(OnChange, this) : set_handler_(nullptr, nullptr);
-  });
+bool Subject::ListenForEvents(bool listen) {
+  return listen ? library_->SetDeviceChangeHandler(OnChange, this)
+                : library_->SetDeviceChangeHandler(nullptr, nullptr);
 }
 
 std::int32_t Subject::DescribeInto(const DeviceRecord* record, char* text,

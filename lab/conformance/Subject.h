@@ -8,6 +8,7 @@
 #include <map>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <string>
 #include <variant>
 #include <vector>
@@ -70,16 +71,20 @@ struct ChangeEvent {
 // write is not listed.
 class Subject {
  public:
-  // The library, or a sentence that says why it is of no use.
+  // The library, or a sentence that says why it is of no use. `program_folder` is where the host
+  // programs are, if the library needs one.
   static std::variant<std::unique_ptr<Subject>, std::string> Load(
-      const std::filesystem::path& file);
+      const std::filesystem::path& file, const std::filesystem::path& program_folder);
   ~Subject();
   Subject(const Subject&) = delete;
   Subject& operator=(const Subject&) = delete;
 
   HidLibrary& Library() { return *library_; }
+  // In a process of its own, where only HidLibrary reaches it.
+  bool IsHosted() const { return !object_; }
   bool HasDescribe() const { return describe_ != nullptr; }
-  bool HasSetHandler() const { return set_handler_ != nullptr; }
+  // Without the function not even taking the handler back succeeds.
+  bool HasSetHandler() { return library_->SetDeviceChangeHandler(nullptr, nullptr); }
 
   // The functions that have thrown so far, against their promise, each with the text of its first
   // exception. The other methods take an exception for a failure.
@@ -104,7 +109,7 @@ class Subject {
 
   // Events that came since the handler was set.
   std::vector<ChangeEvent> Events();
-  std::int32_t ListenForEvents(bool listen);
+  bool ListenForEvents(bool listen);
 
   // Calls DescribeProblem directly, where there is one: HidLibrary would tidy its text.
   std::int32_t DescribeInto(const DeviceRecord* record, char* text, std::uint32_t size) const;
@@ -123,9 +128,8 @@ class Subject {
   std::vector<DeviceRecord> table_;
   std::vector<FoundBoard> boards_;
   std::shared_ptr<Thrown> thrown_;
-  SharedObject object_;  // for what HidLibrary does not show
-  DescribeProblemFunction describe_;
-  SetDeviceChangeHandlerFunction set_handler_;
+  std::optional<SharedObject> object_;  // for what HidLibrary does not show
+  DescribeProblemFunction describe_ = nullptr;
   std::unique_ptr<HidLibrary> library_;
 };
 

@@ -50,8 +50,8 @@ int CQuillonApp::Run() {
   CMainDialog dialog({link, prompts, *notifier, profile,
                       [] { QThread::msleep(kSettleMilliseconds); }, updates,
                       [](const QString& path) { return OpenDocument(path); }, SystemAccessHelp()});
-  // Later, because the trace may stop in the middle of an exchange.
-  opened.SetWhenTraceStopped([&dialog] {
+  // Later, because trouble comes in the middle of an exchange.
+  opened.SetWhenInTrouble([&dialog] {
     QMetaObject::invokeMethod(&dialog, &CMainDialog::ShowProblems, Qt::QueuedConnection);
   });
   dialog.show();

@@ -8,6 +8,7 @@
 #include "devlink/NoLibrary.h"
 #include "devlink/TraceFile.h"
 #include "devlink/TracedLibrary.h"
+#include "kvusb/host/OpenLibrary.h"
 
 namespace quillon {
 namespace {
@@ -19,7 +20,10 @@ std::filesystem::path PathOf(const QString& name) { return name.toStdU16String()
 OpenedLibrary::OpenedLibrary(const QString& program_folder) {
   LetWritesFail();
   const QString choice = qEnvironmentVariable("QUILLON_KVUSB");
-  auto result = LoadLibraryFile(ChooseLibrary(choice.toStdString(), PathOf(program_folder)));
+  const auto folder = PathOf(program_folder);
+  auto result =
+      OpenLibraryFile(ChooseLibrary(choice.toStdString(), folder),
+                      {.program_folder = folder, .host_ended = [this] { TellTrouble(); }});
   if (auto* const library = std::get_if<std::unique_ptr<HidLibrary>>(&result)) {
     loaded_ = std::move(*library);
   } else {
@@ -51,10 +55,11 @@ void OpenedLibrary::OpenTrace(const QString& path) {
     const auto now = std::chrono::steady_clock::now().time_since_epoch();
     return std::chrono::duration<double>(now).count();
   });
+  traced_->SetWhenStopped([this] { TellTrouble(); });
 }
 
-void OpenedLibrary::SetWhenTraceStopped(std::function<void()> when_stopped) {
-  if (traced_) traced_->SetWhenStopped(std::move(when_stopped));
+void OpenedLibrary::TellTrouble() const {
+  if (when_in_trouble_) when_in_trouble_();
 }
 
 }  // namespace quillon

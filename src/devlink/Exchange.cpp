@@ -6,8 +6,9 @@
 namespace quillon {
 namespace {
 
-bool ReadAnswer(HidLibrary& library, DeviceRecord& record, PacketSpan packet) {
-  const auto result = library.ReadData(record, packet);
+bool ExchangePacket(HidLibrary& library, DeviceRecord& record, std::span<std::uint8_t> packet,
+                    ReadAfter after) {
+  const auto result = library.Exchange(record, packet.first<KVUSB_PACKET_BYTES>(), after);
   return result != KVUSB_READ_FAILED && result != KVUSB_READ_TIMEOUT;
 }
 
@@ -21,17 +22,11 @@ std::uint8_t ChunkEnd(std::uint8_t start, std::size_t size, std::uint8_t end) {
 }  // namespace
 
 bool QueryPacket(HidLibrary& library, DeviceRecord& record, std::span<std::uint8_t> packet) {
-  if (!HoldsPacket(packet)) return false;
-  const auto buffer = packet.first<KVUSB_PACKET_BYTES>();
-  static_cast<void>(library.WriteData(record, buffer));
-  return ReadAnswer(library, record, buffer);
+  return HoldsPacket(packet) && ExchangePacket(library, record, packet, ReadAfter::kAnyWrite);
 }
 
 bool SendPacket(HidLibrary& library, DeviceRecord& record, std::span<std::uint8_t> packet) {
-  if (!HoldsPacket(packet)) return false;
-  const auto buffer = packet.first<KVUSB_PACKET_BYTES>();
-  if (library.WriteData(record, buffer) == KVUSB_WRITE_FAILED) return false;
-  return ReadAnswer(library, record, buffer);
+  return HoldsPacket(packet) && ExchangePacket(library, record, packet, ReadAfter::kGoodWrite);
 }
 
 bool QueryBlock(HidLibrary& library, DeviceRecord& record, std::span<std::uint8_t> packet) {

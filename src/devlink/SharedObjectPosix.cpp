@@ -16,7 +16,7 @@ SharedObject::~SharedObject() {
   if (handle_ != nullptr) dlclose(handle_);
 }
 
-void (*SharedObject::FindAddress(const char* name) const)() {
+void (*SharedObject::FindAddress(const char* name, std::size_t /*stack_bytes*/) const)() {
   return reinterpret_cast<void (*)()>(dlsym(handle_, name));
 }
 

@@ -7,8 +7,9 @@
 
 namespace quillon {
 
+// Whatever else the library needs may stand beside it.
 SharedObject::SharedObject(const std::filesystem::path& file)
-    : handle_(LoadLibraryW(file.c_str())) {
+    : handle_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
   if (handle_ != nullptr) return;
   error_ = std::system_category().message(static_cast<int>(GetLastError()));
 }
@@ -17,8 +18,14 @@ SharedObject::~SharedObject() {
   if (handle_ != nullptr) FreeLibrary(static_cast<HMODULE>(handle_));
 }
 
-void (*SharedObject::FindAddress(const char* name) const)() {
-  return reinterpret_cast<void (*)()>(GetProcAddress(static_cast<HMODULE>(handle_), name));
+void (*SharedObject::FindAddress(const char* name, std::size_t stack_bytes) const)() {
+  const std::string plain = name;
+  const std::string decorated = plain + "@" + std::to_string(stack_bytes);
+  for (const std::string& tried : {plain, decorated, "_" + decorated}) {
+    auto* const found = GetProcAddress(static_cast<HMODULE>(handle_), tried.c_str());
+    if (found != nullptr) return reinterpret_cast<void (*)()>(found);
+  }
+  return nullptr;
 }
 
 }  // namespace quillon

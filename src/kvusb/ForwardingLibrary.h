@@ -6,7 +6,8 @@
 namespace quillon {
 
 // Hands every call on to another library. Whoever stands between the program and a library derives
-// from it and overrides only what it changes.
+// from it and overrides only what it changes. An exchange is its two calls here, for whoever
+// changes one of them.
 class ForwardingLibrary : public HidLibrary {
  public:
   // `inner` lives as long as the object does.

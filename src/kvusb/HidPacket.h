@@ -30,6 +30,15 @@ inline constexpr std::size_t kDataByte = 1;
 // Value of the argument byte of a command that writes settings.
 inline constexpr std::uint8_t kWriteArgument = 1;
 
+// Whether the request erases the flash of a board, or through it of a node. Its answer takes
+// seconds.
+inline bool IsErase(PacketSpan packet) {
+  constexpr std::uint8_t kErase = 8;
+  constexpr std::uint8_t kOfNode = 0x1C;
+  return packet[kCommandByte] == kErase ||
+         (packet[kCommandByte] == kOfNode && packet[kPayloadByte] == kErase);
+}
+
 // The identity query, answered by boards of type 1 and 3.
 inline constexpr std::uint8_t kIdentityQuery = 6;
 

@@ -23,7 +23,7 @@ using Clock = std::chrono::steady_clock;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kReportBytes = KVUSB_PACKET_BYTES - 1;
-constexpr std::uint8_t kErase = 8, kNodeCommand = 0x1C;
+constexpr std::uint8_t kNodeCommand = 0x1C;
 constexpr std::size_t kFunctionByte = kPayloadByte;  // of a node command
 
 // hidraw keeps no more than 64 reports for a reader that is late.
@@ -32,11 +32,6 @@ constexpr std::size_t kMostGivenUp = 64;
 
 // The private bytes of a record: mark and number.
 constexpr std::array<char, 8> kMark = {'K', 'V', 'U', 'S', 'B', 'H', 'I', 'D'};
-
-bool IsErase(PacketSpan packet) {
-  return packet[kCommandByte] == kErase ||
-         (packet[kCommandByte] == kNodeCommand && packet[kFunctionByte] == kErase);
-}
 
 // The answer of a node, through its board, begins with the node's function.
 std::uint8_t EchoOf(PacketSpan packet) {
