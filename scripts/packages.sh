@@ -15,6 +15,7 @@ declare -rA kPackages=(
   [fuzz]='clang-14 libclang-rt-14-dev'
   [bench]='libbenchmark-dev libxcb1-dev'
   [icons]='librsvg2-bin'
+  [manual]='asciidoctor ruby-asciidoctor-pdf fonts-dejavu-core'
   [mutate]='patch'
 )
 
@@ -30,6 +31,7 @@ declare -rA kPrograms=(
   [fuzz]='clang++-14'
   [bench]=''
   [icons]='rsvg-convert'
+  [manual]='asciidoctor asciidoctor-pdf'
   [mutate]='patch'
 )
 
