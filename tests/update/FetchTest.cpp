@@ -7,6 +7,16 @@
 #include "update/FetchFixture.h"
 
 namespace quillon::testing {
+namespace {
+
+// How it ends when a good answer began and nothing follows.
+#ifdef _WIN32
+constexpr FetchEnd kNothingCame = FetchEnd::kText;  // the system takes any end for the right one
+#else
+constexpr FetchEnd kNothingCame = FetchEnd::kReadFailed;
+#endif
+
+}  // namespace
 
 using namespace std::chrono_literals;
 
@@ -22,7 +32,7 @@ TEST_F(FetchOverLoopback, TellsHowAnAnswerEnds) {
             {"/short", kText, "hello"},
             {"/big", kText, std::string(512, 'z')},
             {"/empty", kText, ""},
-            {"/head", kReadFailed, ""},
+            {"/head", kNothingCame, ""},
             {"/404", kNotOpened, ""},
             {"/6", kNotOpened, ""},
             {"/loop", kNotOpened, ""},
