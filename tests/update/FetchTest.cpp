@@ -9,6 +9,8 @@
 namespace quillon::testing {
 namespace {
 
+using namespace std::chrono_literals;
+
 // How it ends when a good answer began and nothing follows.
 #ifdef _WIN32
 constexpr FetchEnd kNothingCame = FetchEnd::kText;  // the system takes any end for the right one
@@ -17,8 +19,6 @@ constexpr FetchEnd kNothingCame = FetchEnd::kReadFailed;
 #endif
 
 }  // namespace
-
-using namespace std::chrono_literals;
 
 TEST_F(FetchOverLoopback, TellsHowAnAnswerEnds) {
   using enum FetchEnd;
@@ -52,6 +52,7 @@ TEST_F(FetchOverLoopback, TellsHowAnAnswerEnds) {
 
 TEST_F(FetchOverLoopback, LeavesAServerWhenItIsToldTo) {
   const QDeadlineTimer much_later(5s);
+  EXPECT_FALSE(fetch_->LeavesWorkBehind());
   QTimer::singleShot(20, [&] {
     EXPECT_EQ(Get("/good").end, FetchEnd::kNotOpened) << "inside another";
     fetch_->Stop();
