@@ -20,8 +20,14 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 add_library(quillon-options INTERFACE)
 target_include_directories(quillon-options INTERFACE ${PROJECT_SOURCE_DIR}/src)
-target_compile_options(quillon-options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
+if(MSVC)
+  target_compile_options(quillon-options INTERFACE
+    /W4 /utf-8 /permissive- $<$<BOOL:${QUILLON_WERROR}>:/WX>)
+  target_compile_definitions(quillon-options INTERFACE NOMINMAX)
+else()
+  target_compile_options(quillon-options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
+endif()
 quillon_harden(quillon-options)
 
 # Half of the time of a build goes into the same headers of Qt and of the test library. Each kind of

@@ -3,7 +3,7 @@
 #
 # package_windows.sh <manual.pdf>: makes the archive for Windows of the preset's build, in
 # build/package: a folder that runs wherever it is unpacked. Without the manual if there is no such
-# file. `./dev package` builds all of it first.
+# file. `./dev windows-package` builds all of it first.
 set -euo pipefail
 cd "$(dirname "${BASH_SOURCE[0]}")/.."
 bin=build/windows/bin

@@ -7,6 +7,7 @@
 #include <windows.h>
 
 #include <QGuiApplication>
+#include <QPixmap>
 #include <QScreen>
 #include <chrono>
 #include <functional>
