@@ -1,0 +1,91 @@
+// SPDX-License-Identifier: MIT
+#include "kvusb/hid/OverlappedHid.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace quillon {
+namespace {
+
+using Clock = HidHandle::Clock;
+
+// Windows itself waits for ever for a board that does not take a report.
+constexpr std::chrono::seconds kWriteLimit(2);
+
+// A driver ends a cancelled transfer at once, unless it has lost it.
+constexpr std::chrono::seconds kCancelLimit(1);
+
+bool EndsBy(HANDLE event, Clock::time_point deadline) {
+  constexpr long long kMost = INFINITE - 1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(deadline - Clock::now());
+  const auto limit = static_cast<DWORD>(std::clamp<long long>(left.count(), 0, kMost));
+  return WaitForSingleObject(event, limit) == WAIT_OBJECT_0;
+}
+
+}  // namespace
+
+OverlappedHid::Transfer::Transfer(std::size_t count)
+    : ended(CreateEventW(nullptr, TRUE, FALSE, nullptr)), bytes(count) {
+  overlapped.hEvent = ended.get();
+}
+
+OverlappedHid::OverlappedHid(FileHandle file, std::size_t input_bytes, std::size_t output_bytes)
+    : file_(std::move(file)), input_bytes_(input_bytes), output_bytes_(output_bytes) {}
+
+OverlappedHid::~OverlappedHid() {
+  if (reading_) Cancel(std::move(reading_));
+}
+
+// Nothing if it fails at once.
+OverlappedHid::TransferPointer OverlappedHid::Begin(TransferPointer transfer, bool read) {
+  std::vector<std::uint8_t>& bytes = transfer->bytes;
+  const auto count = static_cast<DWORD>(bytes.size());
+  const BOOL done =
+      read ? ReadFile(file_.get(), bytes.data(), count, nullptr, &transfer->overlapped)
+           : WriteFile(file_.get(), bytes.data(), count, nullptr, &transfer->overlapped);
+  if (done == 0 && GetLastError() != ERROR_IO_PENDING) return nullptr;
+  return transfer;
+}
+
+std::optional<std::size_t> OverlappedHid::ResultOf(Transfer& transfer) {
+  DWORD moved = 0;
+  if (GetOverlappedResult(file_.get(), &transfer.overlapped, &moved, FALSE) == 0)
+    return std::nullopt;
+  return moved;
+}
+
+void OverlappedHid::Cancel(TransferPointer transfer) {
+  CancelIoEx(file_.get(), &transfer->overlapped);
+  if (EndsBy(transfer->ended.get(), Clock::now() + kCancelLimit)) return;
+  // Better lost than given to somebody else while Windows may still write to it.
+  static_cast<void>(transfer.release());
+}
+
+// Windows takes as many bytes as the longest report has, and no others.
+bool OverlappedHid::Write(PacketSpan packet) {
+  auto transfer = std::make_unique<Transfer>(output_bytes_);
+  std::copy_n(packet.begin(), std::min(packet.size(), output_bytes_), transfer->bytes.begin());
+  transfer = Begin(std::move(transfer), false);
+  if (!transfer) return false;
+  if (EndsBy(transfer->ended.get(), Clock::now() + kWriteLimit))
+    return ResultOf(*transfer).has_value();
+  Cancel(std::move(transfer));
+  return false;
+}
+
+int OverlappedHid::Read(std::span<std::uint8_t> report, Clock::time_point deadline) {
+  if (!reading_) reading_ = Begin(std::make_unique<Transfer>(input_bytes_), true);
+  if (!reading_) return -1;
+  if (!EndsBy(reading_->ended.get(), deadline)) return 0;
+  const TransferPointer read = std::exchange(reading_, nullptr);
+  const auto moved = ResultOf(*read);
+  if (!moved) return -1;
+  // A report without a number comes with a zero in its place.
+  auto bytes = std::span(read->bytes).first(*moved);
+  if (!bytes.empty() && bytes[0] == 0) bytes = bytes.subspan(1);
+  bytes = bytes.first(std::min(bytes.size(), report.size()));
+  std::ranges::copy(bytes, report.begin());
+  return static_cast<int>(bytes.size());
+}
+
+}  // namespace quillon
