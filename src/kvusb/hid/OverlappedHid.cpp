@@ -1,6 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "kvusb/hid/OverlappedHid.h"
 
+// Only after the above. The headers of the HID driver do not know C++.
+extern "C" {
+#include <hidsdi.h>
+}
+
 #include <algorithm>
 #include <utility>
 
@@ -61,25 +66,38 @@ void OverlappedHid::Cancel(TransferPointer transfer) {
   static_cast<void>(transfer.release());
 }
 
+// A failure alone does not say so: a board may just have refused a report.
+void OverlappedHid::CloseIfGone() {
+  HIDD_ATTRIBUTES attributes{};
+  attributes.Size = sizeof attributes;
+  if (HidD_GetAttributes(file_.get(), &attributes) != 0) return;
+  if (reading_) Cancel(std::move(reading_));
+  file_.reset();
+}
+
 // Windows takes as many bytes as the longest report has, and no others.
 bool OverlappedHid::Write(PacketSpan packet) {
+  if (!file_) return false;
   auto transfer = std::make_unique<Transfer>(output_bytes_);
   std::copy_n(packet.begin(), std::min(packet.size(), output_bytes_), transfer->bytes.begin());
   transfer = Begin(std::move(transfer), false);
-  if (!transfer) return false;
-  if (EndsBy(transfer->ended.get(), Clock::now() + kWriteLimit))
-    return ResultOf(*transfer).has_value();
-  Cancel(std::move(transfer));
+  const bool ended = transfer && EndsBy(transfer->ended.get(), Clock::now() + kWriteLimit);
+  if (ended && ResultOf(*transfer)) return true;
+  if (transfer && !ended) Cancel(std::move(transfer));
+  CloseIfGone();
   return false;
 }
 
 int OverlappedHid::Read(std::span<std::uint8_t> report, Clock::time_point deadline) {
+  if (!file_) return -1;
   if (!reading_) reading_ = Begin(std::make_unique<Transfer>(input_bytes_), true);
-  if (!reading_) return -1;
-  if (!EndsBy(reading_->ended.get(), deadline)) return 0;
+  if (reading_ && !EndsBy(reading_->ended.get(), deadline)) return 0;
   const TransferPointer read = std::exchange(reading_, nullptr);
-  const auto moved = ResultOf(*read);
-  if (!moved) return -1;
+  const auto moved = read ? ResultOf(*read) : std::nullopt;
+  if (!moved) {
+    CloseIfGone();
+    return -1;
+  }
   // A report without a number comes with a zero in its place.
   auto bytes = std::span(read->bytes).first(*moved);
   if (!bytes.empty() && bytes[0] == 0) bytes = bytes.subspan(1);

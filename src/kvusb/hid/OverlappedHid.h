@@ -22,7 +22,8 @@ using FileHandle = std::unique_ptr<void, CloseFile>;
 //
 // A read that has not ended in time goes on, and the next Read() takes up where it was. So what the
 // board says always has a place to go, even if the board leaves right after it, and nothing is lost
-// by cancelling.
+// by cancelling. The file of a board that has left is closed at once: while it is open, the board
+// is half there for Windows, and Wine waits for it before it lets any board come or go.
 class OverlappedHid final : public HidHandle {
  public:
   // The lengths are those of the board's longest reports, with their report number.
@@ -47,8 +48,9 @@ class OverlappedHid final : public HidHandle {
   // How many bytes were moved, or nothing when the transfer failed.
   std::optional<std::size_t> ResultOf(Transfer& transfer);
   void Cancel(TransferPointer transfer);
+  void CloseIfGone();
 
-  FileHandle file_;
+  FileHandle file_;  // null when the board has left
   std::size_t input_bytes_, output_bytes_;
   TransferPointer reading_;  // null while there is none
 };
