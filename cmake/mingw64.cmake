@@ -9,10 +9,11 @@ set(CMAKE_C_COMPILER ${triple}-gcc-posix)
 set(CMAKE_CXX_COMPILER ${triple}-g++-posix)
 set(CMAKE_RC_COMPILER ${triple}-windres)
 
-set(QUILLON_QT_MINGW "$ENV{QT_MINGW}")
-if(NOT QUILLON_QT_MINGW)
-  get_filename_component(QUILLON_QT_MINGW ${CMAKE_CURRENT_LIST_DIR}/../../shared/qt6-mingw ABSOLUTE)
+set(qt "$ENV{QT_MINGW}")
+if(NOT qt)
+  get_filename_component(qt ${CMAKE_CURRENT_LIST_DIR}/../../shared/qt6-mingw ABSOLUTE)
 endif()
+set(QUILLON_QT_MINGW ${qt} CACHE PATH "Qt for Windows")
 
 # Nothing of the machine that builds is found, but programs.
 set(CMAKE_FIND_ROOT_PATH /usr/${triple} ${QUILLON_QT_MINGW})

@@ -14,8 +14,11 @@ declare -rA kPackages=(
   [lint]='clang-format-14 clang-tidy-16'
   [fuzz]='clang-14 libclang-rt-14-dev'
   [bench]='libbenchmark-dev libxcb1-dev'
-  [icons]='librsvg2-bin'
+  [icons]='librsvg2-bin icoutils'
+  [manual]='asciidoctor ruby-asciidoctor-pdf fonts-dejavu-core'
   [mutate]='patch'
+  [windows]='g++-mingw-w64-x86-64-posix cmake ninja-build ccache googletest nlohmann-json3-dev libcli11-dev libutfcpp-dev'
+  [wine]='wine64'
 )
 
 # The programs that show the same on a distribution whose package names we do not know.
@@ -29,8 +32,11 @@ declare -rA kPrograms=(
   [lint]='clang-format-14 clang-tidy-16'
   [fuzz]='clang++-14'
   [bench]=''
-  [icons]='rsvg-convert'
+  [icons]='rsvg-convert icotool'
+  [manual]='asciidoctor asciidoctor-pdf'
   [mutate]='patch'
+  [windows]='x86_64-w64-mingw32-g++-posix cmake ninja ccache'
+  [wine]='wine64'
 )
 
 is_debian() {

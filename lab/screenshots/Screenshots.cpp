@@ -64,10 +64,13 @@ CSettingsPage& ShownPage(const CMainDialog& window) {
 
 }  // namespace
 
-Screenshots::Screenshots(const QDir& folder, const QString& suffix, const QDir& own)
+Screenshots::Screenshots(const QDir& folder, const QString& suffix, const QDir& own,
+                         QStringList wanted)
     : folder_(folder),
       suffix_(suffix),
       rig_file_(own.absoluteFilePath(QStringLiteral("rig.json"))),
+      wanted_(std::move(wanted)),
+      left_(wanted_),
       attendant_([this](QWidget& opened) { Attend(opened); }) {}
 
 template <typename Act>
@@ -94,6 +97,10 @@ void Screenshots::TakeAll() {
   On(kUnreadableBoard, [this] { TakeFailedRetrieve(); });
   TakeRefusedBoards();
   On(kNoBoards, [this] { TakeHome(); });
+  if (!left_.isEmpty()) {
+    throw std::runtime_error("There is no picture " +
+                             left_.join(QStringLiteral(", ")).toStdString() + '.');
+  }
 }
 
 void Screenshots::TakeBoard(std::uint32_t board) {
@@ -121,6 +128,10 @@ void Screenshots::TakeTabs(CTabSet& pages) {
       stage::ClickButton(*pages.Page(tab), QStringLiteral("Retrieve"));
     }
     Take(FileName(title));
+    const QString alone = FileOf(FileName(title) + QStringLiteral("-page"));
+    if (!wanted_.contains(alone)) continue;
+    CMainDialog& window = program_->Window();
+    Save(window.grab({pages.mapTo(&window, QPoint()), pages.size()}), alone);
   }
 }
 
@@ -197,9 +208,18 @@ void Screenshots::Attend(QWidget& opened) {
   opened.close();
 }
 
+QString Screenshots::FileOf(const QString& what) const {
+  return QStringLiteral("%1-%2%3.png").arg(prefix_, what, suffix_);
+}
+
 void Screenshots::Take(const QString& what) {
-  const QString file = QStringLiteral("%1-%2%3.png").arg(prefix_, what, suffix_);
-  stage::SavePicture(stage::PictureOf(program_->Window()), folder_.absoluteFilePath(file));
+  const QString file = FileOf(what);
+  if (wanted_.isEmpty() || wanted_.contains(file)) Save(stage::PictureOf(program_->Window()), file);
+}
+
+void Screenshots::Save(const QPixmap& picture, const QString& file) {
+  left_.removeAll(file);
+  stage::SavePicture(picture, folder_.absoluteFilePath(file));
   ++taken_;
 }
 

@@ -2,12 +2,14 @@
 #pragma once
 
 #include <QDir>
+#include <QStringList>
 #include <cstdint>
 
 #include "stage/Attendant.h"
 #include "stage/Program.h"
 
 class QMenu;
+class QPixmap;
 
 namespace quillon {
 
@@ -16,13 +18,14 @@ class CTabSet;
 // Pictures of all that the window can show: every board of the usual rig with every enabled tab,
 // retrieved where there is something to retrieve, and other states of the window. Files are named
 // NN-subject<suffix>.png; NN is the board's place in the table, counted from 1, or 00 for what
-// belongs to no board.
+// belongs to no board. One of a tab alone, NN-subject-page<suffix>.png, is taken only when wanted.
 class Screenshots {
  public:
-  // `own` is the folder for the files of the rigs.
-  Screenshots(const QDir& folder, const QString& suffix, const QDir& own);
+  // `own` is the folder for the files of the rigs. With `wanted`, names of files, only these are
+  // taken.
+  Screenshots(const QDir& folder, const QString& suffix, const QDir& own, QStringList wanted);
 
-  // Throws std::runtime_error when something cannot be shown.
+  // Throws std::runtime_error when something cannot be shown, or a wanted picture is none of these.
   void TakeAll();
 
   int Taken() const { return taken_; }
@@ -43,10 +46,14 @@ class Screenshots {
 
   void Attend(QWidget& opened);
   void Take(const QString& what);
+  void Save(const QPixmap& picture, const QString& file);
+  QString FileOf(const QString& what) const;
 
   QDir folder_;
   QString suffix_;
   QString rig_file_;
+  QStringList wanted_;
+  QStringList left_;  // of those wanted
   stage::Attendant attendant_;
   stage::Program* program_ = nullptr;
   QString prefix_;  // of the pictures of the board that is shown

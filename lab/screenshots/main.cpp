@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// quillon-screenshots <folder> --palette light|dark --scale N: pictures of the window for every
-// board and page, at N device pixels to a pixel.
+// quillon-screenshots <folder> [picture...] --palette light|dark --scale N: pictures of the window
+// for every board and page, or only those of these file names, at N device pixels to a pixel.
 #include <QCommandLineParser>
 #include <QTemporaryDir>
 #include <cstdio>
@@ -18,6 +18,7 @@ using quillon::stage::UsePalette;
 
 struct Wish {
   QString folder;
+  QStringList pictures;
   QString palette;
   QString scale;
 };
@@ -25,21 +26,24 @@ struct Wish {
 std::optional<Wish> WishOf(int argc, char** argv) {
   QCommandLineParser parser;
   parser.addPositionalArgument(QStringLiteral("folder"), QStringLiteral("where pictures go"));
+  parser.addPositionalArgument(QStringLiteral("picture"), QStringLiteral("only these"));
   parser.addOption({QStringLiteral("palette"), QString(), QStringLiteral("light|dark")});
   parser.addOption({QStringLiteral("scale"), QString(), QStringLiteral("N")});
   QStringList words;
   for (int i = 0; i < argc; ++i) words << QString::fromLocal8Bit(argv[i]);
   const bool known = parser.parse(words);
-  const Wish wish{parser.positionalArguments().value(0), parser.value(QStringLiteral("palette")),
+  const QStringList names = parser.positionalArguments();
+  const Wish wish{names.value(0), names.mid(1), parser.value(QStringLiteral("palette")),
                   parser.value(QStringLiteral("scale"))};
-  const bool usable = known && parser.positionalArguments().size() == 1 &&
-                      wish.scale.toDouble() >= 1 && wish.scale.toDouble() <= 4;
+  const bool usable =
+      known && !names.isEmpty() && wish.scale.toDouble() >= 1 && wish.scale.toDouble() <= 4;
   return usable ? std::optional(wish) : std::nullopt;
 }
 
 int Refuse() {
-  std::fputs("Usage: quillon-screenshots <folder> --palette light|dark --scale N (1 to 4)\n",
-             stderr);
+  std::fputs(
+      "Usage: quillon-screenshots <folder> [picture...] --palette light|dark --scale N (1 to 4)\n",
+      stderr);
   return EXIT_FAILURE;
 }
 
@@ -58,8 +62,8 @@ int Take(int& argc, char** argv) {
   QApplication::setQuitOnLastWindowClosed(false);
   QApplication::setCursorFlashTime(0);
   if (!UsePalette(wish->palette)) return Refuse();
-  quillon::Screenshots screenshots(folder,
-                                   QStringLiteral("-%1-%2x").arg(wish->palette, wish->scale), own);
+  quillon::Screenshots screenshots(
+      folder, QStringLiteral("-%1-%2x").arg(wish->palette, wish->scale), own, wish->pictures);
   screenshots.TakeAll();
   std::printf("%d pictures, %s, %sx\n", screenshots.Taken(), qPrintable(wish->palette),
               qPrintable(wish->scale));

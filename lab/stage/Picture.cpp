@@ -54,7 +54,8 @@ QPixmap PictureOf(QWidget& window) {
   const qreal ratio = window.devicePixelRatioF();
   QPixmap picture((QSizeF(area.size()) * ratio).toSize());
   picture.setDevicePixelRatio(ratio);
-  picture.fill(Qt::transparent);
+  // Without need a picture is opaque: some programs take long over one that may not be.
+  if (area != window.geometry()) picture.fill(Qt::transparent);
   QPainter painter(&picture);
   painter.setFont(window.font());
   painter.translate(-area.topLeft());

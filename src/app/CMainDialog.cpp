@@ -27,7 +27,6 @@
 #include "pages/nodes/CSpiControllerPageSet.h"
 #include "res/Icons.h"
 #include "tree/CDeviceTreeCtrl.h"
-#include "update/UpdateAddresses.h"
 #include "update/WaitCursor.h"
 
 namespace quillon {

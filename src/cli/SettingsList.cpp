@@ -1,11 +1,16 @@
 // SPDX-License-Identifier: MIT
 //
 // Prints every setting of every family as JSON: where it stands, what it may be, what it is in the
-// factory. Pages about one port of a node have a list of their own.
+// factory. Pages about one port of a node have a list of their own. With --asciidoc FOLDER it
+// writes the manual's tables of settings there, a file for each page.
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <set>
+#include <span>
 
+#include "cli/SettingsTables.h"
 #include "settings/NodeSettings.h"
 #include "settings/Setting.h"
 
@@ -108,7 +113,35 @@ ordered_json Families() {
   return families;
 }
 
+bool WriteTables(const std::filesystem::path& folder) {
+  std::filesystem::create_directories(folder);
+  for (const SettingsTable& table : AllSettingsTables()) {
+    std::ofstream file(folder / (table.name + ".adoc"), std::ios::binary);
+    file << table.text << std::flush;
+    if (!file) return false;
+  }
+  return true;
+}
+
 }  // namespace
 }  // namespace quillon
 
-int main() { std::cout << quillon::Families().dump(1) << '\n'; }
+int main(int argc, char** argv) {
+  const std::span<char*> words(argv, static_cast<std::size_t>(argc));
+  try {
+    if (words.size() == 1) {
+      std::cout << quillon::Families().dump(1) << '\n';
+      return 0;
+    }
+    if (words.size() == 3 && words[1] == std::string_view("--asciidoc")) {
+      if (quillon::WriteTables(words[2])) return 0;
+      std::cerr << "quillon-settings-list: a table cannot be written to " << words[2] << '\n';
+      return 1;
+    }
+  } catch (const std::exception& problem) {
+    std::cerr << "quillon-settings-list: " << problem.what() << '\n';
+    return 1;
+  }
+  std::cerr << "Usage: quillon-settings-list [--asciidoc FOLDER]\n";
+  return 2;
+}

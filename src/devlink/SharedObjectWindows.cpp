@@ -10,7 +10,10 @@ namespace quillon {
 SharedObject::SharedObject(const std::filesystem::path& file)
     : handle_(LoadLibraryW(file.c_str())) {
   if (handle_ != nullptr) return;
-  error_ = std::system_category().message(static_cast<int>(GetLastError()));
+  const DWORD error = GetLastError();
+  // The system's own sentence has a place for the name, which nobody fills in.
+  error_ = error == ERROR_BAD_EXE_FORMAT ? "it is no library, or none for programs of 64 bits"
+                                         : std::system_category().message(static_cast<int>(error));
 }
 
 SharedObject::~SharedObject() {

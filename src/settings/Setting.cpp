@@ -27,21 +27,6 @@ std::string TextOf(const Choice& choice, std::uint32_t code) {
   return Fill(choice.text, std::int64_t{code} + choice.offset);
 }
 
-// "Normal, Toggle, Pulse", or "0 to 10" for a run or a number; nothing for a switch.
-std::string RangeOf(const Setting& setting) {
-  std::string range;
-  for (const Choice& choice : setting.choices) {
-    if (!choice.offered) continue;
-    const auto [low, high] = std::minmax(choice.first, choice.last);
-    if (!range.empty()) range += ", ";
-    range += TextOf(choice, low);
-    if (low != high) range += " to " + TextOf(choice, high);
-  }
-  if (setting.choices.empty() && setting.field.width > 1)
-    range = std::to_string(setting.least) + " to " + std::to_string(setting.most);
-  return range;
-}
-
 }  // namespace
 
 std::span<const Page> PagesOf(BoardFamily family) {
@@ -90,6 +75,20 @@ std::vector<Offer> OffersOf(const Setting& setting) {
     }
   }
   return offers;
+}
+
+std::string RangeOf(const Setting& setting) {
+  std::string range;
+  for (const Choice& choice : setting.choices) {
+    if (!choice.offered) continue;
+    const auto [low, high] = std::minmax(choice.first, choice.last);
+    if (!range.empty()) range += ", ";
+    range += TextOf(choice, low);
+    if (low != high) range += " to " + TextOf(choice, high);
+  }
+  if (setting.choices.empty() && setting.field.width > 1)
+    range = std::to_string(setting.least) + " to " + std::to_string(setting.most);
+  return range;
 }
 
 std::string DescriptionOf(const Setting& setting, std::size_t row) {

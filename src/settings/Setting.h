@@ -139,6 +139,10 @@ struct Offer {
 // The choices that can be chosen, in the order in which they are listed.
 std::vector<Offer> OffersOf(const Setting& setting);
 
+// What can be chosen: "Normal, Toggle, Pulse", or "0 to 10" for a run or a number; nothing for a
+// switch.
+std::string RangeOf(const Setting& setting);
+
 // What the setting does to the board, its range or choices, and its factory value in `row`, counted
 // from 0, as sentences.
 std::string DescriptionOf(const Setting& setting, std::size_t row);

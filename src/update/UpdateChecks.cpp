@@ -7,7 +7,7 @@
 #include "devlink/Products.h"
 #include "firmware/NodeStatus.h"
 #include "firmware/VersionWord.h"
-#include "update/UpdateAddresses.h"
+#include "pages/common/Vendor.h"
 #include "update/WaitCursor.h"
 #include "update/WebAddress.h"
 

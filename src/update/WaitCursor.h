@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <QCursor>
 #include <QGuiApplication>
 
 namespace quillon {

@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 #include <gtest/gtest.h>
 
+#include "pages/common/Vendor.h"
 #include "update/BrowserCommand.h"
 #include "update/OpenInBrowser.h"
-#include "update/UpdateAddresses.h"
 
 namespace quillon::testing {
 

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <functional>
 #include <sstream>
 #include <streambuf>
@@ -10,6 +9,7 @@
 #include "conformance/ConformanceMain.h"
 #include "devlink/SharedObject.h"
 #include "kvusb/HidPacket.h"
+#include "testing/Environment.h"
 
 namespace quillon {
 namespace {
@@ -32,7 +32,7 @@ Ran Examine(const std::vector<std::string>& arguments, std::streambuf* person = 
 }
 
 std::string Fixture(const std::string& broken) {
-  return (fs::path(FIXTURES) / ("breaks-" + broken + ".so")).string();
+  return (fs::path(FIXTURES) / ("breaks-" + broken + MODULE_SUFFIX)).string();
 }
 
 // The names of the checks that failed.
@@ -68,8 +68,8 @@ class Person : public std::streambuf {
 class OverSimulatedBoards : public ::testing::Test {
  protected:
   OverSimulatedBoards() {
-    setenv("QUILLON_SIM_RIG", RIG_FILE, 1);
-    setenv("QUILLON_SIM_LATENCY_US", "0", 1);
+    testing::SetVariable("QUILLON_SIM_RIG", RIG_FILE);
+    testing::SetVariable("QUILLON_SIM_LATENCY_US", "0");
   }
 };
 
@@ -167,7 +167,7 @@ TEST(Conformance, ExplainsItsCommandLine) {
       {{"--vanish", "1010", "sim"}, "--vanish: It needs"},
       {{"--vanish", "1010:1FF", "sim"}, "--vanish: It needs"},
       {{"--vanish", "10g0:22", "sim"}, "--vanish: It needs"},
-      {{"sim"}, "/nowhere/libkvusb-sim.so does not exist"},
+      {{"sim"}, "kvusb-sim" MODULE_SUFFIX " does not exist"},
       {{RIG_FILE}, "cannot be loaded"},
   };
   for (const auto& [arguments, problem] : cases) {
