@@ -14,9 +14,6 @@ namespace {
 
 using Clock = HidHandle::Clock;
 
-// Windows itself waits for ever for a board that does not take a report.
-constexpr std::chrono::seconds kWriteLimit(2);
-
 // A driver ends a cancelled transfer at once, unless it has lost it.
 constexpr std::chrono::seconds kCancelLimit(1);
 
@@ -34,8 +31,12 @@ OverlappedHid::Transfer::Transfer(std::size_t count)
   overlapped.hEvent = ended.get();
 }
 
-OverlappedHid::OverlappedHid(FileHandle file, std::size_t input_bytes, std::size_t output_bytes)
-    : file_(std::move(file)), input_bytes_(input_bytes), output_bytes_(output_bytes) {}
+OverlappedHid::OverlappedHid(FileHandle file, std::size_t input_bytes, std::size_t output_bytes,
+                             Clock::duration write_limit)
+    : file_(std::move(file)),
+      input_bytes_(input_bytes),
+      output_bytes_(output_bytes),
+      write_limit_(write_limit) {}
 
 OverlappedHid::~OverlappedHid() {
   if (reading_) Cancel(std::move(reading_));
@@ -81,7 +82,7 @@ bool OverlappedHid::Write(PacketSpan packet) {
   auto transfer = std::make_unique<Transfer>(output_bytes_);
   std::copy_n(packet.begin(), std::min(packet.size(), output_bytes_), transfer->bytes.begin());
   transfer = Begin(std::move(transfer), false);
-  const bool ended = transfer && EndsBy(transfer->ended.get(), Clock::now() + kWriteLimit);
+  const bool ended = transfer && EndsBy(transfer->ended.get(), Clock::now() + write_limit_);
   if (ended && ResultOf(*transfer)) return true;
   if (transfer && !ended) Cancel(std::move(transfer));
   CloseIfGone();

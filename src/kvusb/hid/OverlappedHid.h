@@ -3,6 +3,7 @@
 
 #include <windows.h>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <optional>
@@ -26,8 +27,10 @@ using FileHandle = std::unique_ptr<void, CloseFile>;
 // is half there for Windows, and Wine waits for it before it lets any board come or go.
 class OverlappedHid final : public HidHandle {
  public:
-  // The lengths are those of the board's longest reports, with their report number.
-  OverlappedHid(FileHandle file, std::size_t input_bytes, std::size_t output_bytes);
+  // The lengths are those of the board's longest reports, with their report number. Windows itself
+  // waits for ever for a board that does not take a report.
+  OverlappedHid(FileHandle file, std::size_t input_bytes, std::size_t output_bytes,
+                Clock::duration write_limit = std::chrono::seconds(2));
   ~OverlappedHid() override;
 
   bool Write(PacketSpan packet) override;
@@ -52,6 +55,7 @@ class OverlappedHid final : public HidHandle {
 
   FileHandle file_;  // null when the board has left
   std::size_t input_bytes_, output_bytes_;
+  Clock::duration write_limit_;
   TransferPointer reading_;  // null while there is none
 };
 
