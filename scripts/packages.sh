@@ -18,6 +18,7 @@ declare -rA kPackages=(
   [manual]='asciidoctor ruby-asciidoctor-pdf fonts-dejavu-core'
   [mutate]='patch'
   [windows]='g++-mingw-w64-x86-64-posix cmake ninja-build ccache googletest nlohmann-json3-dev libcli11-dev libutfcpp-dev'
+  [windows-qt]='qt6-base-dev fonts-dejavu-core perl patch xz-utils'
   [wine]='wine64'
 )
 
@@ -36,6 +37,7 @@ declare -rA kPrograms=(
   [manual]='asciidoctor asciidoctor-pdf'
   [mutate]='patch'
   [windows]='x86_64-w64-mingw32-g++-posix cmake ninja ccache'
+  [windows-qt]='moc perl patch xz'
   [wine]='wine64'
 )
 

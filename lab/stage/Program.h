@@ -15,7 +15,8 @@ enum class Settling { kAsUsual, kNone };
 
 // One run of the program, from the start to the end, inside a tool's process: what CQuillonApp
 // starts, in the same order, over the HID library that the environment names. Message boxes are the
-// real ones; browsers and viewers of documents are not started. The library is unloaded when the run ends, so that the next one loads it anew.
+// real ones; browsers and viewers of documents are not started. The library is unloaded when the
+// run ends, so that the next one loads it anew.
 class Program {
  public:
   // Returns when the window shows the boards that were found; throws std::runtime_error when the

@@ -75,10 +75,6 @@ CMainDialog::CMainDialog(const MainServices& services)
   connect(tree_, &CDeviceTreeCtrl::RestartRequested, this, &CMainDialog::RestartBoard);
   connect(tree_, &CDeviceTreeCtrl::FirmwareCheckRequested, this,
           [this] { CheckForUpdates(kFirmwareList); });
-  for (const DeviceTool tool :
-       {DeviceTool::kRestartFlash, DeviceTool::kRestartDevice, DeviceTool::kCheckUpdate}) {
-    tree_->SetToolReady(tool, true);
-  }
   // A timer, because it fires once however many events come, and because the event loop handles
   // input before it. Posted events would all run before the next click.
   detection_timer_.setSingleShot(true);
@@ -247,7 +243,6 @@ const Product& CMainDialog::CurrentProduct() const {
 void CMainDialog::SelectFamilyPages() {
   const BoardFamily family = CurrentProduct().family;
   const auto set = page_sets_.find(family);
-  OfferDefaults();
   OfferFirmwareCheck(*menuBar(), !services_.link.table.IsEmpty());
   const auto answers = std::exchange(node_answers_, {});
   if (set != page_sets_.end()) {
@@ -262,7 +257,6 @@ void CMainDialog::SelectFamilyPages() {
 
 // The tree has made the port's board current.
 void CMainDialog::ShowPort(int port) {
-  OfferDefaults();
   pages_->setCurrentWidget(port_pages_);
   port_pages_->ShowPort(port);
 }
@@ -272,13 +266,6 @@ CTabSet* CMainDialog::ChosenPages() const {
   if (tree_->ChosenPort() != 0) return port_pages_;
   const auto set = page_sets_.find(CurrentProduct().family);
   return set == page_sets_.end() ? nullptr : set->second;
-}
-
-// Without settings pages a Yes would load nothing, so the entry is disabled. Intended: a family's
-// second product keeps the entry, though its defaults are not loaded from here.
-void CMainDialog::OfferDefaults() {
-  const CTabSet* const pages = ChosenPages();
-  tree_->SetToolReady(DeviceTool::kLoadDefaults, pages == nullptr || pages->HasSettingsPages());
 }
 
 // A board that does not answer keeps everybody waiting. So the answer is kept for the report on the
@@ -355,16 +342,18 @@ void CMainDialog::CheckForUpdates(int list) {
   CloseIfWanted();
 }
 
+// Only a list that was read may change what the lists of nodes and cards show.
 void CMainDialog::CheckNodeFirmware() {
-  if (close_after_run_) return;
-  checks_.CheckForUpdates(kNodeList);
+  if (close_after_run_ || !checks_.CheckForUpdates(kNodeList)) return;
   const DeviceTable& table = services_.link.table;
-  if (close_after_run_ || table.IsRestarting(table.Current())) return;
+  if (table.IsRestarting(table.Current())) return;
   node_pages_->RefreshNodes();
   if (ShownPageSet() == port_pages_) port_pages_->FollowNode();
 }
 
 void CMainDialog::OpenHelp() {
+  const auto hold = services_.link.gate.TryEnter();
+  if (!hold) return;
   if (OpenHelpFile(services_.open_document)) return;
   services_.prompts.Message(this, QStringLiteral("The help file could not be located!"),
                             QStringLiteral("Quillon: Help File"), UserPrompts::Icon::kNone);
@@ -372,6 +361,8 @@ void CMainDialog::OpenHelp() {
 
 // Intended: a browser that cannot be started is no reason for a message.
 void CMainDialog::VisitVendor() {
+  const auto hold = services_.link.gate.TryEnter();
+  if (!hold) return;
   const WaitCursor wait;
   services_.updates.open_in_browser(QStringLiteral("https://") + VendorWebSite());
 }

@@ -107,7 +107,6 @@ class CMainDialog : public QMainWindow {
   NodeList ReadNodes();
   void ShowPort(int port);
   CTabSet* ChosenPages() const;
-  void OfferDefaults();
   void LoadDefaultSettings();
   void RestartBoard(bool to_flash_mode);
   void OnRunStarted();

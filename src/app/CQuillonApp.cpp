@@ -56,7 +56,9 @@ int CQuillonApp::Run() {
     QMetaObject::invokeMethod(&dialog, &CMainDialog::ShowProblems, Qt::QueuedConnection);
   });
   dialog.show();
-  return exec();
+  const int result = exec();
+  leaves_work_behind_ = fetch->LeavesWorkBehind();
+  return result;
 }
 
 }  // namespace quillon

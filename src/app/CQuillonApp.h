@@ -14,6 +14,12 @@ class CQuillonApp : public QApplication {
 
   // Runs the program until its window closes; returns the exit code.
   int Run();
+  // Whether something is still looked up that nobody waits for any more, and that would keep the
+  // process from ending.
+  bool LeavesWorkBehind() const { return leaves_work_behind_; }
+
+ private:
+  bool leaves_work_behind_ = false;
 };
 
 }  // namespace quillon

@@ -2,6 +2,7 @@
 #include "app/MainMenu.h"
 
 #include <QMenuBar>
+
 namespace quillon {
 namespace {
 

@@ -6,6 +6,7 @@
 #include <cerrno>
 #include <fstream>
 
+#include "storage/Leftovers.h"
 #include "storage/ReplaceFile.h"
 
 namespace quillon {
@@ -28,7 +29,7 @@ std::optional<FileProblem> ReplaceFile(const std::filesystem::path& file, std::s
   std::error_code ignored;
   if (std::filesystem::is_directory(file, ignored)) return FileProblem{"is a folder", {}};
   std::filesystem::path temporary = file;
-  temporary += L"." + std::to_wstring(GetCurrentProcessId()) + L".tmp";
+  temporary += OwnEnding(static_cast<long>(GetCurrentProcessId()));
   std::error_code code = Write(temporary, bytes);
   if (!code && MoveFileExW(temporary.c_str(), file.c_str(),
                            MOVEFILE_REPLACE_EXISTING | MOVEFILE_WRITE_THROUGH) == 0)
@@ -38,6 +39,13 @@ std::optional<FileProblem> ReplaceFile(const std::filesystem::path& file, std::s
   return FileProblem{"cannot be written: " + code.message(), code};
 }
 
-void RemoveLeftovers(const std::filesystem::path& /*file*/) {}
+bool HasEnded(int process) {
+  const HANDLE handle = OpenProcess(SYNCHRONIZE, FALSE, static_cast<DWORD>(process));
+  if (handle == nullptr) return GetLastError() == ERROR_INVALID_PARAMETER;
+  // Somebody may still hold what is left of a process.
+  const bool ended = WaitForSingleObject(handle, 0) == WAIT_OBJECT_0;
+  CloseHandle(handle);
+  return ended;
+}
 
 }  // namespace quillon

@@ -48,14 +48,6 @@ QSize CDeviceTreeCtrl::minimumSizeHint() const {
           QTreeView::minimumSizeHint().height()};
 }
 
-void CDeviceTreeCtrl::SetToolReady(DeviceTool tool, bool ready) {
-  if (ready) {
-    unready_.erase(tool);
-  } else {
-    unready_.insert(tool);
-  }
-}
-
 void CDeviceTreeCtrl::Rebuild() {
   const std::vector<NodeList> nodes = ReadNodes();
   model_.Rebuild(link_.table, nodes);
@@ -177,14 +169,11 @@ std::unique_ptr<QMenu> CDeviceTreeCtrl::MakeMenu(const QModelIndex& at) {
   const auto kind = at.isValid() ? std::optional(model_.Kind(at)) : std::nullopt;
   for (const DeviceToolEntry& entry : DeviceToolEntries()) {
     if (entry.tool == DeviceTool::kExpandAll) menu->addSeparator();
-    const bool ready = !unready_.contains(entry.tool);
     const bool offered = IsOffered(entry, kind);
     QAction* action = menu->addAction(Icon(entry.icon), QString::fromUtf8(entry.text));
     action->setData(static_cast<int>(entry.tool));
-    action->setEnabled(ready && offered);
-    action->setToolTip(QString::fromUtf8(!ready     ? "Comes with a later version."
-                                         : !offered ? entry.elsewhere
-                                                    : entry.purpose));
+    action->setEnabled(offered);
+    action->setToolTip(QString::fromUtf8(offered ? entry.purpose : entry.elsewhere));
     action->setStatusTip(action->toolTip());
   }
   return menu;

@@ -5,7 +5,6 @@
 #include <QTreeView>
 #include <functional>
 #include <memory>
-#include <set>
 #include <vector>
 
 #include "devlink/BoardLink.h"
@@ -37,10 +36,6 @@ class CDeviceTreeCtrl : public QTreeView {
 
   // The port that is chosen, counted from 1; 0 when anything else is.
   int ChosenPort() const;
-
-  // Says whether the program can do what an entry says. An entry that is not ready is disabled
-  // everywhere. Both restarts and the firmware check begin as not ready.
-  void SetToolReady(DeviceTool tool, bool ready);
 
   // Builds the tree anew from the table, with the boards visible and their nodes collapsed. Reads
   // all nodes first. Then selects the current board, which is the first one if nodes were to be
@@ -85,8 +80,6 @@ class CDeviceTreeCtrl : public QTreeView {
   BoardLink& link_;
   DeviceTreeModel model_;
   NodeReader read_nodes_;
-  std::set<DeviceTool> unready_{DeviceTool::kRestartFlash, DeviceTool::kRestartDevice,
-                                DeviceTool::kCheckUpdate};
   QPersistentModelIndex chosen_;  // what the highlight goes back to after a refused choice
   bool highlighting_ = false;
 };

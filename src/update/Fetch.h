@@ -44,6 +44,10 @@ class Fetch {
 
   // Ends the Get() that is under way at once, as not opened. Does nothing without one.
   virtual void Stop() = 0;
+
+  // Whether a look-up of a name or of a proxy may still be under way that no Get() waits for any
+  // more. The system offers no end to it, and would keep the program from ending.
+  virtual bool LeavesWorkBehind() const = 0;
 };
 
 // The real one of this platform. Costs nothing before the first Get().

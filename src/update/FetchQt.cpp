@@ -6,21 +6,29 @@
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
 #include <QTimer>
+#include <system_error>
+#include <thread>
+#include <utility>
 
 #include "update/WebAddress.h"
 
 namespace quillon {
 namespace {
 
-class SystemProxies : public QNetworkProxyFactory {
+using Proxies = QList<QNetworkProxy>;
+
+// Always the same ones.
+class TheseProxies : public QNetworkProxyFactory {
  public:
-  QList<QNetworkProxy> queryProxy(const QNetworkProxyQuery& query) override {
-    return systemProxyForQuery(query);
-  }
+  explicit TheseProxies(Proxies proxies) : proxies_(std::move(proxies)) {}
+  Proxies queryProxy(const QNetworkProxyQuery& /*query*/) override { return proxies_; }
+
+ private:
+  Proxies proxies_;
 };
 
-QNetworkRequest RequestFor(const QString& address) {
-  QNetworkRequest request{QUrl(address)};
+QNetworkRequest RequestFor(const QUrl& address) {
+  QNetworkRequest request(address);
   request.setHeader(QNetworkRequest::UserAgentHeader, QLatin1String(kFetchAgent));
   // Sends "Pragma: no-cache" too.
   request.setAttribute(QNetworkRequest::CacheLoadControlAttribute, QNetworkRequest::AlwaysNetwork);
@@ -30,10 +38,8 @@ QNetworkRequest RequestFor(const QString& address) {
   request.setAttribute(QNetworkRequest::Http2AllowedAttribute, false);
   // Otherwise few packed bytes may become very many.
   request.setRawHeader("Accept-Encoding", "identity");
-  // Keeps to http and https, and never goes back from https.
   request.setAttribute(QNetworkRequest::RedirectPolicyAttribute,
-                       QNetworkRequest::NoLessSafeRedirectPolicy);
-  request.setMaximumRedirectsAllowed(kMostRedirects);
+                       QNetworkRequest::ManualRedirectPolicy);
   return request;
 }
 
@@ -48,35 +54,77 @@ FetchQt::FetchQt(std::chrono::milliseconds time_limit) : time_limit_(time_limit)
 
 FetchQt::~FetchQt() = default;
 
-QNetworkAccessManager& FetchQt::Manager() {
-  if (!manager_) {
-    manager_ = std::make_unique<QNetworkAccessManager>();
-    manager_->setProxyFactory(new SystemProxies);  // which it owns
+// Turns the loop until it is quit or the time is over. False if that was for nothing.
+bool FetchQt::Wait(QEventLoop& loop) {
+  QTimer::singleShot(std::chrono::milliseconds(deadline_.remainingTime()), Qt::PreciseTimer, &loop,
+                     &QEventLoop::quit);
+  return wait_.Run(loop);
+}
+
+// A desktop may name a script that knows the proxies. It is fetched and run without a limit, so in
+// a thread that is left alone when the time is over.
+bool FetchQt::UseProxiesFor(const QUrl& address) {
+  QEventLoop loop;
+  const auto look_up = std::make_shared<Handover<Proxies>>(loop);
+  try {
+    std::thread([look_up, query = QNetworkProxyQuery(address)] {
+      look_up->Deliver(QNetworkProxyFactory::systemProxyForQuery(query));
+    }).detach();
+  } catch (const std::system_error&) {
+    return false;
   }
-  return *manager_;
+  const bool waited = Wait(loop);
+  auto proxies = look_up->Leave();
+  left_behind_ = left_behind_ || !proxies;
+  if (!proxies || !waited) return false;
+  if (!manager_) manager_ = std::make_unique<QNetworkAccessManager>();
+  manager_->setProxyFactory(new TheseProxies(std::move(*proxies)));  // which it owns
+  return true;
+}
+
+FetchQt::Answer FetchQt::Ask(const QUrl& address, std::size_t limit) {
+  Answer answer;
+  std::string& text = answer.fetched.text;
+  QEventLoop loop;
+  const std::unique_ptr<QNetworkReply> reply(manager_->get(RequestFor(address)));
+  reply->setReadBufferSize(static_cast<qint64>(limit));
+  const auto look_at_head = [&] {
+    answer.next = reply->attribute(QNetworkRequest::RedirectionTargetAttribute).toUrl();
+    if (!answer.next.isEmpty()) loop.quit();
+  };
+  const auto take = [&] {
+    text += reply->read(static_cast<qint64>(limit - text.size())).toStdString();
+    if (text.size() == limit) loop.quit();
+  };
+  QObject::connect(reply.get(), &QNetworkReply::metaDataChanged, &loop, look_at_head);
+  QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop, take);
+  QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
+  if (!reply->isFinished() && !Wait(loop)) {
+    left_behind_ = true;
+    return {};
+  }
+  if (!answer.next.isEmpty()) return answer;
+  // The loop also ends when the time is over, and when the program quits.
+  const bool full = text.size() == limit;
+  if (!full && !reply->isFinished()) left_behind_ = true;
+  if ((!full && !reply->isFinished()) || !IsGoodAnswer(*reply)) return {};
+  if (!full) take();
+  const bool failed = text.empty() && reply->error() != QNetworkReply::NoError;
+  answer.fetched.end = failed ? FetchEnd::kReadFailed : FetchEnd::kText;
+  return answer;
 }
 
 Fetched FetchQt::Get(const QString& address, std::size_t limit) {
-  if (wait_.IsUnderWay() || !IsWebAddress(address)) return {};
-  QEventLoop loop;
-  QTimer::singleShot(time_limit_, Qt::PreciseTimer, &loop, &QEventLoop::quit);
-  const std::unique_ptr<QNetworkReply> reply(Manager().get(RequestFor(address)));
-  reply->setReadBufferSize(static_cast<qint64>(limit));
-  Fetched fetched;
-  const auto take = [&] {
-    fetched.text += reply->read(static_cast<qint64>(limit - fetched.text.size())).toStdString();
-    if (fetched.text.size() == limit) loop.quit();
-  };
-  QObject::connect(reply.get(), &QNetworkReply::readyRead, &loop, take);
-  QObject::connect(reply.get(), &QNetworkReply::finished, &loop, &QEventLoop::quit);
-  if (!reply->isFinished() && !wait_.Run(loop)) return {};
-  // The loop also ends when the time is over, and when the program quits.
-  const bool full = fetched.text.size() == limit;
-  if ((!full && !reply->isFinished()) || !IsGoodAnswer(*reply)) return {};
-  if (!full) take();
-  const bool failed = fetched.text.empty() && reply->error() != QNetworkReply::NoError;
-  fetched.end = failed ? FetchEnd::kReadFailed : FetchEnd::kText;
-  return fetched;
+  if (wait_.IsUnderWay()) return {};
+  deadline_ = QDeadlineTimer(time_limit_, Qt::PreciseTimer);
+  QUrl next(address);
+  for (int redirects = 0; redirects <= kMostRedirects; ++redirects) {
+    if (!IsWebAddress(next.toString(QUrl::FullyEncoded)) || !UseProxiesFor(next)) return {};
+    const Answer answer = Ask(next, limit);
+    if (answer.next.isEmpty()) return answer.fetched;
+    next = next.resolved(answer.next);
+  }
+  return {};
 }
 
 std::unique_ptr<Fetch> MakeFetch() { return std::make_unique<FetchQt>(); }

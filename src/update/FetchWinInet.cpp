@@ -7,7 +7,6 @@
 #include <QTimer>
 #include <QUrl>
 #include <array>
-#include <mutex>
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -27,49 +26,20 @@ struct CloseInternet {
 };
 using Internet = std::unique_ptr<void, CloseInternet>;
 
-// What the window's thread and the one that asks share. Both may be gone before the other.
-class Request {
- public:
-  Request(QEventLoop& loop, std::string address, std::size_t limit)
-      : address_(std::move(address)), limit_(limit), loop_(&loop) {}
+struct Request : Handover<Fetched> {
+  Request(QEventLoop& loop, std::string where, std::size_t most)
+      : Handover(loop), address(std::move(where)), limit(most) {}
 
-  const std::string& Address() const { return address_; }
-  std::size_t Limit() const { return limit_; }
-
-  // Whether one more redirect may be followed.
-  bool MayFollow() {
-    const std::lock_guard lock(mutex_);
-    return loop_ != nullptr && ++redirects_ <= kMostRedirects;
-  }
-
-  void Deliver(Fetched fetched) {
-    const std::lock_guard lock(mutex_);
-    if (loop_ == nullptr) return;
-    fetched_ = std::move(fetched);
-    QMetaObject::invokeMethod(loop_, &QEventLoop::quit, Qt::QueuedConnection);
-  }
-
-  // What was delivered so far, which is what counts. The loop may go now.
-  Fetched Leave() {
-    const std::lock_guard lock(mutex_);
-    loop_ = nullptr;
-    return std::exchange(fetched_, {});
-  }
-
- private:
-  const std::string address_;
-  const std::size_t limit_;
-  std::mutex mutex_;
-  QEventLoop* loop_;  // none when nobody waits any more
-  Fetched fetched_;
-  int redirects_ = 0;
+  const std::string address;
+  const std::size_t limit;
+  int redirects = 0;
 };
 
 // The end of a request that is sent on too often, or that nobody waits for any more.
 void CALLBACK OnStatus(HINTERNET handle, DWORD_PTR context, DWORD status, LPVOID, DWORD) {
   if (status != INTERNET_STATUS_REDIRECT) return;
   auto& request = *reinterpret_cast<Request*>(context);
-  if (request.MayFollow()) return;
+  if (request.IsAwaited() && ++request.redirects <= kMostRedirects) return;
   request.Deliver({});  // at once, because closing the handle need not end the call
   InternetCloseHandle(handle);
 }
@@ -112,10 +82,10 @@ void Ask(const std::shared_ptr<Request>& request) {
       InternetOpenA(kFetchAgent, INTERNET_OPEN_TYPE_PRECONFIG, nullptr, nullptr, 0));
   if (!session) return request->Deliver({});
   InternetSetStatusCallbackA(session.get(), OnStatus);
-  const Internet answer(InternetOpenUrlA(session.get(), request->Address().c_str(), nullptr, 0,
+  const Internet answer(InternetOpenUrlA(session.get(), request->address.c_str(), nullptr, 0,
                                          kOpenFlags, reinterpret_cast<DWORD_PTR>(request.get())));
   // Before the handles are closed, because that may take in the rest of a long answer.
-  request->Deliver(answer ? ReadAnswer(answer.get(), request->Limit()) : Fetched{});
+  request->Deliver(answer ? ReadAnswer(answer.get(), request->limit) : Fetched{});
 }
 
 // Fetch over the system's own functions. They keep to no limit of time, not even when their handle
@@ -134,14 +104,17 @@ class FetchWinInet : public Fetch {
       return {};
     }
     const bool stopped = !wait_.Run(loop);
-    Fetched fetched = request->Leave();
-    return stopped ? Fetched{} : fetched;
+    const auto fetched = request->Leave();
+    left_behind_ = left_behind_ || !fetched;
+    return fetched && !stopped ? *fetched : Fetched{};
   }
 
   void Stop() override { wait_.Stop(); }
+  bool LeavesWorkBehind() const override { return left_behind_; }
 
  private:
   RequestWait wait_;
+  bool left_behind_ = false;
 };
 
 }  // namespace

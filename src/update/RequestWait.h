@@ -1,7 +1,10 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
-class QEventLoop;
+#include <QEventLoop>
+#include <mutex>
+#include <optional>
+#include <utility>
 
 namespace quillon {
 
@@ -22,6 +25,39 @@ class RequestWait {
  private:
   QEventLoop* loop_ = nullptr;
   bool stopped_ = false;
+};
+
+// What a thread that waits in an event loop shares with one that works for it. Either may be gone
+// before the other, as long as both hold a pointer to this.
+template <typename Result>
+class Handover {
+ public:
+  explicit Handover(QEventLoop& loop) : loop_(&loop) {}
+
+  // Ends the loop. Only the first result counts, and none when nobody waits any more.
+  void Deliver(Result result) {
+    const std::lock_guard lock(mutex_);
+    if (loop_ == nullptr || result_) return;
+    result_ = std::move(result);
+    QMetaObject::invokeMethod(loop_, &QEventLoop::quit, Qt::QueuedConnection);
+  }
+
+  bool IsAwaited() {
+    const std::lock_guard lock(mutex_);
+    return loop_ != nullptr;
+  }
+
+  // What was delivered, if anything was. The loop may go now.
+  std::optional<Result> Leave() {
+    const std::lock_guard lock(mutex_);
+    loop_ = nullptr;
+    return std::exchange(result_, std::nullopt);
+  }
+
+ private:
+  std::mutex mutex_;
+  QEventLoop* loop_;  // null when nobody waits any more
+  std::optional<Result> result_;
 };
 
 }  // namespace quillon

@@ -18,19 +18,16 @@ using Icon = UserPrompts::Icon;
 UpdateChecks::UpdateChecks(DeviceTable& table, UserPrompts& prompts, UpdateServices services)
     : table_(table), prompts_(prompts), services_(std::move(services)) {}
 
-void UpdateChecks::CheckForUpdates(int list) {
+bool UpdateChecks::CheckForUpdates(int list) {
   switch (list) {
     case kProgramList:
-      CheckProgram();
-      break;
+      return CheckProgram();
     case kFirmwareList:
-      CheckFirmware();
-      break;
+      return CheckFirmware();
     case kNodeList:
-      CheckNodes();
-      break;
+      return CheckNodes();
     default:
-      break;
+      return false;
   }
 }
 
@@ -39,28 +36,30 @@ void UpdateChecks::Abandon() {
   services_.fetch.Stop();
 }
 
-void UpdateChecks::CheckProgram() {
-  if (!services_.installed) return;
-  if (const auto list = ReadList(kProgramList, kProgramListBytes)) {
-    Show(CompareProgram(*list, *services_.installed));
-  }
+bool UpdateChecks::CheckProgram() {
+  if (!services_.installed) return false;
+  const auto list = ReadList(kProgramList, kProgramListBytes);
+  if (list) Show(CompareProgram(*list, *services_.installed));
+  return list.has_value();
 }
 
-void UpdateChecks::CheckFirmware() {
+bool UpdateChecks::CheckFirmware() {
   const auto list = ReadList(kFirmwareList, kGroupListBytes);
-  if (!list) return;
   const DeviceRecord& board = table_.CurrentRecord();
   // Only boards of the other types are asked for their identity.
   const bool asked = table_.CurrentType() != KVUSB_TYPE_FIRMWARE;
-  Show(CompareFirmware(*list, board.product_id, asked ? board.queried_version : board.version));
+  const VersionWord installed = asked ? board.queried_version : board.version;
+  if (list) Show(CompareFirmware(*list, board.product_id, installed));
+  return list.has_value();
 }
 
-void UpdateChecks::CheckNodes() {
+bool UpdateChecks::CheckNodes() {
   const auto list = ReadList(kNodeList, kGroupListBytes);
-  if (!list) return;
+  if (!list) return false;
   if (const auto version = ListedNodeVersion(*list, table_.CurrentRecord().product_id)) {
     SetOnlineNodeVersion(*version);
   }
+  return true;
 }
 
 Fetched UpdateChecks::Ask(const QString& address, std::size_t limit) {

@@ -28,8 +28,9 @@ class UpdateChecks {
 
   // Runs the check that belongs to a list, about the current board if it is about one, and returns
   // when its last box is closed. The check of nodes says nothing but that it was not possible; its
-  // result is OnlineNodeVersion(). The caller holds the gate: this turns the event loop.
-  void CheckForUpdates(int list);
+  // result is OnlineNodeVersion(). The caller holds the gate: this turns the event loop. Returns
+  // whether the list was read.
+  bool CheckForUpdates(int list);
 
   // Whether a check waits for a server.
   bool IsWaiting() const { return waiting_; }
@@ -37,9 +38,9 @@ class UpdateChecks {
   void Abandon();
 
  private:
-  void CheckProgram();
-  void CheckFirmware();
-  void CheckNodes();
+  bool CheckProgram();
+  bool CheckFirmware();
+  bool CheckNodes();
   Fetched Ask(const QString& address, std::size_t limit);
   std::optional<std::string> ReadList(int list, std::size_t limit);
   void Show(const Comparison& result);

@@ -103,6 +103,11 @@ TEST(Smoke, OneWindowComesShowsItsAboutBoxAndRefusesASecond) {
   ASSERT_NE(window, nullptr) << "ended with " << first.ExitCode();
   EXPECT_GT(Height(window), 300) << "a message box in place of the window";
 
+  // The test's server refuses, and the system's own functions have asked it.
+  ASSERT_TRUE(Comes([&] { return first.Window(L"Version Check") != nullptr; }));
+  PostMessageW(first.Window(L"Version Check"), WM_CLOSE, 0, 0);
+  ASSERT_TRUE(Comes([&] { return first.Window(L"Version Check") == nullptr; }));
+
   PostMessageW(window, WM_SYSCOMMAND, kAboutCommand, 0);
   ASSERT_TRUE(Comes([&] { return first.Window(L"About Quillon") != nullptr; }));
   std::this_thread::sleep_for(500ms);  // it is painted

@@ -141,7 +141,9 @@ TEST(UpdateChecks, SayWhatBecameOfEachOfThem) {
 
 TEST(UpdateChecks, OfANodeBoardAskForItsNodesToo) {
   for (const char* const item : {": 001", "Port B"}) {
-    WebMain main(std::string(R"({"id": "j", "product": "0x0910", "serial": "100", "firmware": "2.82"},)") + kNodes);
+    WebMain main(
+        std::string(R"({"id": "j", "product": "0x0910", "serial": "100", "firmware": "2.82"},)") +
+        kNodes);
     main.Select(item);
     main.web.answers["http://u/firmupdate.txt"] = {FetchEnd::kText, "0800|0110|http://page"};
     main.web.answers["http://u/nodeupdate.txt"] = {FetchEnd::kText, "0800|0131|http://page"};
@@ -155,6 +157,20 @@ TEST(UpdateChecks, OfANodeBoardAskForItsNodesToo) {
                 ElementsAre("http://u/firmupdate.txt 1024", "http://u/nodeupdate.txt 1024"));
     EXPECT_EQ(OnlineNodeVersion(), 0x0131);
     EXPECT_FALSE(report().contains("WARNING: NODE")) << "a newer one online outweighs it";
+    EXPECT_TRUE(main.fixture.window.ShownPageSet()->isTabEnabled(3));
+
+    main.web.answers.clear();
+    main.fixture.link.table.CheckNode(0, false);
+    for (int list = 0; list < 2; ++list) main.ExpectInformation(kUnable);
+    main.fixture.window.Tree().Run(DeviceTool::kCheckUpdate);
+    EXPECT_FALSE(main.fixture.link.table.CheckedNodes()[0]) << "nothing new was learnt";
+
+    main.web.answers["http://u/nodeupdate.txt"] = {FetchEnd::kText, "0800|0141|http://page"};
+    main.ExpectInformation(kUnable);
+    main.web.while_waiting = [&] { main.bus.Unplug("n"); };
+    main.fixture.window.Tree().Run(DeviceTool::kCheckUpdate);
+    EXPECT_TRUE(main.fixture.link.table.Nodes(1)[0].IsActive())
+        << "a board that is gone says nothing";
   }
 }
 

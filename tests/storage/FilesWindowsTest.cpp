@@ -63,5 +63,15 @@ TEST_F(Files, AreReplacedWholeOrLeftAsTheyWere) {
   EXPECT_EQ(nowhere->code, std::errc::no_such_file_or_directory) << nowhere->predicate;
 }
 
+TEST_F(Files, OfProcessesThatHaveEndedAreRemoved) {
+  const fs::path dead = folder_ / L"\u017C.json.999999996.tmp";  // no system counts that far
+  const fs::path alive =
+      folder_ / (L"\u017C.json." + std::to_wstring(GetCurrentProcessId()) + L".tmp");
+  for (const fs::path& file : {dead, alive}) std::ofstream(file) << "half";
+  RemoveLeftovers(folder_ / L"\u017C.json");
+  EXPECT_FALSE(fs::exists(dead));
+  EXPECT_TRUE(fs::exists(alive));
+}
+
 }  // namespace
 }  // namespace quillon

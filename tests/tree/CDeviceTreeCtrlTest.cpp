@@ -276,10 +276,6 @@ TEST_F(DeviceTreeCtrl, OffersTheToolsThatFitTheItemAndSaysWhyOthersAreDisabled) 
     return (action->isEnabled() ? "+ " : "- ") + action->toolTip().toStdString();
   };
   FillAllKinds();
-  EXPECT_EQ(tip(Stick()), "- Comes with a later version.");
-  const DeviceTool tools[]{DeviceTool::kRestartFlash, DeviceTool::kRestartDevice,
-                           DeviceTool::kCheckUpdate};
-  for (const auto tool : tools) tree.SetToolReady(tool, true);
   EXPECT_EQ(tip(Stick()), "+ Restarts the board into its firmware loader.");
   EXPECT_EQ(tip(Loader()), "- Only for a board in Device Mode and for a port.");
 
@@ -311,8 +307,6 @@ TEST_F(DeviceTreeCtrl, OffersTheToolsThatFitTheItemAndSaysWhyOthersAreDisabled) 
                                  "Restart in Device Mode", "Load default settings",
                                  "Check for firmware update", "-", "Expand all", "Collapse all"));
 
-  tree.SetToolReady(DeviceTool::kRestartFlash, false);
-  EXPECT_EQ(tip(Stick()), "- Comes with a later version.");
   link.table.Clear();
   tree.Rebuild();
   EXPECT_EQ(offered(tree.model()->index(0, 0, FlashRoot())), always) << "placeholder";
@@ -358,9 +352,6 @@ TEST_F(DeviceTreeCtrl, HoldsTheGateWhileTheMenuIsOpenAndNotForTheChosenTool) {
   FillAllKinds();
   std::vector<std::string> story;
   link.gate.SetAction([&] { story.emplace_back("waiting event"); });
-  for (const auto tool :
-       {DeviceTool::kRestartFlash, DeviceTool::kRestartDevice, DeviceTool::kCheckUpdate})
-    tree.SetToolReady(tool, true);
   const auto tell = [&](std::string what) {
     story.push_back(std::move(what) + (link.gate.IsOpen() ? ", gate open" : ", gate held"));
   };

@@ -13,7 +13,8 @@
 namespace quillon::testing {
 
 inline const QByteArray kGood = "HTTP/1.1 200 OK\r\nSet-Cookie: a=b\r\nConnection: close\r\n";
-inline const QByteArray kGoTo = "HTTP/1.1 302 Found\r\nContent-Length: 0\r\nLocation: ";
+inline const QByteArray kGoTo = "HTTP/1.1 302 Found\r\nContent-Length: 20000\r\nLocation: ";
+inline const QByteArray kToItsBody = "\r\n\r\n" + QByteArray(20000, 'z');
 
 inline QByteArray AnswerTo(const QByteArray& path) {
   if (path == "/close") return {};
@@ -23,10 +24,10 @@ inline QByteArray AnswerTo(const QByteArray& path) {
   if (path == "/short") return kGood + "Content-Length: 100\r\n\r\nhello";
   if (path == "/stuck") return kGood + "\r\nhello";
   if (path == "/head") return kGood + "Content-Length: 100\r\n\r\n";
-  if (path == "/loop") return kGoTo + "/loop\r\n\r\n";
-  if (path == "/file") return kGoTo + "file:///dev/null\r\n\r\n";
+  if (path == "/loop") return kGoTo + "/loop" + kToItsBody;
+  if (path == "/file") return kGoTo + "file:///dev/null" + kToItsBody;
   if (const int n = path.mid(1).toInt(); n > 0)
-    return kGoTo + QByteArray::number(n - 1) + "\r\n\r\n";
+    return kGoTo + QByteArray::number(n - 1) + kToItsBody;
   return kGood + "Content-Length: 5\r\n\r\nhello";
 }
 
@@ -36,7 +37,7 @@ inline void SendByteByByte(QTcpSocket* socket, const QByteArray& text) {
   QTimer::singleShot(1, socket, [=] { SendByteByByte(socket, text.mid(1)); });
 }
 
-// A web server of the test's own, on the loopback device.
+// Asks a web server of the test's own, on the loopback device.
 class FetchOverLoopback : public ::testing::Test {
  protected:
   FetchOverLoopback() {

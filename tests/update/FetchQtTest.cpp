@@ -26,7 +26,21 @@ TEST_F(FetchOverLoopback, LeavesAServerThatNeverAnswers) {
   FetchQt impatient(50ms);
   EXPECT_EQ(impatient.Get(Server() + "/never", 512).end, FetchEnd::kNotOpened);
   EXPECT_EQ(impatient.Get(Server() + "/stuck", 512).end, FetchEnd::kNotOpened);
+  EXPECT_TRUE(impatient.LeavesWorkBehind());
   EXPECT_FALSE(much_later.hasExpired());
+}
+
+// As long as the script does not come, only another thread may wait for it.
+TEST_F(FetchOverLoopback, LeavesAProxyScriptThatNeverComes) {
+  qputenv("http_proxy", ("pac+" + Server() + "/never").toUtf8());
+  const QDeadlineTimer much_later(5s);
+  int turns = 0;
+  QTimer timer;
+  timer.callOnTimeout([&] { ++turns; });
+  timer.start(10);
+  EXPECT_EQ(FetchQt(200ms).Get(Server() + "/good", 512).end, FetchEnd::kNotOpened);
+  EXPECT_FALSE(much_later.hasExpired());
+  EXPECT_GT(turns, 1) << "the window goes on";
 }
 
 }  // namespace quillon::testing

@@ -7,8 +7,18 @@
 #include "update/FetchFixture.h"
 
 namespace quillon::testing {
+namespace {
 
 using namespace std::chrono_literals;
+
+// How it ends when a good answer began and nothing follows.
+#ifdef _WIN32
+constexpr FetchEnd kNothingCame = FetchEnd::kText;  // the system takes any end for the right one
+#else
+constexpr FetchEnd kNothingCame = FetchEnd::kReadFailed;
+#endif
+
+}  // namespace
 
 TEST_F(FetchOverLoopback, TellsHowAnAnswerEnds) {
   using enum FetchEnd;
@@ -22,7 +32,7 @@ TEST_F(FetchOverLoopback, TellsHowAnAnswerEnds) {
             {"/short", kText, "hello"},
             {"/big", kText, std::string(512, 'z')},
             {"/empty", kText, ""},
-            {"/head", kReadFailed, ""},
+            {"/head", kNothingCame, ""},
             {"/404", kNotOpened, ""},
             {"/6", kNotOpened, ""},
             {"/loop", kNotOpened, ""},
@@ -42,6 +52,7 @@ TEST_F(FetchOverLoopback, TellsHowAnAnswerEnds) {
 
 TEST_F(FetchOverLoopback, LeavesAServerWhenItIsToldTo) {
   const QDeadlineTimer much_later(5s);
+  EXPECT_FALSE(fetch_->LeavesWorkBehind());
   QTimer::singleShot(20, [&] {
     EXPECT_EQ(Get("/good").end, FetchEnd::kNotOpened) << "inside another";
     fetch_->Stop();

@@ -75,13 +75,16 @@ std::optional<NodeFindings> CDeviceConfigGroup::FindNodes(std::optional<NodeStat
   return NodeFindings{answer_, AnyNodeNeedsUpdate(table.CurrentNodes())};
 }
 
-void CDeviceConfigGroup::FollowNodes() {
+std::optional<DeviceReport> CDeviceConfigGroup::FollowNodes(
+    std::optional<NodeStatusAnswer> answer) {
   const DeviceTable& table = context_.link.table;
-  if (table.IsEmpty()) return;
-  const DeviceReport report =
+  if (table.IsEmpty()) return std::nullopt;
+  answer_ = answer.value_or(answer_);
+  DeviceReport report =
       ReportOnDevice(table.CurrentRecord(), table.CurrentType(), product_.device_mode,
                      NodeFindings{answer_, AnyNodeNeedsUpdate(table.CurrentNodes())});
   report_->setPlainText(QString::fromStdString(report.text));
+  return report;
 }
 
 std::optional<DeviceReport> CDeviceConfigGroup::ShowBoard(std::optional<NodeStatusAnswer> nodes) {

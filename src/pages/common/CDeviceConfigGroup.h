@@ -31,8 +31,8 @@ class CDeviceConfigGroup : public QGroupBox {
   // returns nothing. The caller may hold the gate.
   std::optional<DeviceReport> ShowBoard(std::optional<NodeStatusAnswer> nodes = std::nullopt);
   // Renews the text of the report after the records of the board's nodes have changed. Asks no
-  // board.
-  void FollowNodes();
+  // board. `answer` is the board's, if it was just asked. Nothing without boards.
+  std::optional<DeviceReport> FollowNodes(std::optional<NodeStatusAnswer> answer);
 
   // Enables the controls as the state says, with tool tips that say why.
   void ShowControls(const FlashPageState& state, const FlashBoards& boards);

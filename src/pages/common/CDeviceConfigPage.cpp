@@ -49,7 +49,10 @@ void CDeviceConfigPage::ShowDeviceInfo(std::optional<NodeStatusAnswer> nodes) {
   }
 }
 
-void CDeviceConfigPage::FollowNodes() { device_group_->FollowNodes(); }
+void CDeviceConfigPage::FollowNodes(std::optional<NodeStatusAnswer> answer) {
+  const auto report = device_group_->FollowNodes(answer);
+  if (report) Q_EMIT NodesFollowed(report->flash_mode_active, report->pages_enabled);
+}
 
 // In the order of the page: a control that is disabled gives the focus to the next enabled one.
 void CDeviceConfigPage::ShowControls() {

@@ -27,11 +27,14 @@ class CDeviceConfigPage : public QWidget {
   // knows. `nodes` is what the board has just answered when it was asked for its nodes, if it was.
   void ShowDeviceInfo(std::optional<NodeStatusAnswer> nodes = std::nullopt);
   // Renews the report after the records of the board's nodes have changed, and nothing else.
-  void FollowNodes();
+  // `answer` is the board's, if it was just asked.
+  void FollowNodes(std::optional<NodeStatusAnswer> answer = std::nullopt);
 
  Q_SIGNALS:
   // What the other tabs of the family depend on. Not sent without boards.
   void BoardReported(bool flash_mode_active, bool firmware_suits);
+  // The same after the board's nodes have changed.
+  void NodesFollowed(bool flash_mode_active, bool firmware_suits);
   // The "Refresh" button: close all boards and detect them again.
   void RefreshRequested();
 

@@ -15,6 +15,7 @@ CPageSet::CPageSet(PageContext context, BoardFamily family, QWidget* parent)
   SetTabReady(0, true, {});
   setTabToolTip(0, tr("What the board is, its firmware, serial number and restart."));
   connect(config_, &CDeviceConfigPage::BoardReported, this, &CPageSet::EnablePages);
+  connect(config_, &CDeviceConfigPage::NodesFollowed, this, &CPageSet::EnableTabs);
   connect(config_, &CDeviceConfigPage::RefreshRequested, this, &CPageSet::RefreshRequested);
 }
 
@@ -24,9 +25,13 @@ void CPageSet::ShowBoard(std::optional<NodeStatusAnswer> nodes) {
 }
 
 void CPageSet::EnablePages(bool flash_mode_active, bool firmware_suits) {
+  setCurrentIndex(0);
+  EnableTabs(flash_mode_active, firmware_suits);
+}
+
+void CPageSet::EnableTabs(bool flash_mode_active, bool firmware_suits) {
   const auto [first, last] = flash_mode_active ? product_.in_flash_mode : product_.in_device_mode;
   const bool any = flash_mode_active || firmware_suits;
-  setCurrentIndex(0);
   for (int index = 1; index < count(); ++index) {
     SetTabReady(index, any && index >= first && index <= last, WhyNotReady(index));
   }

@@ -25,8 +25,10 @@ class CPageSet : public CTabSet {
   void ShowBoard(std::optional<NodeStatusAnswer> nodes = std::nullopt);
 
   // Enables the pages from the second tab on, as the table of products says for a board in this
-  // state.
+  // state, and shows the first one.
   void EnablePages(bool flash_mode_active, bool firmware_suits);
+  // The same, but the page that is shown stays while it is enabled.
+  void EnableTabs(bool flash_mode_active, bool firmware_suits);
 
  protected:
   // Adds the tab of a settings page if the family has that page.

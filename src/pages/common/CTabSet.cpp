@@ -5,7 +5,6 @@
 #include <algorithm>
 
 #include "pages/common/CSettingsPage.h"
-#include "pages/common/Vendor.h"
 #include "res/Icons.h"
 
 namespace quillon {
@@ -21,7 +20,7 @@ void CTabSet::AddTab(const char* icon, const QString& title, Factory factory) {
   slots_.push_back({std::move(factory)});
   const int index = addTab(holder, Icon(icon), title);
   setTabEnabled(index, false);
-  setTabToolTip(index, LaterVersion());
+  setTabToolTip(index, tr("Needs a board of this family."));
 }
 
 QWidget* CTabSet::Tab(int index) {
@@ -41,8 +40,6 @@ void CTabSet::SetTabReady(int index, bool ready, const QString& why_not) {
   setTabEnabled(index, ready);
   setTabToolTip(index, ready ? QString() : why_not);
 }
-
-bool CTabSet::HasSettingsPages() const { return std::ranges::any_of(slots_, &Slot::settings); }
 
 void CTabSet::LoadDeviceDefaults() {
   const auto hold = context_.link.gate.Enter();

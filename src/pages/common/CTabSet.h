@@ -26,9 +26,6 @@ class CTabSet : public QTabWidget {
   // The same, as a settings page; null for any other widget.
   CSettingsPage* Page(int index);
 
-  // Whether any settings page exists yet.
-  bool HasSettingsPages() const;
-
   // Fills every settings page with its defaults and sends it to the board. If a page fails, the
   // others follow all the same, and one message at the end says so. The caller makes sure that no
   // other exchange is under way.

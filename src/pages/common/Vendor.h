@@ -19,7 +19,4 @@ constexpr int kNodeList = 32780;
 // one that the build was given. Empty without either, and for any other list.
 QString UpdateAddress(int list);
 
-// Says why a control is disabled that has no function yet.
-inline QString LaterVersion() { return QStringLiteral("Comes with a later version of Quillon."); }
-
 }  // namespace quillon

@@ -109,28 +109,28 @@ QString CNodeConfigPage::ProgramTip() const {
   return tr("Writes the loaded file into the checked nodes, one after the other.");
 }
 
-void CNodeConfigPage::ShowLine(const QString& line) {
+void CNodeConfigPage::ShowLine(const QString& line, bool about_list) {
+  line_is_about_list_ = about_list;
   line_->setText(line);
   list_->SetFootLine(line);
 }
 
 void CNodeConfigPage::ShowNodes() {
   DeviceTable& table = context_.link.table;
-  if (std::exchange(unanswered_, false)) ShowLine({});
+  if (line_is_about_list_) ShowLine({});
   if (!table.IsEmpty() && table.AreCurrentNodesKnown()) {
     return list_->ShowNodes(table.CurrentNodes(), table.CheckedNodes());
   }
   list_->ShowNone();
-  unanswered_ = !table.IsEmpty();
-  if (unanswered_) ShowLine(tr("The board has not said yet which nodes it has. Press Refresh."));
+  if (table.IsEmpty()) return;
+  ShowLine(tr("The board has not said yet which nodes it has. Press Refresh."), true);
 }
 
 void CNodeConfigPage::RefreshList() {
   if (QueryNodeStatus(context_.link.library, context_.link.table) == NodeStatusAnswer::kNone) {
-    ShowLine(list_->RowCount() == 0
-                 ? tr("The board did not answer.")
-                 : tr("The board did not answer. The list is as it was before."));
-    unanswered_ = true;
+    ShowLine(list_->RowCount() == 0 ? tr("The board did not answer.")
+                                    : tr("The board did not answer. The list is as it was before."),
+             true);
     return;
   }
   ShowLine({});
@@ -193,7 +193,7 @@ void CNodeConfigPage::Program() {
   window()->repaint();
   node_run_.Update(image_, force_->isChecked());
   file_loaded_ = false;
-  ShowLine(node_run_.Summary());
+  ShowLine(node_run_.Summary(), true);
   SetMoment(Moment::kIdle);
   Q_EMIT NodesChanged();
 }

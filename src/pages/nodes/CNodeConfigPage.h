@@ -50,7 +50,7 @@ class CNodeConfigPage : public QWidget {
   void SetMoment(Moment moment);
   void ShowControls();
   QString ProgramTip() const;
-  void ShowLine(const QString& line);
+  void ShowLine(const QString& line, bool about_list = false);
 
   void OnRefresh();
   void OnLoadFile();
@@ -71,7 +71,7 @@ class CNodeConfigPage : public QWidget {
   QString last_file_;  // for the next choice
   // A file can be programmed once; then it has to be loaded again.
   bool file_loaded_ = false;
-  bool unanswered_ = false;  // the line says that the board did not answer, or not yet
+  bool line_is_about_list_ = false;  // and goes when the list is filled anew
   Moment moment_ = Moment::kIdle;
 };
 

@@ -33,8 +33,8 @@ QString ToolTipOf(int column) {
   switch (column) {
     case CNodeList::kNode:
       return CNodeList::tr(
-          "Checked nodes are updated, and their ports retrieved and updated. A click or Space "
-          "checks a row.");
+          "Checked nodes are updated; the ports of others are left out of Retrieve and Update. A "
+          "click or Space checks a row.");
     case CNodeList::kStatus:
       return CNodeList::tr("Whether the node answers.");
     case CNodeList::kLoaderVersion:

@@ -50,9 +50,10 @@ QWidget* CNodeSystemPageSet::MakeExpansionCards() {
 
 void CNodeSystemPageSet::RefreshNodes() {
   auto& [library, table, gate] = Context().link;
-  if (QueryNodeStatus(library, table) == NodeStatusAnswer::kNone) return;
+  const NodeStatusAnswer answer = QueryNodeStatus(library, table);
+  if (answer == NodeStatusAnswer::kNone) return;
   ShowNodes();
-  Config().FollowNodes();
+  Config().FollowNodes(answer);
 }
 
 void CNodeSystemPageSet::ShowNodes() {

@@ -21,6 +21,7 @@ class OwnWeb : public Fetch {
     return stopped || answer == answers.end() ? Fetched() : answer->second;
   }
   void Stop() override { stopped = true; }
+  bool LeavesWorkBehind() const override { return false; }
 
   UpdateServices Services() {
     return {*this, [this](const QString& address) { opened.push_back(address.toStdString()); },
