@@ -11,6 +11,8 @@ std::optional<int> ReadCommandLine(CLI::App& app, std::span<const std::string> a
                                    std::ostream& out, std::ostream& err, int wrong) {
   // A path may begin with a slash on every system.
   app.allow_windows_style_options(false);
+  for (CLI::App* const command : app.get_subcommands({}))
+    command->allow_windows_style_options(false);
   app.failure_message([](const CLI::App* program, const CLI::Error& error) {
     const std::string& name = program->get_name();
     return name + ": " + ShownText(std::string(error.what())) + ". See " + name + " --help.\n";

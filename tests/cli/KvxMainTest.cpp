@@ -119,7 +119,8 @@ TEST(KvxMain, ChecksSayWhatIsWrong) {
     EXPECT_THAT(ran.err, HasSubstr("bad.kvx: "));
     EXPECT_EQ(ran.out, "");
   }
-  EXPECT_EQ(Kvx({"check", PathOf("missing.kvx")}).status, 1);
+  for (const std::string& missing : {PathOf("missing.kvx"), std::string("/no/such.kvx")})
+    EXPECT_EQ(Kvx({"check", missing}).status, 1);
   EXPECT_THAT(Kvx({"check", PathOf("a\n\u202E.kvx")}).err, HasSubstr("a\uFFFD.kvx: "));
   EXPECT_THAT(Kvx({"check", testing::OwnFolders::Root().string()}).err, HasSubstr("is a folder."));
 }

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <QCoreApplication>
+#include <QDir>
 #include <QFile>
 #include <QLabel>
 #include <QLineEdit>
@@ -25,7 +26,8 @@ namespace quillon::testing {
 using Bytes = std::vector<std::uint8_t>;
 
 inline QString PathOf(const QString& name) {
-  return QString::fromStdString((OwnFolders::Root() / name.toStdString()).string());
+  const auto path = OwnFolders::Root() / name.toStdU16String();
+  return QDir::fromNativeSeparators(QString::fromStdU16String(path.u16string()));
 }
 
 inline QString WriteFile(const QString& name, const Bytes& bytes) {
