@@ -1,9 +1,9 @@
 // SPDX-License-Identifier: MIT
 //
-// quillon-emulated-boards [--others N] [--one-by-one] RIG COMMAND [ARGUMENT...]: runs a program on
-// an emulated kernel that has the boards of a rig file, and N HID interfaces of other makers. Has
-// to run under umockdev-wrapper itself. For each line "unplug 0" or "plug 0" that the program
-// writes into the file that EMULATED_BOARDS_CONTROL names, it gets an empty one from
+// quillon-emulated-boards [--others N] [--one-by-one] [--away MS] RIG COMMAND [ARGUMENT...]: runs a
+// program on an emulated kernel that has the boards of a rig file, and N HID interfaces of other
+// makers. Has to run under umockdev-wrapper itself. For each line "unplug 0" or "plug 0" that the
+// program writes into the file that EMULATED_BOARDS_CONTROL names, it gets an empty one from
 // EMULATED_BOARDS_DONE. Exits as the program does.
 #include <fcntl.h>
 #include <poll.h>
@@ -13,6 +13,7 @@
 #include <unistd.h>
 
 #include <array>
+#include <chrono>
 #include <cstdlib>
 #include <filesystem>
 #include <iostream>
@@ -76,11 +77,16 @@ class Control {
   int commands_ = -1, done_ = -1;
 };
 
-int Run(int others, bool one_by_one, const sim::Rig& rig, char** command) {
+struct Manner {
+  int others = 0, away = 0;
+  bool one_by_one = false;
+};
+
+int Run(const Manner& manner, const sim::Rig& rig, char** command) {
   EmulatedKernel kernel;
-  if (one_by_one) kernel.SendOneByOne();
+  if (manner.one_by_one) kernel.SendOneByOne();
   kernel.Add(rig);
-  kernel.AddOthers(others);
+  kernel.AddOthers(manner.others);
   Control control;
   pid_t child = 0;
   if (posix_spawnp(&child, command[0], nullptr, nullptr, command, environ) != 0) {
@@ -90,7 +96,7 @@ int Run(int others, bool one_by_one, const sim::Rig& rig, char** command) {
   int status = 0;
   while (waitpid(child, &status, WNOHANG) == 0) {
     control.Serve(kernel);
-    if (kernel.IsRestartDue()) kernel.FinishRestarts();
+    if (kernel.IsRestartDue()) kernel.FinishRestarts(std::chrono::milliseconds(manner.away));
   }
   return WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status);
 }
@@ -104,13 +110,15 @@ int main(int argc, char** argv) {
                "quillon-emulated-boards");
   app.prefix_command();  // what follows the rig is the program's
   app.footer("COMMAND [ARGUMENT...] behind RIG is the program.");
-  int others = 0;
-  app.add_option("--others", others, "HID interfaces of other makers")
+  quillon::testing::Manner manner;
+  app.add_option("--others", manner.others, "HID interfaces of other makers")
       ->type_name("N")
       ->check(CLI::Range(0, 10000));
-  bool one_by_one = false;
+  app.add_option("--away", manner.away, "how long a board that restarts is away")
+      ->type_name("MS")
+      ->check(CLI::Range(0, 60000));
   app.add_flag(
-      "--one-by-one", one_by_one,
+      "--one-by-one", manner.one_by_one,
       "a report waits for the one before it, for programs that read more than one at a time");
   std::string rig_file;
   app.add_option("RIG", rig_file, "file that lists the boards")->required()->type_name("");
@@ -125,6 +133,6 @@ int main(int argc, char** argv) {
     std::cerr << *wrong << '\n';
     return kWrong;
   }
-  return quillon::testing::Run(others, one_by_one, std::get<quillon::sim::Rig>(rig),
+  return quillon::testing::Run(manner, std::get<quillon::sim::Rig>(rig),
                                argv + argc - app.remaining_size());
 }

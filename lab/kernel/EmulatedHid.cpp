@@ -147,10 +147,11 @@ std::string EmulatedHid::Terminal() const {
   return ptsname_r(pty_, name.data(), name.size()) == 0 ? name.data() : "";
 }
 
-void EmulatedHid::Send(std::span<const std::uint8_t> report) const {
+void EmulatedHid::Send(std::span<const std::uint8_t> report) {
   if (testbed_.one_by_one) AwaitFetched();
   if (write(pty_, report.data(), report.size()) != static_cast<ssize_t>(report.size()))
     std::perror("EmulatedHid: a report is lost");
+  if (testbed_.one_by_one) last_sent_ = std::chrono::steady_clock::now();
 }
 
 // By bare system calls: umockdev takes the terminal for the node.
@@ -164,10 +165,12 @@ bool EmulatedHid::IsFetched() const {
   return !known || waiting == 0;
 }
 
-// A reader that is gone does not hold the board.
+// A report takes a moment to get into the terminal, in which it cannot be told from one that was
+// fetched. A reader that is gone does not hold the board.
 void EmulatedHid::AwaitFetched() const {
-  constexpr std::chrono::milliseconds kPause(1);
+  constexpr std::chrono::milliseconds kMoment(20), kPause(1);
   constexpr int kMostPauses = 1000;
+  std::this_thread::sleep_until(last_sent_ + kMoment);
   for (int i = 0; i < kMostPauses && !IsFetched(); ++i) std::this_thread::sleep_for(kPause);
 }
 

@@ -3,6 +3,7 @@
 
 #include <umockdev.h>
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <mutex>
@@ -53,7 +54,7 @@ class EmulatedHid {
   // The file that umockdev opens in the place of Device().
   std::string Terminal() const;
 
-  void Send(std::span<const std::uint8_t> report) const;
+  void Send(std::span<const std::uint8_t> report);
   // Whether the host has fetched all that was sent.
   bool IsFetched() const;
   // What a host sees at once when the cable is pulled: readers end.
@@ -80,6 +81,7 @@ class EmulatedHid {
   std::string device_, interface_path_, hid_path_, node_path_;
   int pty_ = -1;
   bool hung_up_ = false;
+  std::chrono::steady_clock::time_point last_sent_{};
 };
 
 }  // namespace quillon::testing

@@ -8,6 +8,7 @@
 #include <filesystem>
 #include <mutex>
 #include <stdexcept>
+#include <thread>
 
 #include "boards/HidInterfaces.h"
 #include "kernel/EmulatedHid.h"
@@ -189,8 +190,9 @@ bool EmulatedKernel::IsRestartDue() const {
   return std::ranges::any_of(places_, [](const auto& place) { return place->IsDue(); });
 }
 
-bool EmulatedKernel::FinishRestarts() {
+bool EmulatedKernel::FinishRestarts(std::chrono::milliseconds away) {
   bool found = false;
+  std::vector<std::size_t> coming;
   for (std::size_t i = 0; i < places_.size(); ++i) {
     Place& place = *places_[i];
     const bool vanished = place.vanished;
@@ -201,9 +203,11 @@ bool EmulatedKernel::FinishRestarts() {
       place.wired.Unplug();
     } else {
       place.wired.Restart();
-      Plug(i);
+      coming.push_back(i);
     }
   }
+  if (!coming.empty()) std::this_thread::sleep_for(away);
+  for (const std::size_t i : coming) Plug(i);
   return found;
 }
 

@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #pragma once
 
+#include <chrono>
 #include <cstdint>
 #include <functional>
 #include <memory>
@@ -43,9 +44,9 @@ class EmulatedKernel {
   void Plug(std::size_t board);
   void Unplug(std::size_t board);
 
-  // Boards that were told to restart leave and come back; those that vanished are gone for good.
-  // True when there was one.
-  bool FinishRestarts();
+  // Boards that were told to restart leave and come back after `away`; those that vanished are gone
+  // for good. True when there was one.
+  bool FinishRestarts(std::chrono::milliseconds away = {});
   // Whether FinishRestarts() has something to do, and the answer before it has been fetched.
   bool IsRestartDue() const;
 

@@ -3,10 +3,10 @@
  * kvusb.h - the interface between Quillon and a HID library.
  *
  * Four C functions give access to every board on the USB bus. Quillon binds them by name, at run
- * time, from one shared library: the vendor's kvusb.dll, libkvusb-hid (real boards over hidapi) or
- * libkvusb-sim (simulated boards). The interface has no version, no sizes and no context argument,
- * so a loaded library is process-wide state with one owner, and a caller distrusts every count and
- * text that comes back.
+ * time, from one shared library: the vendor's kvusb.dll, libkvusb-hid (real boards) or libkvusb-sim
+ * (simulated boards). The interface has no version, no sizes and no context argument, so a loaded
+ * library is process-wide state with one owner, and a caller distrusts every count and text that
+ * comes back.
  *
  * Threads: all calls come from one thread, one at a time.
  *
