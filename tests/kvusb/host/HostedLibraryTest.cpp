@@ -87,6 +87,7 @@ TEST(HostedLibrary, KeepsRecordsEqualOnBothSidesAndWhereTheyAre) {
   EXPECT_FALSE(boards.Exchange(boards.first, kBefool, ReadAfter::kGoodWrite));
   DeviceRecord elsewhere = boards.first;
   EXPECT_FALSE(boards.Exchange(elsewhere, kNothing)) << "not the record but a copy of it";
+  EXPECT_EQ(elsewhere.library_a[1], 0xBB) << "the library has seen it, though";
   EXPECT_EQ(boards.library->DescribeProblem(&boards.second),
             (Problem{KVUSB_PROBLEM_IN_USE, "Board 1."}));
   EXPECT_EQ(boards.library->DescribeProblem(nullptr).kind, KVUSB_PROBLEM_NONE);
@@ -119,7 +120,7 @@ TEST(HostedLibrary, TurnsTheEndOfItsProcessIntoAFailureAndStartsAnotherAtTheNext
     std::uint32_t count = 0;
     EXPECT_EQ(boards.library->DetectHID(count, boards.table, KVUSB_TYPE_LOADER), 0);
     EXPECT_EQ(boards.library->WriteData(boards.first, boards.packet), KVUSB_WRITE_FAILED);
-    EXPECT_EQ(boards.first.library_a[0], 0) << "the new process has not seen the old record";
+    EXPECT_EQ(boards.first.library_a[1], 0) << "the new process has not seen the old record";
     EXPECT_TRUE(boards.Detect());
     EXPECT_TRUE(boards.Exchange(boards.first, kNothing));
     EXPECT_EQ(boards.library->DescribeProblem(nullptr).kind, KVUSB_PROBLEM_NONE);
