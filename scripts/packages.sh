@@ -17,6 +17,8 @@ declare -rA kPackages=(
   [icons]='librsvg2-bin'
   [manual]='asciidoctor ruby-asciidoctor-pdf fonts-dejavu-core'
   [mutate]='patch'
+  [package]='dpkg-dev binutils file'
+  [package-check]='debootstrap lintian appstream desktop-file-utils'
 )
 
 # The programs that show the same on a distribution whose package names we do not know.
@@ -33,6 +35,8 @@ declare -rA kPrograms=(
   [icons]='rsvg-convert'
   [manual]='asciidoctor asciidoctor-pdf'
   [mutate]='patch'
+  [package]='dpkg-deb dpkg-shlibdeps strip file'
+  [package-check]='debootstrap lintian appstreamcli desktop-file-validate'
 )
 
 is_debian() {

@@ -164,6 +164,13 @@ TEST(UpdateChecks, OfANodeBoardAskForItsNodesToo) {
     for (int list = 0; list < 2; ++list) main.ExpectInformation(kUnable);
     main.fixture.window.Tree().Run(DeviceTool::kCheckUpdate);
     EXPECT_FALSE(main.fixture.link.table.CheckedNodes()[0]) << "nothing new was learnt";
+
+    main.web.answers["http://u/nodeupdate.txt"] = {FetchEnd::kText, "0800|0141|http://page"};
+    main.ExpectInformation(kUnable);
+    main.web.while_waiting = [&] { main.bus.Unplug("n"); };
+    main.fixture.window.Tree().Run(DeviceTool::kCheckUpdate);
+    EXPECT_TRUE(main.fixture.link.table.Nodes(1)[0].IsActive())
+        << "a board that is gone says nothing";
   }
 }
 
