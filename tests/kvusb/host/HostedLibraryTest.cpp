@@ -222,10 +222,27 @@ TEST(HostedLibrary, SaysWhyItCannotStart) {
     fs::permissions(options.program, fs::perms::owner_all);
     EXPECT_THAT(ProblemOf(HostedLibrary::Start(options)), ::testing::EndsWith(problem)) << script;
   }
+#else
+  std::ofstream(options.library, std::ios::binary)
+      << "MZ" << std::string(58, ' ') << std::string("\x40\0\0\0PE\0\0\x4C\x01", 10);
+  EXPECT_THAT(ProblemOf(OpenLibraryFile(options.library, {.program_folder = folder})),
+              ::testing::HasSubstr(" is made for 32-bit programs. For that the program "));
 #endif
 }
 
 #ifndef _WIN32
+TEST(HostedLibrary, IsQuietAboutAnEndThatIsNoticedAtItsOwn) {
+  int ended = 0;
+  {
+    const TwoBoards boards(Options([&] { ++ended; }));
+    std::ifstream children("/proc/thread-self/children");
+    pid_t host = 0;
+    ASSERT_TRUE(children >> host);
+    kill(host, SIGKILL);
+  }
+  EXPECT_EQ(ended, 0);
+}
+
 // What the library says into a pipe that only the host holds, after the program.
 TEST(HostedLibrary, LetsItsLibraryTakeLeaveAndNeverOutlivesTheProgram) {
   for (const std::uint8_t command : {kNothing, kHang}) {
