@@ -20,8 +20,14 @@ set(CMAKE_LIBRARY_OUTPUT_DIRECTORY ${PROJECT_BINARY_DIR}/bin)
 
 add_library(quillon-options INTERFACE)
 target_include_directories(quillon-options INTERFACE ${PROJECT_SOURCE_DIR}/src)
-target_compile_options(quillon-options INTERFACE
-  -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
+if(MSVC)
+  target_compile_options(quillon-options INTERFACE
+    /W4 /utf-8 /permissive- $<$<BOOL:${QUILLON_WERROR}>:/WX>)
+  target_compile_definitions(quillon-options INTERFACE NOMINMAX)
+else()
+  target_compile_options(quillon-options INTERFACE
+    -Wall -Wextra -Wpedantic -Wconversion -Wshadow $<$<BOOL:${QUILLON_WERROR}>:-Werror>)
+endif()
 quillon_harden(quillon-options)
 
 # Half of the time of a build goes into the same headers of Qt and of the test library. Each kind of
@@ -65,7 +71,8 @@ if(CMAKE_CXX_FLAGS MATCHES "-fsanitize=address")
   set(QUILLON_EMULATION env LD_PRELOAD=${asan}:libumockdev-preload.so.0)
 endif()
 
-# Every test case is a ctest entry and so a process of its own, with a time limit.
+# Every test case is a ctest entry and so a process of its own, with a time limit; under Wine every
+# program is.
 function(quillon_test name)
   cmake_parse_arguments(ARG "QT;KERNEL" "" "SOURCES;LINK" ${ARGN})
   add_executable(${name} ${ARG_SOURCES})
@@ -84,7 +91,13 @@ function(quillon_test name)
     target_link_libraries(${name} PRIVATE quillon-testing)
     quillon_precompile(${name} test HEADERS <gmock/gmock.h> LINK GTest::gmock)
   endif()
-  gtest_discover_tests(${name}
-    DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
-    PROPERTIES TIMEOUT 60)
+  if(CMAKE_CROSSCOMPILING)
+    # Under Wine a process takes longer to start than most tests take.
+    add_test(NAME ${name} COMMAND ${name})
+    set_tests_properties(${name} PROPERTIES TIMEOUT 300)
+  else()
+    gtest_discover_tests(${name}
+      DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+      PROPERTIES TIMEOUT 60)
+  endif()
 endfunction()

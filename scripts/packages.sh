@@ -14,11 +14,14 @@ declare -rA kPackages=(
   [lint]='clang-format-14 clang-tidy-16'
   [fuzz]='clang-14 libclang-rt-14-dev'
   [bench]='libbenchmark-dev libxcb1-dev'
-  [icons]='librsvg2-bin'
+  [icons]='librsvg2-bin icoutils'
   [manual]='asciidoctor ruby-asciidoctor-pdf fonts-dejavu-core'
   [mutate]='patch'
   [package]='dpkg-dev binutils file'
   [package-check]='debootstrap lintian appstream desktop-file-utils'
+  [windows]='g++-mingw-w64-x86-64-posix cmake ninja-build ccache googletest nlohmann-json3-dev libcli11-dev libutfcpp-dev'
+  [windows-qt]='qt6-base-dev fonts-dejavu-core perl patch xz-utils'
+  [wine]='wine64'
 )
 
 # The programs that show the same on a distribution whose package names we do not know.
@@ -32,11 +35,14 @@ declare -rA kPrograms=(
   [lint]='clang-format-14 clang-tidy-16'
   [fuzz]='clang++-14'
   [bench]=''
-  [icons]='rsvg-convert'
+  [icons]='rsvg-convert icotool'
   [manual]='asciidoctor asciidoctor-pdf'
   [mutate]='patch'
   [package]='dpkg-deb dpkg-shlibdeps strip file'
   [package-check]='debootstrap lintian appstreamcli desktop-file-validate'
+  [windows]='x86_64-w64-mingw32-g++-posix cmake ninja ccache'
+  [windows-qt]='moc perl patch xz'
+  [wine]='wine64'
 )
 
 is_debian() {

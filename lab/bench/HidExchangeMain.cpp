@@ -20,6 +20,7 @@
 #include <cstring>
 #include <filesystem>
 #include <fstream>
+#include <memory>
 #include <thread>
 #include <vector>
 
@@ -27,6 +28,7 @@
 #include "boards/HidInterfaces.h"
 #include "boards/WiredBoard.h"
 #include "kvusb/hid/HidBoards.h"
+#include "kvusb/hid/LinuxHid.h"
 
 namespace {
 
@@ -131,7 +133,7 @@ int Measure() {
   std::thread(Answer, ends[1]).detach();
 
   const fs::path sys = MakeSys();
-  HidBoards boards({.sys = sys});
+  HidBoards boards({}, std::make_unique<LinuxHid>(sys));
   DeviceRecord record{};
   std::uint32_t count = 0;
   if (boards.DetectHID(count, {&record, 1}, 2) == 0) return 1;

@@ -1,8 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <cstddef>
-#include <filesystem>
 
 #include "conformance/Checks.h"
+#include "conformance/Process.h"
 
 namespace quillon::conformance {
 namespace {
@@ -49,15 +49,6 @@ void TheSameBoardsComeBack(Subject& subject, Findings& findings) {
   subject.Detect();
   findings.Expect(subject.Keys() == keys, "A detection after a closing finds other boards.");
   ExpectAllAnswer(subject, findings);
-}
-
-// Nothing where the system does not tell.
-std::ptrdiff_t OpenDescriptors() {
-  std::error_code none;
-  std::ptrdiff_t count = 0;
-  std::filesystem::directory_iterator entry("/proc/self/fd", none);
-  for (; !none && entry != std::filesystem::directory_iterator(); entry.increment(none)) ++count;
-  return none ? -1 : count;
 }
 
 // A library may open a board only at its first exchange, and a kernel may take its time over that.

@@ -1,10 +1,10 @@
 // SPDX-License-Identifier: MIT
 //
-// quillon-emulated-boards [--others N] RIG COMMAND [ARGUMENT...]: runs a program on an emulated
-// kernel that has the boards of a rig file, and N HID interfaces of other makers. Has to run under
-// umockdev-wrapper itself. For each line "unplug 0" or "plug 0" that the program writes into the
-// file that EMULATED_BOARDS_CONTROL names, it gets an empty one from EMULATED_BOARDS_DONE. Exits as
-// the program does.
+// quillon-emulated-boards [--others N] [--one-by-one] RIG COMMAND [ARGUMENT...]: runs a program on
+// an emulated kernel that has the boards of a rig file, and N HID interfaces of other makers. Has
+// to run under umockdev-wrapper itself. For each line "unplug 0" or "plug 0" that the program
+// writes into the file that EMULATED_BOARDS_CONTROL names, it gets an empty one from
+// EMULATED_BOARDS_DONE. Exits as the program does.
 #include <fcntl.h>
 #include <poll.h>
 #include <spawn.h>
@@ -76,8 +76,9 @@ class Control {
   int commands_ = -1, done_ = -1;
 };
 
-int Run(int others, const sim::Rig& rig, char** command) {
+int Run(int others, bool one_by_one, const sim::Rig& rig, char** command) {
   EmulatedKernel kernel;
+  if (one_by_one) kernel.SendOneByOne();
   kernel.Add(rig);
   kernel.AddOthers(others);
   Control control;
@@ -107,6 +108,10 @@ int main(int argc, char** argv) {
   app.add_option("--others", others, "HID interfaces of other makers")
       ->type_name("N")
       ->check(CLI::Range(0, 10000));
+  bool one_by_one = false;
+  app.add_flag(
+      "--one-by-one", one_by_one,
+      "a report waits for the one before it, for programs that read more than one at a time");
   std::string rig_file;
   app.add_option("RIG", rig_file, "file that lists the boards")->required()->type_name("");
   app.callback([&] {
@@ -120,6 +125,6 @@ int main(int argc, char** argv) {
     std::cerr << *wrong << '\n';
     return kWrong;
   }
-  return quillon::testing::Run(others, std::get<quillon::sim::Rig>(rig),
+  return quillon::testing::Run(others, one_by_one, std::get<quillon::sim::Rig>(rig),
                                argv + argc - app.remaining_size());
 }

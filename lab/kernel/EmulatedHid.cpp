@@ -10,11 +10,13 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace quillon::testing {
@@ -146,6 +148,7 @@ std::string EmulatedHid::Terminal() const {
 }
 
 void EmulatedHid::Send(std::span<const std::uint8_t> report) const {
+  if (testbed_.one_by_one) AwaitFetched();
   if (write(pty_, report.data(), report.size()) != static_cast<ssize_t>(report.size()))
     std::perror("EmulatedHid: a report is lost");
 }
@@ -159,6 +162,13 @@ bool EmulatedHid::IsFetched() const {
   const bool known = syscall(SYS_ioctl, slave, FIONREAD, &waiting) == 0;
   syscall(SYS_close, slave);
   return !known || waiting == 0;
+}
+
+// A reader that is gone does not hold the board.
+void EmulatedHid::AwaitFetched() const {
+  constexpr std::chrono::milliseconds kPause(1);
+  constexpr int kMostPauses = 1000;
+  for (int i = 0; i < kMostPauses && !IsFetched(); ++i) std::this_thread::sleep_for(kPause);
 }
 
 // The testbed owns the terminal's descriptor, so it is replaced instead of closed; and it keeps a

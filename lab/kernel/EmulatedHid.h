@@ -22,6 +22,7 @@ struct Testbed {
 
   UMockdevTestbed* self;
   std::function<void()> after_event;
+  bool one_by_one = false;  // whether a report waits until the one before it was fetched
 };
 
 // What a USB device says of itself.
@@ -59,6 +60,8 @@ class EmulatedHid {
   void HangUp();
 
  private:
+  void AwaitFetched() const;
+
   // What umockdev's thread uses. It is apart from the object because a client may keep its file
   // open after the interface has gone.
   struct Link {

@@ -139,6 +139,8 @@ EmulatedKernel::EmulatedKernel(std::function<void()> after_event)
 
 EmulatedKernel::~EmulatedKernel() = default;
 
+void EmulatedKernel::SendOneByOne() { usb_->testbed.one_by_one = true; }
+
 void EmulatedKernel::Add(const sim::Rig& rig) {
   for (const sim::BoardSpec& spec : rig.boards) Add(spec);
 }

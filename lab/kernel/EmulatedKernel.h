@@ -28,6 +28,11 @@ class EmulatedKernel {
   EmulatedKernel(const EmulatedKernel&) = delete;
   EmulatedKernel& operator=(const EmulatedKernel&) = delete;
 
+  // For a reader that asks for more than one report's bytes at a time, which a kernel answers with
+  // one report all the same: the terminals that stand in for nodes know no reports, so from now on
+  // a report waits, up to a second, until the one before it was fetched.
+  void SendOneByOne();
+
   // Takes a rig's boards, in order, and plugs in those that are plugged there. Boards are counted
   // from 0 over all calls.
   void Add(const sim::Rig& rig);

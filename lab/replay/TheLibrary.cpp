@@ -10,11 +10,12 @@
 
 #include "kvusb/Exports.h"
 #include "replay/Replay.h"
+#include "storage/FilePath.h"
 
 quillon::HidLibrary& quillon::TheLibrary() {
   static Replay replay([] {
     const char* file = std::getenv("QUILLON_REPLAY");
-    return file == nullptr ? "" : file;
+    return FilePath(file == nullptr ? "" : file);
   }());
   return replay;
 }

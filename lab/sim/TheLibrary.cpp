@@ -16,6 +16,7 @@
 #include "boards/RigFile.h"
 #include "kvusb/Exports.h"
 #include "sim/Bus.h"
+#include "storage/FilePath.h"
 
 namespace quillon::sim {
 namespace {
@@ -30,7 +31,7 @@ std::string Variable(const char* name) {
 Rig ChosenRig(std::string& problem) {
   const std::string file = Variable("QUILLON_SIM_RIG");
   if (file.empty()) return DefaultRig();
-  auto rig = ReadRigFile(file);
+  auto rig = ReadRigFile(FilePath(file));
   if (auto* const wrong = std::get_if<std::string>(&rig)) {
     problem = std::move(*wrong);
     return {};
@@ -41,7 +42,7 @@ Rig ChosenRig(std::string& problem) {
 BusOptions ChosenOptions(std::string& problem) {
   BusOptions options;
   if (const std::string folder = Variable("QUILLON_SIM_STATE"); !folder.empty())
-    options.state_folder = folder;
+    options.state_folder = FilePath(folder);
   const std::string latency = Variable("QUILLON_SIM_LATENCY_US");
   if (latency.empty()) return options;
   unsigned us = 0;

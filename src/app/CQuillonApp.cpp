@@ -6,6 +6,7 @@
 
 #include "app/BoardNotifier.h"
 #include "app/CMainDialog.h"
+#include "app/InstalledVersion.h"
 #include "app/MessageBoxes.h"
 #include "app/OpenedLibrary.h"
 #include "app/Profile.h"
@@ -21,7 +22,7 @@ constexpr unsigned long kSettleMilliseconds = 500;
 
 CQuillonApp::CQuillonApp(int& argc, char** argv) : QApplication(argc, argv) {
   setApplicationName(QStringLiteral("Quillon"));
-  setApplicationVersion(QStringLiteral(QUILLON_VERSION));
+  setApplicationVersion(ReadInstalledVersion().text);
   setDesktopFileName(QStringLiteral("quillon"));
 }
 
@@ -47,7 +48,7 @@ int CQuillonApp::Run() {
   const auto notifier = MakeBoardNotifier(opened.Library());
   const auto fetch = MakeFetch();
   const UpdateServices updates{*fetch, [](const QString& address) { OpenInBrowser(address); },
-                               ReadProgramVersion(QUILLON_VERSION)};
+                               ReadInstalledVersion().numbers};
   CMainDialog dialog({link, prompts, *notifier, profile,
                       [] { QThread::msleep(kSettleMilliseconds); }, updates,
                       [](const QString& path) { return OpenDocument(path); }, SystemAccessHelp()});

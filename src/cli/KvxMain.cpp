@@ -6,6 +6,7 @@
 #include "cli/KvxReport.h"
 #include "devlink/DeviceText.h"
 #include "firmware/KvxImage.h"
+#include "storage/FilePath.h"
 #include "storage/ReadFile.h"
 
 namespace quillon {
@@ -16,7 +17,7 @@ constexpr std::size_t kMostFileBytes = std::size_t{4} << 20;
 
 int Inspect(const std::string& given, bool check, std::ostream& out, std::ostream& err) {
   const std::string path = ShownText(given);
-  const auto content = ReadFile(given, kMostFileBytes);
+  const auto content = ReadFile(FilePath(given), kMostFileBytes);
   if (const auto* problem = std::get_if<FileProblem>(&content)) {
     err << path << ": " << problem->Sentence("It") << '\n';
     return kKvxBad;

@@ -10,6 +10,7 @@
 #include "devlink/Products.h"
 #include "firmware/ImageSource.h"
 #include "firmware/KvxImage.h"
+#include "storage/FilePath.h"
 #include "storage/ReplaceFile.h"
 
 namespace quillon {
@@ -37,13 +38,13 @@ void CheckNodeVersion(const MakeRequest& request) {
 }
 
 FlashPieces ReadPieces(const std::string& path) {
-  std::string ending = std::filesystem::path(path).extension().string();
+  std::string ending = FilePath(path).extension().string();
   std::ranges::transform(ending, ending.begin(), [](char c) {
     return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
   });
   const bool is_hex = ending == ".hex" || ending == ".ihx" || ending == ".ihex";
   if (!is_hex && ending != ".bin") return "The name ends neither in .hex, .ihx, .ihex nor in .bin.";
-  const auto read = ReadFile(path, kMostSourceBytes);
+  const auto read = ReadFile(FilePath(path), kMostSourceBytes);
   if (const auto* problem = std::get_if<FileProblem>(&read)) return problem->Sentence("It");
   const auto& text = std::get<std::string>(read);
   if (text.empty()) return "It is empty.";
@@ -53,7 +54,7 @@ FlashPieces ReadPieces(const std::string& path) {
 }
 
 // True also where one is a link to the other.
-bool AreOneFile(const std::string& one, const std::string& other) {
+bool AreOneFile(const std::filesystem::path& one, const std::filesystem::path& other) {
   std::error_code missing;
   return std::filesystem::equivalent(one, other, missing);
 }
@@ -92,7 +93,7 @@ void AddMakeOptions(CLI::App& make, MakeRequest& request) {
 }
 
 std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream& out) {
-  if (AreOneFile(request.from, request.to)) {
+  if (AreOneFile(FilePath(request.from), FilePath(request.to))) {
     return request.to + ": It is the image itself, which would be lost. Name another file with -o.";
   }
   const auto pieces = ReadPieces(request.from);
@@ -108,8 +109,8 @@ std::optional<std::string> MakeKvxFile(const MakeRequest& request, std::ostream&
   if (image.records.empty()) return request.from + ": It holds no data.";
   const auto bytes = WriteKvx(image);
   const std::string text(bytes.begin(), bytes.end());
-  RemoveLeftovers(request.to);
-  if (const auto problem = ReplaceFile(request.to, text, FileReaders::kEverybody)) {
+  RemoveLeftovers(FilePath(request.to));
+  if (const auto problem = ReplaceFile(FilePath(request.to), text, FileReaders::kEverybody)) {
     return request.to + ": " + problem->Sentence("It");
   }
   out << ShownText(request.to) << ": " << image.records.size() << " records\n";

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "devlink/SharedObject.h"
+#include "storage/FilePath.h"
 
 namespace quillon {
 namespace {
@@ -105,7 +106,7 @@ fs::path ChooseLibrary(const std::string& choice, const fs::path& program_folder
     return OurLibrary("kvusb-" + choice, program_folder);
   // Made absolute because a bare name would be looked for on the system's library path.
   std::error_code ignored;
-  if (!choice.empty()) return fs::absolute(choice, ignored);
+  if (!choice.empty()) return fs::absolute(FilePath(choice), ignored);
 #ifdef _WIN32
   if (fs::exists(program_folder / "kvusb.dll", ignored)) return program_folder / "kvusb.dll";
 #endif

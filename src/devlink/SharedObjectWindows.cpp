@@ -11,7 +11,10 @@ namespace quillon {
 SharedObject::SharedObject(const std::filesystem::path& file)
     : handle_(LoadLibraryExW(file.c_str(), nullptr, LOAD_WITH_ALTERED_SEARCH_PATH)) {
   if (handle_ != nullptr) return;
-  error_ = std::system_category().message(static_cast<int>(GetLastError()));
+  const DWORD error = GetLastError();
+  // The system's own sentence has a place for the name, which nobody fills in.
+  error_ = error == ERROR_BAD_EXE_FORMAT ? "it is no library, or none for programs of 64 bits"
+                                         : std::system_category().message(static_cast<int>(error));
 }
 
 SharedObject::~SharedObject() {

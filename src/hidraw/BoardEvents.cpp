@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <utility>
 
+#include "kvusb/UsbNumbers.h"
+
 namespace quillon {
 namespace {
 

@@ -11,6 +11,7 @@
 #include <variant>
 
 #include "hidraw/ReportDescriptor.h"
+#include "kvusb/UsbNumbers.h"
 #include "storage/ReadFile.h"
 
 namespace quillon {
@@ -63,8 +64,7 @@ std::optional<std::string> ReadDescriptor(const fs::path& hid_folder) {
 std::optional<std::uint32_t> TypeOf(const std::string& descriptor) {
   const std::vector<std::uint8_t> bytes(descriptor.begin(), descriptor.end());
   for (const CollectionUsage& collection : TopLevelCollections(bytes)) {
-    if (collection.page == kConfigurationUsagePage && collection.usage >= 1 &&
-        collection.usage <= 3)
+    if (collection.page == kConfigurationUsagePage && IsDeviceType(collection.usage))
       return collection.usage;
   }
   return std::nullopt;

@@ -16,12 +16,6 @@
 //                                                   USB interface
 namespace quillon {
 
-inline constexpr std::uint16_t kUsbVendorId = 0x4C7E;
-
-// The usage page of the top-level collection through which a board is configured; its usage is the
-// device type (KVUSB_TYPE_...).
-inline constexpr std::uint16_t kConfigurationUsagePage = 0xFF4C;
-
 // A HID interface of one of our boards.
 struct HidrawNode {
   std::string folder;  // of the node in /sys, without links

@@ -26,10 +26,17 @@
 
 #ifdef _WIN32
 #define KVUSB_CALL __stdcall
-#define KVUSB_EXPORT __declspec(dllexport)
 #else
 #define KVUSB_CALL
+#endif
+
+/* May be defined as nothing by who lists the exports elsewhere. */
+#ifndef KVUSB_EXPORT
+#ifdef _WIN32
+#define KVUSB_EXPORT __declspec(dllexport)
+#else
 #define KVUSB_EXPORT __attribute__((visibility("default")))
+#endif
 #endif
 
 #ifdef __cplusplus

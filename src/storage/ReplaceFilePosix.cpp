@@ -5,17 +5,15 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <charconv>
 #include <string>
 
+#include "storage/Leftovers.h"
 #include "storage/ReplaceFile.h"
 
 namespace quillon {
 namespace {
 
 namespace fs = std::filesystem;
-
-constexpr std::string_view kTemporary = ".tmp";
 
 std::optional<FileProblem> WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
@@ -40,7 +38,7 @@ std::optional<FileProblem> WriteInto(const fs::path& file, std::string_view byte
 // The name carries the process, so that two of them never share a file.
 fs::path TemporaryOf(const fs::path& file) {
   fs::path temporary = file;
-  temporary += '.' + std::to_string(getpid()) + std::string(kTemporary);
+  temporary += OwnEnding(getpid());
   return temporary;
 }
 
@@ -92,22 +90,6 @@ std::optional<FileProblem> ReplaceFile(const fs::path& file, std::string_view by
   return problem;
 }
 
-void RemoveLeftovers(const fs::path& file) {
-  std::error_code error;
-  const std::string begin = file.filename().string() + ".";
-  const fs::path folder = file.has_parent_path() ? file.parent_path() : ".";
-  fs::directory_iterator entries(folder, error);
-  for (; !error && entries != fs::directory_iterator(); entries.increment(error)) {
-    const std::string name = entries->path().filename().string();
-    if (!name.starts_with(begin) || !name.ends_with(kTemporary)) continue;
-    if (name.size() <= begin.size() + kTemporary.size()) continue;
-    const std::string_view number =
-        std::string_view(name).substr(begin.size(), name.size() - begin.size() - kTemporary.size());
-    pid_t process = 0;
-    const auto [end, wrong] = std::from_chars(number.begin(), number.end(), process);
-    if (wrong != std::errc() || end != number.end() || process <= 0) continue;
-    if (kill(process, 0) != 0 && errno == ESRCH) unlink(entries->path().c_str());
-  }
-}
+bool HasEnded(int process) { return kill(process, 0) != 0 && errno == ESRCH; }
 
 }  // namespace quillon

@@ -36,7 +36,7 @@ std::string Shown(const CSettingsPage& page) {
 }
 
 TEST(Replay, ShowsInTheWindowWhatTheUserSawAndWhereTheProgramLeavesTheTrace) {
-  const std::string file = OwnFolders::Root() / "trace.txt";
+  const std::string file = (OwnFolders::Root() / "trace.txt").string();
   std::string seen;
   {
     sim::Bus bus(sim::DefaultRig(), {.latency = {}});

@@ -1,6 +1,8 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
+#include <QCursor>
+#include <QGuiApplication>
 #include <QMenuBar>
 #include <QPlainTextEdit>
 

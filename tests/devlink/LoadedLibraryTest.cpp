@@ -38,6 +38,14 @@ fs::path Touch(const fs::path& file, const std::string& content = "") {
   return file;
 }
 
+#ifdef _WIN32
+constexpr bool kOnWindows = true;
+std::string Ours(const std::string& name) { return "kvusb-" + name + ".dll"; }
+#else
+constexpr bool kOnWindows = false;
+std::string Ours(const std::string& name) { return "libkvusb-" + name + ".so"; }
+#endif
+
 TEST(LoadedLibrary, FourFunctionsAreEnough) {
   const auto library = Load(FIXTURE_FOUR);
   std::vector<DeviceRecord> table(2);
@@ -113,23 +121,23 @@ TEST(LoadedLibrary, TheChoiceNamesTheFile) {
   const fs::path root = quillon::testing::OwnFolders::Root() / "choice";
   const fs::path built = root / "built";
   const fs::path bin = root / "bin";
-  Touch(built / "libkvusb-hid.so");
-  Touch(built / "libkvusb-sim.so");
+  Touch(built / Ours("hid"));
+  Touch(built / Ours("sim"));
   Touch(built / "kvusb.dll");
-  Touch(root / "lib" / "quillon" / "libkvusb-hid.so");
-  Touch(root / "lib" / "quillon" / "libkvusb-sim.so");
+  Touch(root / "lib" / "quillon" / Ours("hid"));
+  Touch(root / "lib" / "quillon" / Ours("sim"));
   fs::create_directories(bin);
 
-  EXPECT_EQ(ChooseLibrary("sim", built), built / "libkvusb-sim.so");
-  EXPECT_EQ(ChooseLibrary("replay", built), built / "libkvusb-replay.so");
-  EXPECT_EQ(ChooseLibrary("hid", built), built / "libkvusb-hid.so") << "beside the program first";
-  EXPECT_EQ(ChooseLibrary("sim", bin).lexically_normal(), root / "lib/quillon/libkvusb-sim.so");
+  EXPECT_EQ(ChooseLibrary("sim", built), built / Ours("sim"));
+  EXPECT_EQ(ChooseLibrary("replay", built), built / Ours("replay"));
+  EXPECT_EQ(ChooseLibrary("hid", built), built / Ours("hid")) << "beside the program first";
+  EXPECT_EQ(ChooseLibrary("sim", bin).lexically_normal(), (root / "lib/quillon" / Ours("sim")));
   // Simulated boards only ever on request, and the vendor's file only on Windows.
-  EXPECT_EQ(ChooseLibrary("", built), built / "libkvusb-hid.so");
-  EXPECT_EQ(ChooseLibrary("", bin).lexically_normal(), root / "lib/quillon/libkvusb-hid.so");
-  EXPECT_EQ(ChooseLibrary("", root / "empty"), root / "empty" / "libkvusb-hid.so")
+  EXPECT_EQ(ChooseLibrary("", built), built / (kOnWindows ? "kvusb.dll" : Ours("hid")));
+  EXPECT_EQ(ChooseLibrary("", bin).lexically_normal(), (root / "lib/quillon" / Ours("hid")));
+  EXPECT_EQ(ChooseLibrary("", root / "no" / "such"), root / "no" / "such" / Ours("hid"))
       << "where none is, the message names the place beside the program";
-  EXPECT_EQ(ChooseLibrary("/some/kvusb.so", built), "/some/kvusb.so");
+  EXPECT_EQ(ChooseLibrary((root / "kvusb.so").string(), built), root / "kvusb.so");
   EXPECT_EQ(ChooseLibrary("own.so", built), fs::current_path() / "own.so")
       << "a bare name is a file, not a search";
 }

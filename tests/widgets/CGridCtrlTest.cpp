@@ -431,7 +431,7 @@ TEST_F(GridCtrl, TakesADarkPaletteAtRunTime) {
   grid_.HighlightRow(0, 0, qRgb(240, 240, 240));
   grid_.Redraw();
   const auto ground = [this] {
-    const QPoint inside = grid_.visualRect(At(2, kPartner)).center();
+    const QPoint inside = grid_.visualRect(At(2, kPartner)).topLeft() + QPoint(2, 2);
     return QColor(grid_.viewport()->grab().toImage().pixel(inside));
   };
   EXPECT_EQ(ground().rgb(), qRgb(240, 240, 240));

@@ -1,17 +1,11 @@
 // SPDX-License-Identifier: MIT
 #include "kvusb/hid/HidBoards.h"
 
-#include <fcntl.h>
-#include <hidapi.h>
-#include <unistd.h>
-
 #include <algorithm>
 #include <array>
-#include <cerrno>
 #include <cstring>
 #include <span>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "kvusb/CopyText.h"
@@ -19,14 +13,14 @@
 namespace quillon {
 namespace {
 
-using Clock = std::chrono::steady_clock;
+using Clock = HidHandle::Clock;
 using std::chrono::milliseconds;
 
 constexpr std::size_t kReportBytes = KVUSB_PACKET_BYTES - 1;
 constexpr std::uint8_t kNodeCommand = 0x1C;
 constexpr std::size_t kFunctionByte = kPayloadByte;  // of a node command
 
-// hidraw keeps no more than 64 reports for a reader that is late.
+// No system keeps as many reports for a reader that is late.
 constexpr int kMostStaleReports = 256;
 constexpr std::size_t kMostGivenUp = 64;
 
@@ -48,50 +42,13 @@ bool HasMark(const DeviceRecord& record) {
   return std::memcmp(record.library_a, kMark.data(), kMark.size()) == 0;
 }
 
-std::string ReasonOf(int error) { return std::generic_category().message(error); }
-
-// hid_read_timeout(), going on where a signal interrupted it. Bytes read, 0 for none in time, -1.
-int ReadReport(hid_device* handle, std::span<std::uint8_t> report, Clock::time_point deadline) {
-  for (;;) {
-    const auto left = std::chrono::ceil<milliseconds>(deadline - Clock::now());
-    errno = 0;
-    const int bytes = hid_read_timeout(handle, report.data(), report.size(),
-                                       static_cast<int>(std::max<long long>(left.count(), 0)));
-    if (bytes >= 0) return bytes;
-    if (errno == EINTR) continue;
-    if (errno != 0) return -1;
-    // hidapi reports that a board has left before it hands out what the board still said, as a
-    // board does that restarts. Without a time limit it just reads, which never waits for a board
-    // that has left.
-    const int last = hid_read_timeout(handle, report.data(), report.size(), -1);
-    return last > 0 ? last : -1;
-  }
-}
-
 }  // namespace
-
-void HidClose::operator()(hid_device_* handle) const { hid_close(handle); }
-
-OpenedHid OpenHid(const std::string& device) {
-  OpenedHid opened;
-  opened.handle.reset(hid_open_path(device.c_str()));
-  if (opened.handle) return opened;
-  // hidapi has the reason as a text only.
-  const int file = open(device.c_str(), O_RDWR | O_CLOEXEC);
-  opened.error = file < 0 ? errno : EIO;
-  if (file >= 0) close(file);
-  return opened;
-}
-
-int MayOpenHid(const std::string& device) {
-  return access(device.c_str(), R_OK | W_OK) == 0 ? 0 : errno;
-}
 
 // A board from its detection until it is closed.
 struct HidBoards::Port {
   std::uint32_t number = 0;
-  std::string device, hid;
-  HidHandle handle;
+  std::string device, arrival;
+  std::unique_ptr<HidHandle> handle;
   int open_error = 0;
   std::uint8_t echo = 0;               // with which the last request's answer begins
   milliseconds limit{0};               // for that answer
@@ -120,12 +77,12 @@ struct HidBoards::Port {
   }
 };
 
-HidBoards::HidBoards(HidOptions options) : options_(std::move(options)) { hid_init(); }
+Problem BoardHasLeft() { return {KVUSB_PROBLEM_OTHER, "The board is not there any more."}; }
 
-HidBoards::~HidBoards() {
-  ports_.clear();
-  hid_exit();
-}
+HidBoards::HidBoards(HidOptions options, std::unique_ptr<HidSystem> system)
+    : options_(options), system_(std::move(system)) {}
+
+HidBoards::~HidBoards() = default;
 
 HidBoards::Port* HidBoards::PortOf(const DeviceRecord& record) const {
   if (!HasMark(record)) return nullptr;
@@ -136,20 +93,20 @@ HidBoards::Port* HidBoards::PortOf(const DeviceRecord& record) const {
 }
 
 // A board that was detected and not closed since keeps its port.
-HidBoards::Port& HidBoards::PortFor(const HidrawNode& node) {
+HidBoards::Port& HidBoards::PortFor(const HidNode& node) {
   for (const auto& [number, port] : ports_)
-    if (port->hid == node.hid && port->device == node.device) return *port;
+    if (port->arrival == node.arrival && port->device == node.device) return *port;
   auto port = std::make_unique<Port>();
   port->number = next_number_++;
   port->device = node.device;
-  port->hid = node.hid;
+  port->arrival = node.arrival;
   port->limit = options_.answer_limit;
   return *ports_.emplace(port->number, std::move(port)).first->second;
 }
 
-bool HidBoards::Open(Port& port) const {
+bool HidBoards::Open(Port& port) {
   if (port.handle) return true;
-  OpenedHid opened = options_.open(port.device);
+  OpenedHid opened = system_->Open(port.device);
   port.handle = std::move(opened.handle);
   port.open_error = opened.error;
   return port.handle != nullptr;
@@ -158,13 +115,13 @@ bool HidBoards::Open(Port& port) const {
 // Boards that have left without being closed would keep their handles for ever.
 void HidBoards::CloseMissing() {
   std::erase_if(ports_, [&](const auto& entry) {
-    return std::ranges::none_of(nodes_, [&](const HidrawNode& node) {
-      return node.hid == entry.second->hid && node.device == entry.second->device;
+    return std::ranges::none_of(listing_.nodes, [&](const HidNode& node) {
+      return node.arrival == entry.second->arrival && node.device == entry.second->device;
     });
   });
 }
 
-void HidBoards::Fill(DeviceRecord& record, const HidrawNode& node, const Port& port) const {
+void HidBoards::Fill(DeviceRecord& record, const HidNode& node, const Port& port) const {
   std::memset(record.library_a, 0, sizeof record.library_a);
   std::memset(record.library_b, 0, sizeof record.library_b);
   std::memcpy(record.library_a, kMark.data(), kMark.size());
@@ -178,10 +135,10 @@ void HidBoards::Fill(DeviceRecord& record, const HidrawNode& node, const Port& p
 
 std::int32_t HidBoards::DetectHID(std::uint32_t& count, std::span<DeviceRecord> free,
                                   std::uint32_t type) {
-  nodes_ = ListHidrawNodes(list_error_, nodes_, options_.sys);
+  listing_ = system_->List();
   CloseMissing();
   std::uint32_t found = 0;
-  for (const HidrawNode& node : nodes_) {
+  for (const HidNode& node : listing_.nodes) {
     if (node.type != type) continue;
     if (found == free.size()) break;
     Fill(free[found++], node, PortFor(node));
@@ -202,14 +159,14 @@ std::int32_t HidBoards::WriteData(DeviceRecord& record, PacketSpan packet) {
   port->GiveUp();
   std::array<std::uint8_t, kReportBytes> stale{};
   for (int i = 0; i < kMostStaleReports; ++i) {
-    const int bytes = hid_read_timeout(port->handle.get(), stale.data(), stale.size(), 0);
+    const int bytes = port->handle->Read(stale, Clock::now());
     if (bytes < 0) return KVUSB_WRITE_FAILED;
     if (bytes == 0) break;
     // An answer that names no request, such as "failed", answers the oldest one.
     if (!port->TakeLate(stale[0]) && !port->given_up.empty())
       port->given_up.erase(port->given_up.begin());
   }
-  if (hid_write(port->handle.get(), packet.data(), packet.size()) < 0) return KVUSB_WRITE_FAILED;
+  if (!port->handle->Write(packet)) return KVUSB_WRITE_FAILED;
   port->unsent = false;
   port->awaited = true;
   port->echo = EchoOf(packet);
@@ -223,7 +180,7 @@ std::int32_t HidBoards::ReadData(DeviceRecord& record, PacketSpan packet) {
   const auto deadline = Clock::now() + port->limit;
   std::array<std::uint8_t, kReportBytes> report{};
   for (;;) {
-    const int bytes = ReadReport(port->handle.get(), report, deadline);
+    const int bytes = port->handle->Read(report, deadline);
     if (bytes < 0) return KVUSB_READ_FAILED;
     if (bytes == 0) return KVUSB_READ_TIMEOUT;
     if (port->TakeLate(report[0])) continue;
@@ -246,29 +203,12 @@ std::int32_t HidBoards::CloseDevices(std::span<DeviceRecord> records) {
 }
 
 Problem HidBoards::DescribeProblem(const DeviceRecord* record) {
-  if (record == nullptr) {
-    if (!list_error_) return {};
-    return {KVUSB_PROBLEM_OTHER, "Boards cannot be looked for: the kernel's list of HID devices, " +
-                                     (options_.sys / "class" / "hidraw").string() +
-                                     ", cannot be read: " + list_error_.message() + "."};
-  }
+  if (record == nullptr) return listing_.problem;
   const Port* const port = PortOf(*record);
-  int error = port == nullptr ? ENODEV : port->open_error;
-  if (port != nullptr && !port->handle && error == 0) error = options_.may_open(port->device);
-  switch (error) {
-    case 0:
-      return {};
-    case EACCES:
-      return {KVUSB_PROBLEM_PERMISSION,
-              "Linux does not let you open " + port->device + " (" + ReasonOf(error) + ")."};
-    case EBUSY:
-      return {KVUSB_PROBLEM_IN_USE, "Another program holds " + port->device + "."};
-    case ENODEV:
-    case ENXIO:
-      return {KVUSB_PROBLEM_OTHER, "The board is not there any more."};
-    default:
-      return {KVUSB_PROBLEM_OTHER, port->device + " cannot be opened: " + ReasonOf(error) + "."};
-  }
+  if (port == nullptr) return BoardHasLeft();
+  int error = port->open_error;
+  if (!port->handle && error == 0) error = system_->MayOpen(port->device);
+  return system_->Explain(port->device, error);
 }
 
 }  // namespace quillon

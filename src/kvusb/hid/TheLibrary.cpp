@@ -1,7 +1,7 @@
 // SPDX-License-Identifier: MIT
 //
-// libkvusb-hid: the boards on the machine's USB as a HID library (see kvusb.h), over hidapi.
-// Its hot-plug events are the system's, which the program follows by itself.
+// kvusb-hid: the boards on the machine's USB as a HID library (see kvusb.h). Its hot-plug
+// events are the system's, which the program follows by itself.
 #include "kvusb/Exports.h"
 #include "kvusb/hid/HidBoards.h"
 

@@ -92,12 +92,11 @@ TEST(HidBoards, FiftyBoardsAnswerEachForItself) {
 
 TEST(HidBoards, OpenedOnceByTheirFirstExchangeAndNotByDetection) {
   int opened = 0;
-  HidOptions options;
-  options.open = [&](const std::string& device) {
+  const auto count = [&] {
     ++opened;
-    return OpenHid(device);
+    return 0;
   };
-  HidFixture fixture(kTwoBoards, options);
+  HidFixture fixture(kTwoBoards, {}, std::make_unique<KeptDoor>(count));
   EXPECT_EQ(opened, 0);
   fixture.Ask(kReadHat);
   fixture.Ask(kReadAnalog);

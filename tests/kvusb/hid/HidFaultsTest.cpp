@@ -123,12 +123,11 @@ TEST(HidFaults, ABoardPulledAtAnyMomentFailsAndTheOthersGoOn) {
   {
     // Listed by the kernel, gone when it is opened.
     EmulatedKernel* kernel = nullptr;
-    HidOptions options;
-    options.open = [&](const std::string& device) {
+    const auto pull = [&] {
       if (kernel != nullptr) std::exchange(kernel, nullptr)->Unplug(0);
-      return OpenHid(device);
+      return 0;
     };
-    HidFixture fixture(two, options);
+    HidFixture fixture(two, {}, std::make_unique<KeptDoor>(pull));
     kernel = &fixture.kernel;
     EXPECT_THAT(fixture.Ask(kReadHat), IsEmpty());
     EXPECT_EQ(fixture.wrote, KVUSB_WRITE_FAILED);
@@ -196,12 +195,7 @@ TEST(HidFaults, ABoardThatMayNotBeOpenedIsListedAndSaysWhy) {
             {EMFILE, KVUSB_PROBLEM_OTHER, "cannot be opened"}};
   for (const auto& c : cases) {
     int error = c.error;
-    HidOptions options;
-    options.open = [&](const std::string& device) {
-      return error != 0 ? OpenedHid{nullptr, error} : OpenHid(device);
-    };
-    options.may_open = [&](const std::string& /*device*/) { return error; };
-    HidFixture fixture(kOneBoard, options);
+    HidFixture fixture(kOneBoard, {}, std::make_unique<KeptDoor>([&] { return error; }));
     ASSERT_EQ(fixture.count, 1U);
     const auto problem = [&] { return fixture.hid.DescribeProblem(fixture.table.data()); };
     EXPECT_EQ(problem().kind, c.kind);
@@ -232,7 +226,7 @@ TEST(HidFaults, RefusesWhatTheSystemRefuses) {
 }
 
 TEST(HidFaults, AMachineWithoutHidrawSaysSo) {
-  HidBoards hid({.sys = "/nowhere"});
+  HidBoards hid({}, std::make_unique<LinuxHid>("/nowhere"));
   std::vector<DeviceRecord> table(4);
   std::uint32_t count = 0;
   EXPECT_EQ(hid.DetectHID(count, table, 2), 0);

@@ -5,11 +5,15 @@
 
 #include <algorithm>
 #include <filesystem>
+#include <functional>
+#include <memory>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "kernel/EmulatedKernel.h"
 #include "kvusb/hid/HidBoards.h"
+#include "kvusb/hid/LinuxHid.h"
 
 namespace quillon::testing {
 
@@ -33,11 +37,29 @@ inline std::size_t OpenFiles() {
   return static_cast<std::size_t>(std::distance(begin(files), end(files)));
 }
 
+// The kernel with a doorkeeper, who may refuse to open a board and say why.
+class KeptDoor final : public LinuxHid {
+ public:
+  using Doorkeeper = std::function<int()>;
+
+  explicit KeptDoor(Doorkeeper ask) : ask_(std::move(ask)) {}
+
+  OpenedHid Open(const std::string& device) override {
+    const int error = ask_();
+    return error != 0 ? OpenedHid{nullptr, error} : LinuxHid::Open(device);
+  }
+  int MayOpen(const std::string& /*device*/) override { return ask_(); }
+
+ private:
+  Doorkeeper ask_;
+};
+
 // Boards on an emulated kernel, and the exchanges with them through the hidapi library.
 class HidFixture {
  public:
-  explicit HidFixture(const std::string& boards, HidOptions options = {})
-      : hid(std::move(options)), table(1024) {
+  explicit HidFixture(const std::string& boards, HidOptions options = {},
+                      std::unique_ptr<HidSystem> system = ThisSystem())
+      : hid(options, std::move(system)), table(1024) {
     kernel.Add(RigOf(boards));
     Detect();
   }

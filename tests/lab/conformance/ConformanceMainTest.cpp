@@ -1,15 +1,16 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <functional>
 #include <sstream>
 #include <streambuf>
 #include <vector>
 
 #include "conformance/ConformanceMain.h"
+#include "conformance/Process.h"
 #include "devlink/SharedObject.h"
 #include "kvusb/HidPacket.h"
+#include "testing/Environment.h"
 
 namespace quillon {
 namespace {
@@ -32,7 +33,14 @@ Ran Examine(const std::vector<std::string>& arguments, std::streambuf* person = 
 }
 
 std::string Fixture(const std::string& broken) {
-  return (fs::path(FIXTURES) / ("breaks-" + broken + ".so")).string();
+  return (fs::path(FIXTURES) / ("breaks-" + broken + MODULE_SUFFIX)).string();
+}
+
+// What a system does not tell cannot be tried.
+std::string NothingFailed(int ok, int not_tried) {
+  const int untold = conformance::OpenDescriptors() < 0 ? 1 : 0;
+  return "Nothing failed: " + std::to_string(ok - untold) + " ok, 0 failed, " +
+         std::to_string(not_tried + untold) + " not tried.\n";
 }
 
 // The names of the checks that failed.
@@ -68,8 +76,8 @@ class Person : public std::streambuf {
 class OverSimulatedBoards : public ::testing::Test {
  protected:
   OverSimulatedBoards() {
-    setenv("QUILLON_SIM_RIG", RIG_FILE, 1);
-    setenv("QUILLON_SIM_LATENCY_US", "0", 1);
+    testing::SetVariable("QUILLON_SIM_RIG", RIG_FILE);
+    testing::SetVariable("QUILLON_SIM_LATENCY_US", "0");
   }
 };
 
@@ -82,7 +90,7 @@ TEST_F(OverSimulatedBoards, EveryPromiseIsKept) {
   // Seven restarts besides the vanishing board's, which are a removal and an arrival each, and one
   // removal for good.
   EXPECT_THAT(ran.out, HasSubstr("    17 events came.\n"));
-  EXPECT_THAT(ran.out, HasSubstr("Nothing failed: 25 ok, 0 failed, 1 not tried.\n"));
+  EXPECT_THAT(ran.out, HasSubstr(NothingFailed(25, 1)));
 }
 
 TEST_F(OverSimulatedBoards, ABoardThatAPersonPullsIsMissed) {
@@ -109,7 +117,7 @@ TEST_F(OverSimulatedBoards, ABoardThatAPersonPullsIsMissed) {
 TEST(Conformance, TheSoundFixtureIsSound) {
   const Ran ran = Examine({"--restart", "--vanish", "1500:22", Fixture("NOTHING")});
   EXPECT_EQ(ran.status, kPromisesKept) << ran.out << ran.err;
-  EXPECT_THAT(ran.out, HasSubstr("Nothing failed: 26 ok, 0 failed, 0 not tried.\n"));
+  EXPECT_THAT(ran.out, HasSubstr(NothingFailed(26, 0)));
 }
 
 struct Broken {
@@ -123,6 +131,8 @@ class ABrokenPromise : public ::testing::TestWithParam<Broken> {};
 // Each fault is found by the check for it and by no other, so that the page tells what is wrong.
 TEST_P(ABrokenPromise, FailsItsOwnCheck) {
   const auto& [promise, check] = GetParam();
+  if (promise == std::string("DESCRIPTORS") && conformance::OpenDescriptors() < 0)
+    GTEST_SKIP() << "this system does not tell what is open";
   const Ran ran = Examine({"--restart", "--vanish", "1500:22", Fixture(promise)});
   EXPECT_EQ(ran.status, kPromisesBroken);
   EXPECT_THAT(FailedChecks(ran.out), ::testing::ElementsAre(check)) << ran.out;
@@ -167,7 +177,7 @@ TEST(Conformance, ExplainsItsCommandLine) {
       {{"--vanish", "1010", "sim"}, "--vanish: It needs"},
       {{"--vanish", "1010:1FF", "sim"}, "--vanish: It needs"},
       {{"--vanish", "10g0:22", "sim"}, "--vanish: It needs"},
-      {{"sim"}, "/nowhere/libkvusb-sim.so does not exist"},
+      {{"sim"}, "kvusb-sim" MODULE_SUFFIX " does not exist"},
       {{RIG_FILE}, "cannot be loaded"},
   };
   for (const auto& [arguments, problem] : cases) {

@@ -1,7 +1,6 @@
 // SPDX-License-Identifier: MIT
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <cstring>
 #include <fstream>
 #include <sstream>
@@ -13,6 +12,7 @@
 #include "devlink/TracedLibrary.h"
 #include "kvusb/HidPacket.h"
 #include "sim/Bus.h"
+#include "testing/Environment.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon {
@@ -71,7 +71,7 @@ class Program {
 std::unique_ptr<HidLibrary> LoadReplay(const std::string& trace) {
   const auto file = testing::OwnFolders::Root() / "session.trace";
   std::ofstream(file, std::ios::binary) << trace;
-  setenv("QUILLON_REPLAY", file.c_str(), 1);
+  testing::SetVariable("QUILLON_REPLAY", file.string());
   auto loaded = LoadLibraryFile(KVUSB_REPLAY_FILE);
   return std::get<std::unique_ptr<HidLibrary>>(std::move(loaded));
 }
@@ -204,7 +204,7 @@ TEST(ReplayLibrary, WithoutATraceThereAreNoBoardsAndASentence) {
                   "The trace /nowhere/at.all cannot be opened: No such file or directory."),
         std::pair("/tmp", "The trace /tmp is a folder."),
         std::pair("", "QUILLON_REPLAY names no trace to play.")}) {
-    setenv("QUILLON_REPLAY", file, 1);
+    testing::SetVariable("QUILLON_REPLAY", file);
     auto loaded = LoadLibraryFile(KVUSB_REPLAY_FILE);
     const auto& library = std::get<std::unique_ptr<HidLibrary>>(loaded);
     EXPECT_EQ(library->DescribeProblem(nullptr).sentence, sentence);

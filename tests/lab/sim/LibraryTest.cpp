@@ -1,13 +1,17 @@
 // SPDX-License-Identifier: MIT
+#ifdef _WIN32
+#include <windows.h>
+#else
 #include <dlfcn.h>
+#endif
 #include <gmock/gmock.h>
 
-#include <cstdlib>
 #include <fstream>
 
 #include "devlink/LoadedLibrary.h"
 #include "devlink/SharedObject.h"
 #include "kvusb/HidPacket.h"
+#include "testing/Environment.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::sim {
@@ -16,10 +20,18 @@ namespace {
 using ::testing::AllOf;
 using ::testing::HasSubstr;
 
+bool IsInMemory(const std::filesystem::path& library) {
+#ifdef _WIN32
+  return GetModuleHandleW(library.filename().c_str()) != nullptr;
+#else
+  return dlopen(library.c_str(), RTLD_NOW | RTLD_NOLOAD) != nullptr;
+#endif
+}
+
 // The shared library as the program gets it.
 class SimLibrary : public ::testing::Test {
  protected:
-  SimLibrary() { setenv("QUILLON_SIM_LATENCY_US", "0", 1); }
+  SimLibrary() { testing::SetVariable("QUILLON_SIM_LATENCY_US", "0"); }
 
   void Load() { library_ = std::get<std::unique_ptr<HidLibrary>>(LoadLibraryFile(KVUSB_SIM_FILE)); }
 
@@ -39,18 +51,18 @@ class SimLibrary : public ::testing::Test {
 TEST_F(SimLibrary, ForgetsAllWhenUnloadedUnlessThereIsAStateFolder) {
   const auto folder = testing::OwnFolders::Root() / "kept";
   for (const bool keeps : {false, true}) {
-    if (keeps) setenv("QUILLON_SIM_STATE", folder.c_str(), 1);
+    if (keeps) testing::SetVariable("QUILLON_SIM_STATE", folder.string());
     Load();
     EXPECT_EQ(library_->DescribeProblem(nullptr), Problem());
     EXPECT_EQ(Ask({0, 0, 0, 0, 0x0D, 1, 0x77})[0], 0x0D);
     library_.reset();
-    EXPECT_EQ(dlopen(KVUSB_SIM_FILE, RTLD_NOW | RTLD_NOLOAD), nullptr) << "still in memory";
+    EXPECT_FALSE(IsInMemory(KVUSB_SIM_FILE));
     Load();
     EXPECT_EQ(Ask({0, 0, 0, 0, 0x11})[1], keeps ? 0x77 : 0x59);
     library_.reset();
   }
   EXPECT_TRUE(std::filesystem::exists(folder / "joystick-1.json"));
-  unsetenv("QUILLON_SIM_STATE");
+  testing::UnsetVariable("QUILLON_SIM_STATE");
 }
 
 TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
@@ -62,7 +74,7 @@ TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
     } else if (std::filesystem::remove(file)) {
       std::ofstream(file) << R"({"boards": [{"id": "x"}]})";
     }
-    setenv("QUILLON_SIM_RIG", file.c_str(), 1);
+    testing::SetVariable("QUILLON_SIM_RIG", file.string());
     Load();
     std::uint32_t count = 5;
     for (std::uint32_t type = 1; type <= 3; ++type)
@@ -81,7 +93,7 @@ TEST_F(SimLibrary, ARigThatCannotBeUsedMeansNoBoardsAndASentence) {
     }
     library_.reset();
   }
-  unsetenv("QUILLON_SIM_RIG");
+  testing::UnsetVariable("QUILLON_SIM_RIG");
 }
 
 }  // namespace

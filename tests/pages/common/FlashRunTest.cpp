@@ -1,4 +1,5 @@
 // SPDX-License-Identifier: MIT
+#include <QGuiApplication>
 #include <QMouseEvent>
 #include <QProgressBar>
 #include <QStyleHints>

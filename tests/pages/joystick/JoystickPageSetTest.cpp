@@ -75,8 +75,8 @@ TEST(JoystickPageSet, TipsOfTheSmallControllerSpeakOfNoChannelThatItLacks) {
       }
     }
   }
-  EXPECT_THAT(tips.toStdString(),
-              ::testing::Not(::testing::ContainsRegex("ncremental|FALCO|the analog|13")));
+  for (const char* lacks : {"ncremental", "FALCO", "the analog", "13"})
+    EXPECT_THAT(tips.toStdString(), ::testing::Not(::testing::HasSubstr(lacks)));
 }
 
 }  // namespace quillon::testing
