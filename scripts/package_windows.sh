@@ -17,7 +17,7 @@ mkdir -p "$folder"/{firmware,licences,platforms,styles}
 
 programs=(quillon.exe kvx.exe kvusb-conformance.exe kvusb-sim.dll kvusb-replay.dll)
 # What not every version has.
-for file in kvusb-hid.dll kvusb-host.exe kvusb-host32.exe; do
+for file in kvusb-hid.dll kvusb-host64.exe kvusb-host32.exe; do
   [[ ! -f $bin/$file ]] || programs+=("$file")
 done
 libraries=(Qt6Core.dll Qt6Gui.dll Qt6Widgets.dll platforms/qwindows.dll

@@ -19,7 +19,7 @@ declare -rA kPackages=(
   [mutate]='patch'
   [package]='dpkg-dev binutils file'
   [package-check]='debootstrap lintian appstream desktop-file-utils'
-  [windows]='g++-mingw-w64-x86-64-posix cmake ninja-build ccache googletest nlohmann-json3-dev libcli11-dev libutfcpp-dev'
+  [windows]='g++-mingw-w64-x86-64-posix g++-mingw-w64-i686-posix cmake ninja-build ccache googletest nlohmann-json3-dev libcli11-dev libutfcpp-dev'
   [windows-qt]='qt6-base-dev fonts-dejavu-core perl patch xz-utils'
   [wine]='wine64'
 )
@@ -40,7 +40,7 @@ declare -rA kPrograms=(
   [mutate]='patch'
   [package]='dpkg-deb dpkg-shlibdeps strip file'
   [package-check]='debootstrap lintian appstreamcli desktop-file-validate'
-  [windows]='x86_64-w64-mingw32-g++-posix cmake ninja ccache'
+  [windows]='x86_64-w64-mingw32-g++-posix i686-w64-mingw32-g++-posix cmake ninja ccache'
   [windows-qt]='moc perl patch xz'
   [wine]='wine64'
 )

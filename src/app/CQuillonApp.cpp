@@ -1,6 +1,7 @@
 // SPDX-License-Identifier: MIT
 #include "app/CQuillonApp.h"
 
+#include <QPointer>
 #include <QThread>
 
 #include "app/BoardNotifier.h"
@@ -51,9 +52,10 @@ int CQuillonApp::Run() {
   CMainDialog dialog({link, prompts, *notifier, profile,
                       [] { QThread::msleep(kSettleMilliseconds); }, updates,
                       [](const QString& path) { return OpenDocument(path); }, SystemAccessHelp()});
-  // Later, because trouble comes in the middle of an exchange.
-  opened.SetWhenInTrouble([&dialog] {
-    QMetaObject::invokeMethod(&dialog, &CMainDialog::ShowProblems, Qt::QueuedConnection);
+  // Later, because trouble comes in the middle of an exchange. The library outlives the window.
+  opened.SetWhenInTrouble([window = QPointer<CMainDialog>(&dialog)] {
+    if (!window) return;
+    QMetaObject::invokeMethod(window.data(), &CMainDialog::ShowProblems, Qt::QueuedConnection);
   });
   dialog.show();
   const int result = exec();

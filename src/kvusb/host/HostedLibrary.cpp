@@ -26,7 +26,9 @@ std::variant<std::unique_ptr<HidLibrary>, std::string> HostedLibrary::Start(Host
   return library;
 }
 
+// Nobody wants to hear any more that the host has ended.
 HostedLibrary::~HostedLibrary() {
+  options_.when_ended = {};
   HostedLibrary::SetDeviceChangeHandler(nullptr, nullptr);
   if (process_) process_->Leave(Clock::now() + options_.patience);
   StopProcess();
