@@ -60,8 +60,7 @@ void CScrollPane::FollowFocus(const QWidget* now) {
 bool CScrollPane::eventFilter(QObject* watched, QEvent* event) {
   if (watched != widget()) return QScrollArea::eventFilter(watched, event);
   const bool shown = event->type() == QEvent::ShowToParent;
-  // A pane that has no place yet would be shown as a window of its own.
-  if (shown ? !isWindow() : event->type() == QEvent::HideToParent) setVisible(shown);
+  if (shown || event->type() == QEvent::HideToParent) setVisible(shown);
   // A text that can be selected would take the keys that scroll, to move an invisible cursor.
   if (event->type() == QEvent::KeyPress && most_lines_ > 0) {
     auto* const key = static_cast<QKeyEvent*>(event);
