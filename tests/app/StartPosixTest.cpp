@@ -10,25 +10,12 @@
 #include <QFile>
 
 #include "app/OpenedLibrary.h"
+#include "app/OwnFiles.h"
 #include "app/Profile.h"
 #include "app/SingleInstance.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::testing {
-namespace {
-
-QString Own(const char* name) {
-  return QString::fromStdString((OwnFolders::Root() / name).string());
-}
-
-void WriteFile(const QString& path, const QByteArray& content) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(content);
-}
-
-}  // namespace
-
 TEST(SingleInstance, IsTakenWhileAnotherOneLivesEvenIfItCrashed) {
   {
     const SingleInstance first(OwnFolders::Root());

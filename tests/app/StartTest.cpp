@@ -8,25 +8,12 @@
 #include "app/InstalledVersion.h"
 #include "app/LibraryNotifier.h"
 #include "app/OpenedLibrary.h"
+#include "app/OwnFiles.h"
 #include "kvusb/trace/TraceText.h"
 #include "sim/Bus.h"
 #include "testing/OwnFolders.h"
 
 namespace quillon::testing {
-namespace {
-
-QString Own(const char* name) {
-  return QString::fromStdString((OwnFolders::Root() / name).string());
-}
-
-void WriteFile(const QString& path, const QByteArray& content) {
-  QFile file(path);
-  ASSERT_TRUE(file.open(QIODevice::WriteOnly));
-  file.write(content);
-}
-
-}  // namespace
-
 TEST(InstalledVersion, IsTheOneThatWasBuilt) {
   const InstalledVersion version = ReadInstalledVersion();
   EXPECT_EQ(version.text, PROGRAM_VERSION);
