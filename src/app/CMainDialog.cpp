@@ -269,13 +269,11 @@ CTabSet* CMainDialog::ChosenPages() const {
 }
 
 // A board that does not answer keeps everybody waiting. So the answer is kept for the report on the
-// board that will be selected, and a board that is just leaving counts as one without an answer.
+// board that will be selected.
 NodeList CMainDialog::ReadNodes() {
   auto& [library, table, gate] = services_.link;
-  const bool leaving = table.IsRestarting(table.Current());
-  node_answers_[table.Current()] =
-      leaving ? NodeStatusAnswer::kNone : QueryNodeStatus(library, table);
-  if (leaving) return {};
+  node_answers_[table.Current()] = QueryNodesUnlessRestarting(library, table);
+  if (table.IsRestarting(table.Current())) return {};
   // Without an answer the nodes are those of the answer before, as on all pages.
   NodeList present;
   for (const NodeRecord& node : table.CurrentNodes()) present.push_back(node.IsActive());
@@ -345,8 +343,6 @@ void CMainDialog::CheckForUpdates(int list) {
 // Only a list that was read may change what the lists of nodes and cards show.
 void CMainDialog::CheckNodeFirmware() {
   if (close_after_run_ || !checks_.CheckForUpdates(kNodeList)) return;
-  const DeviceTable& table = services_.link.table;
-  if (table.IsRestarting(table.Current())) return;
   node_pages_->RefreshNodes();
   if (ShownPageSet() == port_pages_) port_pages_->FollowNode();
 }

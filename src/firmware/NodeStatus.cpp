@@ -90,6 +90,11 @@ NodeStatusAnswer QueryNodeStatus(HidLibrary& library, DeviceTable& table) {
                                   : NodeStatusAnswer::kWithoutEeprom;
 }
 
+NodeStatusAnswer QueryNodesUnlessRestarting(HidLibrary& library, DeviceTable& table) {
+  return table.IsRestarting(table.Current()) ? NodeStatusAnswer::kNone
+                                             : QueryNodeStatus(library, table);
+}
+
 NodeUpdateStatus UpdateStatusOf(const NodeRecord& node, VersionWord required, VersionWord online) {
   const VersionWord flash = node.flash_version;
   if (flash == NodeRecord::kNoVersion) return NodeUpdateStatus::kUpdateRequired;

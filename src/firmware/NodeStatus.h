@@ -27,6 +27,10 @@ enum class NodeStatusAnswer {
 // UpdateStatusOf(); those that are active are checked.
 NodeStatusAnswer QueryNodeStatus(HidLibrary& library, DeviceTable& table);
 
+// The same for what happens by itself: a board that was told to restart counts as one without an
+// answer, because it would keep everybody waiting.
+NodeStatusAnswer QueryNodesUnlessRestarting(HidLibrary& library, DeviceTable& table);
+
 // A newer firmware online outweighs that the node's release is older than the required one.
 NodeUpdateStatus UpdateStatusOf(const NodeRecord& node, VersionWord required, VersionWord online);
 

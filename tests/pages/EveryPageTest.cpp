@@ -31,7 +31,7 @@ namespace {
 struct NodeTabs : CTabSet {
   explicit NodeTabs(PageContext context) : CTabSet(context, nullptr) {
     QueryNodeStatus(context.link.library, context.link.table);
-    AddTab("tab-node", {});
+    AddTab("tab-node", {}, [] { return new QWidget; });
     AddPage<CIoPortsPage>(NodeSystemPages().front(), "tab-ports");
     AddPage<CIoPortPage>(*FindPortPage("io_port"), "tab-ports");
     AddPage<CDirectOutputPage>(*FindPortPage("direct_outputs"), "tab-ports");

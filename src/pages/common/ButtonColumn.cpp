@@ -3,6 +3,8 @@
 
 #include <QApplication>
 #include <QBoxLayout>
+#include <QGroupBox>
+#include <QLabel>
 #include <QPushButton>
 
 namespace quillon {
@@ -18,6 +20,19 @@ QPushButton* AddButton(QBoxLayout* layout, const QString& text) {
   auto* const button = new QPushButton(text);
   layout->addWidget(button);
   return button;
+}
+
+ListPageColumns LayOutListPage(QWidget* page, const QString& title, QWidget* list, QLabel* line) {
+  auto* const group = new QGroupBox(title);
+  (new QVBoxLayout(page))->addWidget(group);
+  auto* const layout = new QHBoxLayout(group);
+  auto* const column = new QVBoxLayout;
+  layout->addLayout(column, 1);
+  column->addWidget(list, 1);
+  column->addWidget(line);
+  line->setTextFormat(Qt::PlainText);
+  line->setWordWrap(true);
+  return {column, AddButtonColumn(layout)};
 }
 
 }  // namespace quillon

@@ -2,8 +2,10 @@
 #pragma once
 
 class QBoxLayout;
+class QLabel;
 class QPushButton;
 class QString;
+class QWidget;
 
 namespace quillon {
 
@@ -11,5 +13,12 @@ namespace quillon {
 QBoxLayout* AddButtonColumn(QBoxLayout* layout);
 
 QPushButton* AddButton(QBoxLayout* layout, const QString& text);
+
+// A page with a list, a line of text below it, and buttons beside both.
+struct ListPageColumns {
+  QBoxLayout* list;  // for what stands below the line
+  QBoxLayout* buttons;
+};
+ListPageColumns LayOutListPage(QWidget* page, const QString& title, QWidget* list, QLabel* line);
 
 }  // namespace quillon

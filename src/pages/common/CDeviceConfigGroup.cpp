@@ -69,9 +69,7 @@ std::optional<NodeFindings> CDeviceConfigGroup::FindNodes(std::optional<NodeStat
   if (product_.family != BoardFamily::kNodeSystem) return std::nullopt;
   auto& [library, table, gate] = context_.link;
   const auto hold = gate.Enter();
-  // A board that is just leaving would keep everybody waiting.
-  if (!known && table.IsRestarting(table.Current())) known = NodeStatusAnswer::kNone;
-  answer_ = known ? *known : QueryNodeStatus(library, table);
+  answer_ = known ? *known : QueryNodesUnlessRestarting(library, table);
   return NodeFindings{answer_, AnyNodeNeedsUpdate(table.CurrentNodes())};
 }
 

@@ -26,7 +26,7 @@ void CTabSet::AddTab(const char* icon, const QString& title, Factory factory) {
 QWidget* CTabSet::Tab(int index) {
   if (index < 0 || index >= static_cast<int>(slots_.size())) return nullptr;
   Slot& slot = slots_[static_cast<std::size_t>(index)];
-  if (slot.widget == nullptr && slot.factory) {
+  if (slot.widget == nullptr) {
     slot.widget = slot.factory();
     widget(index)->layout()->addWidget(slot.widget);
   }
@@ -36,7 +36,6 @@ QWidget* CTabSet::Tab(int index) {
 CSettingsPage* CTabSet::Page(int index) { return qobject_cast<CSettingsPage*>(Tab(index)); }
 
 void CTabSet::SetTabReady(int index, bool ready, const QString& why_not) {
-  if (!slots_[static_cast<std::size_t>(index)].factory) return;
   setTabEnabled(index, ready);
   setTabToolTip(index, ready ? QString() : why_not);
 }

@@ -41,9 +41,8 @@ class CTabSet : public QTabWidget {
  protected:
   using Factory = std::function<QWidget*()>;
 
-  // Adds the next tab, disabled. Without a factory it stays so, and its tooltip says that it is
-  // still to come.
-  void AddTab(const char* icon, const QString& title, Factory factory = {});
+  // Adds the next tab, disabled; what it holds is made when it is first needed.
+  void AddTab(const char* icon, const QString& title, Factory factory);
   // Adds the tab of a settings page, whose title it takes.
   template <typename PageClass>
   void AddPage(const struct Page& page, const char* icon) {

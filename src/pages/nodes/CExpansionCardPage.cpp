@@ -2,7 +2,6 @@
 #include "pages/nodes/CExpansionCardPage.h"
 
 #include <QBoxLayout>
-#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <algorithm>
@@ -47,24 +46,17 @@ CExpansionCardPage::CExpansionCardPage(PageContext context, QWidget* parent)
       context_(context),
       list_(new CCheckList({tr("Expansion Cards"), tr("Nodes")})),
       line_(new QLabel) {
-  auto* const group = new QGroupBox(tr("Expansion Card Configuration"));
-  (new QVBoxLayout(this))->addWidget(group);
-  auto* const layout = new QHBoxLayout(group);
-  auto* const left = new QVBoxLayout;
-  layout->addLayout(left, 1);
-  left->addWidget(list_, 1);
-  left->addWidget(line_);
+  auto* const buttons =
+      LayOutListPage(this, tr("Expansion Card Configuration"), list_, line_).buttons;
   list_->setAccessibleName(tr("Expansion cards"));
   list_->SetToolTips([](int /*row*/, int column) { return ToolTipOf(column - 1); });
-  line_->setWordWrap(true);
   line_->setAccessibleDescription(tr("Which card can be addressed"));
-  auto* const column = AddButtonColumn(layout);
-  auto* const refresh = AddButton(column, tr("Refresh"));
+  auto* const refresh = AddButton(buttons, tr("Refresh"));
   refresh->setToolTip(tr("Asks the board which cards are plugged in."));
-  address_button_ = AddButton(column, tr("Address"));
+  address_button_ = AddButton(buttons, tr("Address"));
   address_button_->setToolTip(
       tr("Gives a new card its address. Once is enough; no other card may be plugged in."));
-  column->addStretch(1);
+  buttons->addStretch(1);
   connect(refresh, &QPushButton::clicked, this, &CExpansionCardPage::OnRefresh);
   connect(address_button_, &QPushButton::clicked, this, &CExpansionCardPage::OnAddress);
   ShowCards();

@@ -5,7 +5,6 @@
 #include <QCheckBox>
 #include <QDir>
 #include <QFileInfo>
-#include <QGroupBox>
 #include <QLabel>
 #include <QPushButton>
 #include <utility>
@@ -36,30 +35,21 @@ CNodeConfigPage::CNodeConfigPage(PageContext context, QWidget* parent)
                        if (moment_ == Moment::kStopping) SetMoment(Moment::kRunning);
                      },
                  .skipped = [this] { SetMoment(Moment::kSkipped); }}) {
-  auto* const group = new QGroupBox(tr("Node Configuration"));
-  (new QVBoxLayout(this))->addWidget(group);
-  auto* const layout = new QHBoxLayout(group);
-  auto* const left = new QVBoxLayout;
-  layout->addLayout(left, 1);
-  left->addWidget(list_, 1);
-  left->addWidget(line_);
-  left->addWidget(file_);
-  left->addWidget(force_);
-  line_->setTextFormat(Qt::PlainText);
-  line_->setWordWrap(true);
+  const auto columns = LayOutListPage(this, tr("Node Configuration"), list_, line_);
+  columns.list->addWidget(file_);
+  columns.list->addWidget(force_);
   line_->setAccessibleDescription(tr("What became of the nodes"));
   connect(list_, &CNodeList::Toggled, this, [this](int row) {
     context_.link.table.CheckNode(static_cast<std::size_t>(row), list_->IsChecked(row));
   });
   force_->setToolTip(
       tr("Also programs checked nodes whose firmware is not older than the file's."));
-  AddButtons(layout);
+  AddButtons(columns.buttons);
   ShowControls();
   ShowNodes();
 }
 
-void CNodeConfigPage::AddButtons(QBoxLayout* layout) {
-  auto* const column = AddButtonColumn(layout);
+void CNodeConfigPage::AddButtons(QBoxLayout* column) {
   refresh_button_ = AddButton(column, tr("Refresh"));
   refresh_button_->setToolTip(tr("Asks the board for its nodes and their firmware."));
   program_button_ = AddButton(column, tr("Program"));

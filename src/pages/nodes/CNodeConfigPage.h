@@ -46,7 +46,7 @@ class CNodeConfigPage : public QWidget {
     kSkipped,   // a node was skipped; intended: from then on the run cannot be aborted
   };
 
-  void AddButtons(QBoxLayout* layout);
+  void AddButtons(QBoxLayout* column);
   void SetMoment(Moment moment);
   void ShowControls();
   QString ProgramTip() const;

@@ -50,7 +50,7 @@ QWidget* CNodeSystemPageSet::MakeExpansionCards() {
 
 void CNodeSystemPageSet::RefreshNodes() {
   auto& [library, table, gate] = Context().link;
-  const NodeStatusAnswer answer = QueryNodeStatus(library, table);
+  const NodeStatusAnswer answer = QueryNodesUnlessRestarting(library, table);
   if (answer == NodeStatusAnswer::kNone) return;
   ShowNodes();
   Config().FollowNodes(answer);
